@@ -1,0 +1,36 @@
+# What every target of the project has in common, and the one way to declare a folder's module.
+
+add_library(timetracker_options INTERFACE)
+target_include_directories(timetracker_options INTERFACE ${PROJECT_SOURCE_DIR})
+target_compile_options(timetracker_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
+target_compile_definitions(timetracker_options INTERFACE
+  QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH QT_NO_KEYWORDS)
+if(TIMETRACKER_SANITIZE)
+  target_compile_options(timetracker_options INTERFACE
+    -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+  target_link_options(timetracker_options INTERFACE -fsanitize=address,undefined)
+endif()
+
+# Where the tools find the modules' types.
+set(QT_QML_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/qml)
+
+# timetracker_module(<folder's name> URI <uri> [SOURCES ...] [QML_FILES ...] [DEPENDENCIES ...]
+#                    [LINK ...])
+# One folder is one static library timetracker_<name> and one QML module; a program that shows the
+# module's QML links timetracker_<name>plugin too.
+function(timetracker_module name)
+  cmake_parse_arguments(arg "" "URI" "SOURCES;QML_FILES;DEPENDENCIES;LINK" ${ARGN})
+  set(target timetracker_${name})
+  qt_add_library(${target} STATIC)
+  qt_add_qml_module(${target}
+    URI ${arg_URI}
+    VERSION 1.0
+    RESOURCE_PREFIX /qt/qml
+    SOURCES ${arg_SOURCES}
+    QML_FILES ${arg_QML_FILES}
+    DEPENDENCIES ${arg_DEPENDENCIES})
+  # The generated registration includes the headers by their bare names.
+  target_include_directories(${target} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
+  target_link_libraries(${target} PUBLIC timetracker_options ${arg_LINK})
+endfunction()

@@ -1,0 +1,30 @@
+#include "model/fatalerror.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <utility>
+
+namespace
+{
+std::function<void()> &rescueAction()
+{
+    static std::function<void()> action;
+    return action;
+}
+} // namespace
+
+void setFatalErrorRescue(std::function<void()> rescue)
+{
+    rescueAction() = std::move(rescue);
+}
+
+void fatalError(const char *message)
+{
+    // Taken out first: a rescue that fails fatally itself must not start over.
+    if (const auto rescue = std::exchange(rescueAction(), {}))
+        rescue();
+    std::fprintf(stderr, "%s\n", message);
+    std::fflush(nullptr);
+    // Not exit(): the windows and the store may be in the middle of something.
+    std::_Exit(EXIT_FAILURE);
+}

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "model/modelcontext.h"
+
+#include <QString>
+
+/// The store on disk: one SQLite file, held by one process at a time.
+class ModelContainer
+{
+public:
+    /// Major × 10,000 + minor × 100 + patch.
+    static constexpr int schemaVersion = 1'00'00;
+
+    /// Where the user's store lies.
+    static QString defaultPath();
+
+    /// Opens the store at @p path, or makes an empty one, with its directory, where there is no
+    /// file. Throws StoreError, and leaves the file as it is, if it is not a whole store of this
+    /// schema version, cannot be read and written, or is held by another process. @p clock
+    /// outlives the container.
+    ModelContainer(const QString &path, const Clock &clock, SaveDelays delays = {});
+    /// Writes what is unsaved and closes the store.
+    ~ModelContainer();
+    Q_DISABLE_COPY_MOVE(ModelContainer)
+
+    /// The one context, owned by the container.
+    ModelContext &mainContext() { return *m_mainContext; }
+
+private:
+    std::unique_ptr<SQLite::Database> m_database;
+    std::unique_ptr<ModelContext> m_mainContext;
+};

@@ -1,0 +1,101 @@
+#pragma once
+
+#include "model/record.h"
+#include "model/recordfilter.h"
+
+#include <QHash>
+#include <QList>
+#include <QSet>
+#include <QTimer>
+
+#include <chrono>
+#include <memory>
+#include <stdexcept>
+#include <unordered_map>
+
+namespace SQLite
+{
+class Database;
+class Statement;
+} // namespace SQLite
+class Clock;
+struct RecordTable;
+
+/// The store could not be read or opened; what() says why, in English.
+class StoreError : public std::runtime_error
+{
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// When the context writes by itself.
+struct SaveDelays {
+    /// From the first unsaved change to the write; later changes do not put it off.
+    std::chrono::milliseconds automatic{50};
+    /// From a failed write to the next try, if no change comes before.
+    std::chrono::milliseconds retry{5000};
+};
+
+/// The one place where records live while the program runs: it makes the objects of stored
+/// records when they are first asked for, knows what is not yet written, and writes it.
+class ModelContext : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("The store has one context")
+
+public:
+    /// @p database and @p clock outlive the context.
+    ModelContext(SQLite::Database &database, const Clock &clock, SaveDelays delays = {});
+    ~ModelContext() override;
+
+    const Clock &clock() const { return m_clock; }
+
+    /// Takes over a newly made record; live queries show it at once.
+    void insert(std::unique_ptr<Record> record);
+    /// Takes @p record out of the store and out of all live queries at once; the object itself
+    /// goes when control returns to the event loop.
+    void remove(Record *record);
+
+    /// Writes all unsaved changes in one transaction. False if that failed; they then stay unsaved
+    /// and are tried again, with the next change or after a while.
+    bool save();
+    bool hasChanges() const;
+
+    /// The records of @p type that match, in the store's order, with all that is not yet written.
+    /// Throws StoreError if the store cannot be read.
+    QList<Record *> fetch(RecordType type, const RecordFilter &filter);
+    /// Those of them that are in memory already, in no particular order.
+    QList<Record *> inMemory(RecordType type, const RecordFilter &filter) const;
+
+Q_SIGNALS:
+    void inserted(Record *record);
+    /// The record still exists, but belongs to no query any more.
+    void removed(Record *record);
+    void changed(Record *record);
+
+private:
+    /// One record type's part of the context.
+    struct Shelf {
+        QHash<qint64, Record *> stored;
+        QList<Record *> inserted;
+        QSet<Record *> edited;
+        QSet<qint64> removed;
+    };
+
+    Shelf &shelf(RecordType type) { return m_shelves[static_cast<std::size_t>(type)]; }
+    const Shelf &shelf(RecordType type) const { return m_shelves[static_cast<std::size_t>(type)]; }
+    void adopt(Record *record);
+    void noteChange(Record *record);
+    void scheduleSave();
+    void write(Shelf &shelf, const RecordTable &table, std::vector<qint64> &rowids);
+    SQLite::Statement &statement(const std::string &sql);
+
+    SQLite::Database &m_database;
+    const Clock &m_clock;
+    SaveDelays m_delays;
+    QTimer m_saveTimer;
+    bool m_lastSaveFailed = false;
+    std::array<Shelf, 3> m_shelves;
+    std::unordered_map<std::string, std::unique_ptr<SQLite::Statement>> m_statements;
+};

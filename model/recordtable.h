@@ -1,0 +1,40 @@
+#pragma once
+
+#include "model/record.h"
+
+#include <array>
+#include <string>
+
+namespace SQLite
+{
+class Statement;
+}
+class Clock;
+
+/// How one record type lies in the store's file. `rowid` is the record's identity and grows with
+/// insertion, so it is also the store's order.
+struct RecordTable {
+    /// Creates the table and its indexes.
+    std::string create;
+    /// Yields rowid and the properties; a condition may follow.
+    std::string select;
+    /// Take the properties from parameter 1 on; update takes the rowid after them.
+    std::string insert;
+    std::string update;
+    /// Takes the rowid.
+    std::string remove;
+
+    /// Makes the record from a row that select yields; the caller owns it.
+    Record *(*read)(SQLite::Statement &row, const Clock &clock);
+    /// Binds the properties to parameter 1 and on; returns the next free parameter.
+    int (*bind)(SQLite::Statement &statement, const Record &record);
+};
+
+/// All record types, in the order of the schema.
+inline constexpr std::array recordTypes{RecordType::Task, RecordType::TaskTemplate,
+                                        RecordType::ProjectCode};
+
+const RecordTable &recordTable(RecordType type);
+
+/// An id as the store holds it: its 16 bytes.
+std::string storedId(const QUuid &id);

@@ -1,0 +1,113 @@
+#include "model/task.h"
+
+#include "model/arithmetic.h"
+#include "model/clock.h"
+#include "model/durations.h"
+
+#include <utility>
+
+Task::Task(const Clock &clock, const QString &name, Instant date,
+           std::optional<QString> projectCode, qint64 sortOrder)
+    : Record(type, QUuid::createUuid(), sortOrder, clock.now())
+    , m_clock(clock)
+    , m_name(name)
+    , m_date(clock.calendar().startOfDay(date))
+    , m_projectCode(std::move(projectCode))
+{
+}
+
+Task::Task(const Clock &clock, const Values &values)
+    : Record(type, values.id, values.sortOrder, values.createdAt)
+    , m_clock(clock)
+    , m_name(values.name)
+    , m_date(values.date)
+    , m_accumulatedSeconds(values.accumulatedSeconds)
+    , m_lastStartTime(values.lastStartTime)
+    , m_projectCode(values.projectCode)
+{
+}
+
+void Task::setName(const QString &name)
+{
+    if (m_name == name)
+        return;
+    m_name = name;
+    Q_EMIT nameChanged();
+    Q_EMIT changed();
+}
+
+void Task::setDate(Instant date)
+{
+    const Instant start = m_clock.calendar().startOfDay(date);
+    if (m_date == start)
+        return;
+    m_date = start;
+    Q_EMIT dateChanged();
+    Q_EMIT changed();
+}
+
+void Task::setAccumulatedSeconds(qint64 seconds)
+{
+    if (m_accumulatedSeconds == seconds)
+        return;
+    m_accumulatedSeconds = seconds;
+    Q_EMIT accumulatedSecondsChanged();
+    Q_EMIT changed();
+}
+
+void Task::setProjectCode(const std::optional<QString> &projectCode)
+{
+    if (m_projectCode == projectCode)
+        return;
+    m_projectCode = projectCode;
+    Q_EMIT projectCodeChanged();
+    Q_EMIT changed();
+}
+
+void Task::start()
+{
+    if (m_lastStartTime)
+        return;
+    m_lastStartTime = m_clock.now();
+    Q_EMIT lastStartTimeChanged();
+    Q_EMIT changed();
+}
+
+void Task::stop()
+{
+    if (!m_lastStartTime)
+        return;
+    // Both fields change before anybody is told, so that nobody sees the run counted twice.
+    m_accumulatedSeconds = currentTotalSeconds();
+    m_lastStartTime.reset();
+    Q_EMIT accumulatedSecondsChanged();
+    Q_EMIT lastStartTimeChanged();
+    Q_EMIT changed();
+}
+
+qint64 Task::currentTotalSeconds() const
+{
+    if (!m_lastStartTime)
+        return m_accumulatedSeconds;
+    return checkedSum(m_accumulatedSeconds, truncatedToInt(m_clock.now() - *m_lastStartTime));
+}
+
+QString Task::formattedTime() const
+{
+    return clockText(currentTotalSeconds());
+}
+
+double Task::decimalHours() const
+{
+    return ::decimalHours(currentTotalSeconds());
+}
+
+double Task::roundedDecimalHours() const
+{
+    return ::roundedDecimalHours(currentTotalSeconds());
+}
+
+QVariant Task::projectCodeVariant() const
+{
+    return m_projectCode ? QVariant(*m_projectCode) : QVariant();
+}

@@ -1,0 +1,91 @@
+#pragma once
+
+#include "model/record.h"
+
+#include <QVariant>
+
+class Clock;
+
+/// One named piece of work on one day, with the time recorded for it. It runs exactly while
+/// lastStartTime() is set; every figure is derived from that, the banked seconds and the clock.
+class Task : public Record
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Tasks are made by the program's views and owned by the store")
+    Q_PROPERTY(QString name READ name WRITE setName NOTIFY nameChanged)
+    Q_PROPERTY(bool isRunning READ isRunning NOTIFY lastStartTimeChanged)
+    Q_PROPERTY(QVariant projectCode READ projectCodeVariant NOTIFY projectCodeChanged)
+
+public:
+    static constexpr RecordType type = RecordType::Task;
+
+    /// The stored properties, in the order of the schema.
+    struct Values {
+        QUuid id;
+        QString name;
+        Instant date = 0;
+        qint64 accumulatedSeconds = 0;
+        std::optional<Instant> lastStartTime;
+        qint64 sortOrder = 0;
+        Instant createdAt = 0;
+        std::optional<QString> projectCode;
+    };
+
+    /// A new task, not yet stored. @p date is any moment of its day. The clock outlives the task.
+    Task(const Clock &clock, const QString &name, Instant date, std::optional<QString> projectCode,
+         qint64 sortOrder = 0);
+    /// A task as the store holds it.
+    Task(const Clock &clock, const Values &values);
+
+    const QString &name() const { return m_name; }
+    void setName(const QString &name);
+
+    /// The start of the day that the task belongs to.
+    Instant date() const { return m_date; }
+    /// @p date is any moment of the day.
+    void setDate(Instant date);
+
+    /// Seconds banked by finished runs.
+    qint64 accumulatedSeconds() const { return m_accumulatedSeconds; }
+    void setAccumulatedSeconds(qint64 seconds);
+
+    /// Start of the current run; absent while the task does not run.
+    std::optional<Instant> lastStartTime() const { return m_lastStartTime; }
+    bool isRunning() const { return m_lastStartTime.has_value(); }
+
+    /// A copy of a project code's text; an empty text is a value too.
+    const std::optional<QString> &projectCode() const { return m_projectCode; }
+    void setProjectCode(const std::optional<QString> &projectCode);
+
+    /// Begins a run now, unless one goes on.
+    void start();
+    /// Banks the current run's whole seconds and ends it. The fraction is dropped. Fatal if the
+    /// sum overflows.
+    void stop();
+
+    /// Banked seconds and those of the current run, at this moment. Smaller than the banked ones
+    /// after the clock was set back. Fatal on overflow.
+    qint64 currentTotalSeconds() const;
+    /// currentTotalSeconds() as a clock, "01:02:05".
+    QString formattedTime() const;
+    double decimalHours() const;
+    double roundedDecimalHours() const;
+
+Q_SIGNALS:
+    void nameChanged();
+    void dateChanged();
+    void accumulatedSecondsChanged();
+    void lastStartTimeChanged();
+    void projectCodeChanged();
+
+private:
+    QVariant projectCodeVariant() const;
+
+    const Clock &m_clock;
+    QString m_name;
+    Instant m_date;
+    qint64 m_accumulatedSeconds = 0;
+    std::optional<Instant> m_lastStartTime;
+    std::optional<QString> m_projectCode;
+};

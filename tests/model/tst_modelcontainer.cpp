@@ -1,0 +1,316 @@
+#include "../support/teststore.h"
+#include "model/livequery.h"
+#include "model/projectcode.h"
+#include "model/tasktemplate.h"
+
+#include <SQLiteCpp/Database.h>
+#include <limits>
+
+#include <QDir>
+#include <QFile>
+#include <QTest>
+
+#include <sys/stat.h>
+
+using namespace Qt::StringLiterals;
+
+class TestModelContainer : public QObject
+{
+    Q_OBJECT
+
+private:
+    FakeClock m_clock;
+
+    static QByteArray contents(const QString &path)
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("unreadable");
+    }
+
+    static void write(const QString &path, const QByteArray &contents)
+    {
+        QDir().mkpath(QFileInfo(path).path());
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(contents);
+    }
+
+    /// Opens the store at @p path and returns why that failed, or nothing if it did not.
+    QString failure(const QString &path) const
+    {
+        try {
+            const ModelContainer container(path, m_clock);
+        } catch (const StoreError &error) {
+            return QString::fromUtf8(error.what());
+        }
+        return {};
+    }
+
+    static void execute(const QString &path, const char *sql)
+    {
+        SQLite::Database(QFile::encodeName(path).constData(), SQLite::OPEN_READWRITE).exec(sql);
+    }
+
+private Q_SLOTS:
+    void shouldMakeAnEmptyStoreAtTheFirstStart()
+    {
+        TestStore store(m_clock);
+        LiveQuery<Task> tasks(store.context(), allRecords(), QueryOrder::Store);
+        LiveQuery<TaskTemplate> templates(store.context(), allRecords(), QueryOrder::SortOrder);
+        LiveQuery<ProjectCode> codes(store.context(), allRecords(), QueryOrder::SortOrder);
+        QVERIFY(tasks.results().isEmpty() && tasks.isAnswered());
+        QVERIFY(templates.results().isEmpty() && templates.isAnswered());
+        QVERIFY(codes.results().isEmpty() && codes.isAnswered());
+    }
+
+    void shouldKeepEveryPropertyOfEveryRecordExactly()
+    {
+        TestStore store(m_clock);
+        m_clock.set(1795158000.123456);
+        auto *const task =
+            store.insert<Task>(u"Møde \u2013 \U0001F600 \u05d0"_s, m_clock.now(), u""_s, -3);
+        task->setAccumulatedSeconds(std::numeric_limits<qint64>::min());
+        task->start();
+        const QString withNull = u"a"_s + QChar(u'\0') + u"b'; DROP TABLE Task; --"_s;
+        auto *const plain = store.insert<Task>(withNull, m_clock.now(), std::nullopt, 1);
+        auto *const taskTemplate = store.insert<TaskTemplate>(u"Skabelon"_s, 2);
+        auto *const code = store.insert<ProjectCode>(u"4711"_s, u"Støtte"_s, 9);
+        const QUuid ids[] = {task->id(), plain->id(), taskTemplate->id(), code->id()};
+        const Instant created = task->createdAt();
+        const Instant date = task->date();
+
+        store.reopen();
+
+        LiveQuery<Task> tasks(store.context(), allRecords(), QueryOrder::Store);
+        QCOMPARE(tasks.results().size(), 2);
+        const Task *const first = tasks.results().at(0);
+        QCOMPARE(first->id(), ids[0]);
+        QCOMPARE(first->name(), u"Møde \u2013 \U0001F600 \u05d0"_s);
+        QVERIFY(first->date() == date);
+        QCOMPARE(first->accumulatedSeconds(), std::numeric_limits<qint64>::min());
+        QVERIFY(first->lastStartTime().value() == created);
+        QCOMPARE(first->sortOrder(), -3);
+        QVERIFY(first->createdAt() == created);
+        QCOMPARE(first->projectCode().value_or(u"none"_s), u""_s);
+        const Task *const second = tasks.results().at(1);
+        QCOMPARE(second->id(), ids[1]);
+        QCOMPARE(second->name(), withNull);
+        QVERIFY(!second->isRunning());
+        QVERIFY(!second->projectCode());
+
+        LiveQuery<TaskTemplate> templates(store.context(), allRecords(), QueryOrder::SortOrder);
+        QCOMPARE(templates.results().size(), 1);
+        QCOMPARE(templates.results().at(0)->id(), ids[2]);
+        QCOMPARE(templates.results().at(0)->name(), u"Skabelon"_s);
+        QCOMPARE(templates.results().at(0)->sortOrder(), 2);
+
+        LiveQuery<ProjectCode> codes(store.context(), allRecords(), QueryOrder::SortOrder);
+        QCOMPARE(codes.results().size(), 1);
+        QCOMPARE(codes.results().at(0)->id(), ids[3]);
+        QCOMPARE(codes.results().at(0)->code(), u"4711"_s);
+        QCOMPARE(codes.results().at(0)->name(), u"Støtte"_s);
+        QCOMPARE(codes.results().at(0)->sortOrder(), 9);
+    }
+
+    void shouldKeepARunningTaskRunning()
+    {
+        TestStore store(m_clock);
+        store.insertTask(u"Kører"_s)->start();
+        store.reopen();
+        m_clock.advance(3600);
+        LiveQuery<Task> running(store.context(), runningTasks(), QueryOrder::Store);
+        QCOMPARE(running.results().size(), 1);
+        QCOMPARE(running.results().at(0)->currentTotalSeconds(), 3600);
+    }
+
+    void shouldLeaveTheTasksOfADeletedCodeAlone()
+    {
+        TestStore store(m_clock);
+        auto *const code = store.insert<ProjectCode>(u"4711"_s, u""_s);
+        store.insert<Task>(u"Møde"_s, m_clock.now(), u"4711"_s);
+        store.context().remove(code);
+        store.reopen();
+        LiveQuery<Task> tasks(store.context(), allRecords(), QueryOrder::Store);
+        QCOMPARE(tasks.results().at(0)->projectCode().value_or(u"none"_s), u"4711"_s);
+        LiveQuery<ProjectCode> codes(store.context(), allRecords(), QueryOrder::SortOrder);
+        QVERIFY(codes.results().isEmpty());
+    }
+
+    void shouldBeReadableByItsOwnerAlone()
+    {
+        const mode_t mask = ::umask(0);
+        TestStore store(m_clock);
+        store.insertTask(u"Møde"_s);
+        QVERIFY(store.context().save());
+        ::umask(mask);
+
+        constexpr auto others = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup |
+                                QFile::ReadOther | QFile::WriteOther | QFile::ExeOther;
+        const QFileInfo file(store.path());
+        QVERIFY(!(QFileInfo(file.path()).permissions() & others));
+        const auto files = file.dir().entryInfoList(QDir::Files);
+        QVERIFY(files.size() >= 2); // the store and its log
+        for (const QFileInfo &each : files)
+            QVERIFY2(!(each.permissions() & others), qPrintable(each.fileName()));
+    }
+
+    void shouldRefuseASecondWriter()
+    {
+        TestStore store(m_clock);
+        const QString why = failure(store.path());
+        QVERIFY2(why.contains("in use by another process"_L1), qPrintable(why));
+        // and the first goes on
+        store.insertTask(u"Møde"_s);
+        QVERIFY(store.context().save());
+    }
+
+    void shouldRefuseAndNotTouchWhatIsNoStore_data()
+    {
+        QTest::addColumn<QByteArray>("file");
+        QTest::addColumn<QString>("why");
+
+        QTest::newRow("text") << QByteArray("Kære dagbog\n").repeated(1000)
+                              << u"is not a store of TULO Time Tracker"_s;
+        QTest::newRow("empty") << QByteArray() << u"is empty"_s;
+        QTest::newRow("half a header")
+            << QByteArray("SQLite format 3") << u"is not a store of TULO Time Tracker"_s;
+    }
+    void shouldRefuseAndNotTouchWhatIsNoStore()
+    {
+        QFETCH(QByteArray, file);
+        QFETCH(QString, why);
+        const QTemporaryDir directory;
+        const QString path = directory.filePath(u"store.sqlite"_s);
+        write(path, file);
+        const QString said = failure(path);
+        QVERIFY2(said.contains(why), qPrintable(said));
+        QVERIFY(said.contains(path));
+        QCOMPARE(contents(path), file);
+    }
+
+    void shouldRefuseAndNotTouchAnotherSchema_data()
+    {
+        QTest::addColumn<QByteArray>("change");
+        QTest::addColumn<QString>("why");
+
+        QTest::newRow("newer") << QByteArray("PRAGMA user_version = 10100")
+                               << u"newer version of TULO Time Tracker (schema 1.1.0"_s;
+        QTest::newRow("older") << QByteArray("PRAGMA user_version = 900")
+                               << u"schema version 0.9.0"_s;
+        QTest::newRow("another program's")
+            << QByteArray("PRAGMA application_id = 1") << u"database of another program"_s;
+        QTest::newRow("a column is missing")
+            << QByteArray("ALTER TABLE TaskTemplate DROP COLUMN sortOrder")
+            << u"has other tables"_s;
+    }
+    void shouldRefuseAndNotTouchAnotherSchema()
+    {
+        QFETCH(QByteArray, change);
+        QFETCH(QString, why);
+        TestStore store(m_clock);
+        store.close();
+        execute(store.path(), change.constData());
+        const QByteArray before = contents(store.path());
+        const QString said = failure(store.path());
+        QVERIFY2(said.contains(why), qPrintable(said));
+        QCOMPARE(contents(store.path()), before);
+    }
+
+    void shouldNotFoldTheLogOfANewerStoreIntoIt()
+    {
+        // given a newer store whose program was killed: its file and its log
+        const QTemporaryDir directory;
+        const QString path = directory.filePath(u"store.sqlite"_s);
+        QByteArray file;
+        QByteArray log;
+        {
+            TestStore store(m_clock);
+            store.close();
+            execute(store.path(), "PRAGMA user_version = 20000");
+            SQLite::Database other(QFile::encodeName(store.path()).constData(),
+                                   SQLite::OPEN_READWRITE);
+            other.exec("INSERT INTO TaskTemplate (id, name, sortOrder, createdAt) "
+                       "VALUES (x'00', 'a', 0, 0.0)");
+            file = contents(store.path());
+            log = contents(store.path() + u"-wal"_s);
+        }
+        QVERIFY(!log.isEmpty());
+        write(path, file);
+        write(path + u"-wal"_s, log);
+
+        const QString why = failure(path);
+        QVERIFY2(why.contains("schema 2.0.0"_L1), qPrintable(why));
+        QCOMPARE(contents(path), file);
+        QCOMPARE(contents(path + u"-wal"_s), log);
+    }
+
+    void shouldTakeUpTheLogOfItsOwnStore()
+    {
+        // given a store whose program was killed
+        const QTemporaryDir directory;
+        const QString path = directory.filePath(u"store.sqlite"_s);
+        {
+            TestStore store(m_clock);
+            store.insertTask(u"Møde"_s);
+            QVERIFY(store.context().save());
+            QVERIFY(QFile::copy(store.path(), path));
+            QVERIFY(QFile::copy(store.path() + u"-wal"_s, path + u"-wal"_s));
+        }
+        ModelContainer container(path, m_clock);
+        LiveQuery<Task> tasks(container.mainContext(), allRecords(), QueryOrder::Store);
+        QCOMPARE(tasks.results().size(), 1);
+        QCOMPARE(tasks.results().at(0)->name(), u"Møde"_s);
+    }
+
+    void shouldReplaceAnUnfinishedNewStore()
+    {
+        // given that the machine stopped while the store was first made
+        const QTemporaryDir directory;
+        const QString path = directory.filePath(u"data/store.sqlite"_s);
+        write(path + u".new"_s, "half a store");
+        QCOMPARE(failure(path), QString());
+        QVERIFY(!QFile::exists(path + u".new"_s));
+        QVERIFY(QFile::exists(path));
+    }
+
+    void shouldRefuseADirectoryOrALinkInTheFilesPlace()
+    {
+        const QTemporaryDir directory;
+        const QString path = directory.filePath(u"store.sqlite"_s);
+        QVERIFY(QDir().mkpath(path));
+        QVERIFY(failure(path).contains("is not a plain file"_L1));
+        QVERIFY(QDir().rmdir(path));
+
+        TestStore store(m_clock);
+        store.close();
+        QVERIFY(QFile::link(store.path(), path));
+        QVERIFY(failure(path).contains("is not a plain file"_L1));
+        QVERIFY(QFileInfo(path).isSymLink());
+
+        // a link to nowhere is no invitation to make a store there
+        QVERIFY(QFile::remove(path));
+        QVERIFY(QFile::link(directory.filePath(u"nowhere"_s), path));
+        QVERIFY(failure(path).contains("is not a plain file"_L1));
+        QVERIFY(!QFile::exists(directory.filePath(u"nowhere"_s)));
+    }
+
+    void shouldFollowLinksInTheDirectoriesAbove()
+    {
+        const QTemporaryDir directory;
+        QVERIFY(QDir().mkpath(directory.filePath(u"real"_s)));
+        QVERIFY(QFile::link(directory.filePath(u"real"_s), directory.filePath(u"link"_s)));
+        QCOMPARE(failure(directory.filePath(u"link/store.sqlite"_s)), QString());
+        QVERIFY(QFile::exists(directory.filePath(u"real/store.sqlite"_s)));
+    }
+
+    void shouldSayWhenTheDirectoryCannotBeMade()
+    {
+        const QTemporaryDir directory;
+        write(directory.filePath(u"file"_s), "in the way");
+        const QString why = failure(directory.filePath(u"file/data/store.sqlite"_s));
+        QVERIFY2(why.contains("cannot be made"_L1), qPrintable(why));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestModelContainer)
+#include "tst_modelcontainer.moc"

@@ -1,0 +1,224 @@
+#include "../support/teststore.h"
+#include "model/livequery.h"
+#include "model/tasklist.h"
+
+#include <SQLiteCpp/Database.h>
+#include <sqlite3.h>
+
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace
+{
+
+// A write fails at the first of these, as on a full disk, while the switch is on.
+bool diskIsFull = false;
+
+int refuseCommit(void *)
+{
+    return diskIsFull ? 1 : 0;
+}
+
+} // namespace
+
+class TestModelContext : public QObject
+{
+    Q_OBJECT
+
+private:
+    FakeClock m_clock;
+
+    static QStringList names(const QList<Task *> &tasks)
+    {
+        QStringList names;
+        for (const Task *task : tasks)
+            names << task->name();
+        return names;
+    }
+
+    static QStringList storedNames(ModelContext &context)
+    {
+        LiveQuery<Task> tasks(context, allRecords(), QueryOrder::Store);
+        return names(tasks.results());
+    }
+
+private Q_SLOTS:
+    void init() { diskIsFull = false; }
+
+    void shouldShowAnInsertedTaskBeforeItIsWritten()
+    {
+        TestStore store(m_clock);
+        store.insertTask(u"Ny"_s);
+        QVERIFY(store.context().hasChanges());
+        QCOMPARE(storedNames(store.context()), QStringList{u"Ny"_s});
+    }
+
+    void shouldHaveOneObjectPerStoredRecord()
+    {
+        TestStore store(m_clock);
+        Task *const task = store.insertTask(u"Ny"_s);
+        const QUuid id = task->id();
+        const AllTasks all(store.context());
+        QCOMPARE(all.withID(id), task);
+        QVERIFY(store.context().save());
+        QCOMPARE(all.withID(id), task);
+        LiveQuery<Task> day(store.context(),
+                            tasksOnDay(m_clock.calendar().dayInterval(m_clock.now())),
+                            QueryOrder::Store);
+        QCOMPARE(day.results(), QList<Task *>{task});
+    }
+
+    void shouldMakeObjectsOnlyForWhatIsLookedAt()
+    {
+        TestStore store(m_clock);
+        const Instant today = m_clock.now();
+        for (int day = 0; day < 100; ++day)
+            store.insert<Task>(u"Gammel"_s, today - day * 86400.0, std::nullopt);
+        store.reopen();
+        QVERIFY(store.context().inMemory(RecordType::Task, allRecords()).isEmpty());
+        LiveQuery<Task> tasks(store.context(), tasksOnDay(m_clock.calendar().dayInterval(today)),
+                              QueryOrder::Store);
+        QCOMPARE(tasks.results().size(), 1);
+        QCOMPARE(store.context().inMemory(RecordType::Task, allRecords()).size(), 1);
+    }
+
+    void shouldSaveByItselfSoonAfterTheFirstChange()
+    {
+        TestStore store(m_clock, {1ms, 1h});
+        store.insertTask(u"Ny"_s);
+        QTRY_VERIFY(!store.context().hasChanges());
+        store.reopen();
+        QCOMPARE(storedNames(store.context()), QStringList{u"Ny"_s});
+    }
+
+    void shouldNotPutASaveOffForLaterChanges()
+    {
+        TestStore store(m_clock, {20ms, 1h});
+        Task *const task = store.insertTask(u"Ny"_s);
+        // when changes come without end, faster than the delay
+        bool wasSaved = false;
+        int keys = 0;
+        QTimer typing;
+        connect(&typing, &QTimer::timeout, this, [&] {
+            // then a save comes between two of them
+            wasSaved = wasSaved || !store.context().hasChanges();
+            task->setName(QString::number(++keys));
+        });
+        typing.start(0);
+        QTRY_VERIFY(wasSaved);
+    }
+
+    void shouldWriteEditsAndDeletions()
+    {
+        TestStore store(m_clock);
+        Task *const kept = store.insertTask(u"a"_s);
+        Task *const gone = store.insertTask(u"b"_s);
+        QVERIFY(store.context().save());
+        kept->setName(u"A"_s);
+        store.context().remove(gone);
+        QCOMPARE(storedNames(store.context()), QStringList{u"A"_s});
+        store.reopen();
+        QCOMPARE(storedNames(store.context()), QStringList{u"A"_s});
+    }
+
+    void shouldWriteWhatIsUnsavedWhenItCloses()
+    {
+        TestStore store(m_clock, {1h, 1h});
+        store.insertTask(u"Ny"_s);
+        store.reopen();
+        QCOMPARE(storedNames(store.context()), QStringList{u"Ny"_s});
+    }
+
+    void shouldForgetARecordThatIsDeletedBeforeItWasWritten()
+    {
+        TestStore store(m_clock);
+        store.context().remove(store.insertTask(u"Fortrudt"_s));
+        QVERIFY(!store.context().hasChanges());
+        store.reopen();
+        QCOMPARE(storedNames(store.context()), QStringList());
+    }
+
+    void shouldLetADeletedRecordGoOnlyInTheEventLoop()
+    {
+        TestStore store(m_clock);
+        const QPointer<Task> task = store.insertTask(u"Væk"_s);
+        QVERIFY(store.context().save());
+        store.context().remove(task);
+        QVERIFY(task);
+        // when somebody still holds it and changes it
+        task->setName(u"Spøgelse"_s);
+        store.context().remove(task);
+        QTRY_VERIFY(!task);
+        store.reopen();
+        QCOMPARE(storedNames(store.context()), QStringList());
+    }
+
+    void shouldKeepTheOrderOfInsertionWhenTheLastRowIsGivenAgain()
+    {
+        TestStore store(m_clock);
+        store.insertTask(u"a"_s);
+        Task *const last = store.insertTask(u"b"_s);
+        QVERIFY(store.context().save());
+        store.context().remove(last);
+        store.insertTask(u"c"_s);
+        QVERIFY(store.context().save());
+        store.insertTask(u"d"_s);
+        QCOMPARE(storedNames(store.context()), (QStringList{u"a"_s, u"c"_s, u"d"_s}));
+        store.reopen();
+        QCOMPARE(storedNames(store.context()), (QStringList{u"a"_s, u"c"_s, u"d"_s}));
+    }
+
+    void shouldKeepChangesThatCouldNotBeWrittenAndTryAgain()
+    {
+        // given a store whose writes fail
+        const QTemporaryDir directory;
+        const QString path = directory.filePath(u"store.sqlite"_s);
+        {
+            const ModelContainer made(path, m_clock);
+        }
+        SQLite::Database database(QFile::encodeName(path).constData(), SQLite::OPEN_READWRITE);
+        sqlite3_commit_hook(database.getHandle(), &refuseCommit, nullptr);
+        ModelContext context(database, m_clock, {1ms, 1ms});
+        auto made = std::make_unique<Task>(m_clock, u"a"_s, m_clock.now(), std::nullopt);
+        Task *const task = made.get();
+        context.insert(std::move(made));
+        QVERIFY(context.save());
+
+        diskIsFull = true;
+        task->setName(u"A"_s);
+        context.insert(std::make_unique<Task>(m_clock, u"b"_s, m_clock.now(), std::nullopt));
+        QVERIFY(!context.save());
+        QVERIFY(context.hasChanges());
+        QCOMPARE(storedNames(context), (QStringList{u"A"_s, u"b"_s}));
+
+        // when there is room again, then all is written without being asked
+        diskIsFull = false;
+        QTRY_VERIFY(!context.hasChanges());
+        ModelContext another(database, m_clock);
+        QCOMPARE(storedNames(another), (QStringList{u"A"_s, u"b"_s}));
+    }
+
+    void shouldTryAgainAtOnceWithTheNextChange()
+    {
+        const QTemporaryDir directory;
+        const QString path = directory.filePath(u"store.sqlite"_s);
+        {
+            const ModelContainer made(path, m_clock);
+        }
+        SQLite::Database database(QFile::encodeName(path).constData(), SQLite::OPEN_READWRITE);
+        sqlite3_commit_hook(database.getHandle(), &refuseCommit, nullptr);
+        ModelContext context(database, m_clock, {1ms, 1h});
+        diskIsFull = true;
+        context.insert(std::make_unique<Task>(m_clock, u"a"_s, m_clock.now(), std::nullopt));
+        QVERIFY(!context.save());
+        diskIsFull = false;
+        context.insert(std::make_unique<Task>(m_clock, u"b"_s, m_clock.now(), std::nullopt));
+        QTRY_VERIFY(!context.hasChanges());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestModelContext)
+#include "tst_modelcontext.moc"

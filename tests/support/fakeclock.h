@@ -1,0 +1,42 @@
+#pragma once
+
+#include "model/clock.h"
+
+/// A clock that stands still until it is set.
+class FakeClock : public Clock
+{
+public:
+    /// Shows @p time in @p zone.
+    explicit FakeClock(const QString &time = QStringLiteral("2026-11-20T08:00:00"),
+                       const QByteArray &zone = "Europe/Copenhagen")
+        : FakeClock(time, QTimeZone(zone))
+    {
+    }
+
+    Instant now() const override { return m_now; }
+
+    void set(Instant now) { m_now = now; }
+    void set(const QString &time) { m_now = at(time); }
+    void advance(double seconds) { m_now += seconds; }
+
+    /// A wall time of the clock's zone, "2026-11-20T08:00:00".
+    Instant at(const QString &time) const { return at(time, m_zone); }
+
+private:
+    FakeClock(const QString &time, const QTimeZone &zone)
+        : Clock(Calendar(zone))
+        , m_zone(zone)
+        , m_now(at(time, zone))
+    {
+    }
+
+    static Instant at(const QString &time, const QTimeZone &zone)
+    {
+        QDateTime dateTime = QDateTime::fromString(time, Qt::ISODateWithMs);
+        dateTime.setTimeZone(zone);
+        return static_cast<double>(dateTime.toMSecsSinceEpoch()) / 1000.0;
+    }
+
+    QTimeZone m_zone;
+    Instant m_now;
+};
