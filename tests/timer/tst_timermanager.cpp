@@ -1,0 +1,412 @@
+#include "../support/teststore.h"
+#include "model/tasklist.h"
+#include "timer/timermanager.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace
+{
+
+/// Just these tasks.
+class ListedTasks : public TaskList
+{
+public:
+    explicit ListedTasks(QList<Task *> tasks)
+        : m_tasks(std::move(tasks))
+    {
+    }
+
+    Task *withID(const QUuid &id) const override
+    {
+        const auto found = std::find_if(m_tasks.cbegin(), m_tasks.cend(),
+                                        [&](const Task *task) { return task->id() == id; });
+        return found != m_tasks.cend() ? *found : nullptr;
+    }
+
+    QList<Task *> running() const override
+    {
+        QList<Task *> running;
+        std::copy_if(m_tasks.cbegin(), m_tasks.cend(), std::back_inserter(running),
+                     [](const Task *task) { return task->isRunning(); });
+        return running;
+    }
+
+private:
+    QList<Task *> m_tasks;
+};
+
+} // namespace
+
+class TestTimerManager : public QObject
+{
+    Q_OBJECT
+
+private:
+    /// A store with a manager whose beat never comes unless the test asks for it.
+    struct Fixture {
+        explicit Fixture(std::chrono::milliseconds beat = 1h)
+            : timer(clock, beat)
+        {
+        }
+
+        FakeClock clock;
+        TestStore store{clock, {1h, 1h}};
+        TimerManager timer;
+        AllTasks all{store.context()};
+        ModelContext &context = store.context();
+    };
+
+private Q_SLOTS:
+    void shouldBeginIdleOnTodayWithBillableTime()
+    {
+        const FakeClock clock(u"2026-11-20T14:35:00"_s);
+        const TimerManager timer(clock);
+        QCOMPARE(timer.selectedDate(), clock.at(u"2026-11-20T00:00:00"_s));
+        QVERIFY(!timer.activeTaskID());
+        QVERIFY(!timer.isAnyTaskRunning());
+        QVERIFY(!timer.isTicking());
+        QCOMPARE(timer.tick(), 0);
+        QVERIFY(timer.showBillableTime());
+        QVERIFY(!timer.isEditing());
+        QVERIFY(timer.isToday());
+    }
+
+    void shouldStopTheActiveTaskWhenAnotherStarts()
+    {
+        Fixture f;
+        Task *const a = f.store.insertTask(u"a"_s);
+        Task *const b = f.store.insertTask(u"b"_s);
+        f.timer.startTask(a, f.all, f.context);
+        f.clock.advance(90.5);
+        f.timer.startTask(b, f.all, f.context);
+        QVERIFY(!a->isRunning());
+        QCOMPARE(a->accumulatedSeconds(), 90);
+        QVERIFY(b->isRunning());
+        QCOMPARE(f.timer.activeTaskID().value(), b->id());
+        QVERIFY(f.timer.isTicking());
+        QVERIFY(!f.context.hasChanges());
+    }
+
+    void shouldBankAndGoOnWhenTheActiveTaskIsStartedAgain()
+    {
+        Fixture f;
+        Task *const a = f.store.insertTask(u"a"_s);
+        f.timer.startTask(a, f.all, f.context);
+        f.clock.advance(10.75);
+        QCOMPARE(a->currentTotalSeconds(), 10);
+        f.timer.startTask(a, f.all, f.context);
+        QVERIFY(a->isRunning());
+        QCOMPARE(a->accumulatedSeconds(), 10);
+        QCOMPARE(a->lastStartTime().value(), f.clock.now());
+        QCOMPARE(a->currentTotalSeconds(), 10);
+    }
+
+    void shouldGoOnTickingWhenAnotherThanTheActiveTaskStops()
+    {
+        Fixture f;
+        Task *const a = f.store.insertTask(u"a"_s);
+        Task *const b = f.store.insertTask(u"b"_s);
+        b->start();
+        f.timer.startTask(a, f.all, f.context);
+        QVERIFY(b->isRunning());
+        f.timer.stopTask(b, f.context);
+        QVERIFY(!b->isRunning());
+        QVERIFY(a->isRunning());
+        QCOMPARE(f.timer.activeTaskID().value(), a->id());
+        QVERIFY(f.timer.isTicking());
+    }
+
+    void shouldFallIdleAndSaveWhenAStoppedActiveTaskIsStopped()
+    {
+        Fixture f;
+        Task *const a = f.store.insertTask(u"a"_s);
+        f.timer.startTask(a, f.all, f.context);
+        a->stop();
+        QVERIFY(f.context.hasChanges());
+        f.timer.stopTask(a, f.context);
+        QVERIFY(!f.timer.activeTaskID());
+        QVERIFY(!f.timer.isTicking());
+        QVERIFY(!f.context.hasChanges());
+    }
+
+    void shouldFallIdleAndSaveWhenAllAreStoppedThoughNoneRuns()
+    {
+        Fixture f;
+        Task *const a = f.store.insertTask(u"a"_s);
+        f.timer.startTask(a, f.all, f.context);
+        a->stop();
+        f.timer.stopAllTasks(f.all, f.context);
+        QVERIFY(!f.timer.activeTaskID());
+        QVERIFY(!f.timer.isTicking());
+        QVERIFY(!f.context.hasChanges());
+    }
+
+    void shouldStopTheRunningTasksOfTheListAlone()
+    {
+        Fixture f;
+        Task *const a = f.store.insertTask(u"a"_s);
+        Task *const b = f.store.insertTask(u"b"_s);
+        Task *const other = f.store.insertTask(u"c"_s);
+        for (Task *task : {a, b, other})
+            task->start();
+        f.clock.advance(5);
+        f.timer.stopAllTasks(ListedTasks({a, b}), f.context);
+        QVERIFY(!a->isRunning());
+        QVERIFY(!b->isRunning());
+        QVERIFY(other->isRunning());
+        QCOMPARE(a->accumulatedSeconds(), 5);
+    }
+
+    void shouldStopEveryTaskOfEveryDayGivenAllTasks()
+    {
+        Fixture f;
+        Task *const today = f.store.insertTask(u"i dag"_s);
+        Task *const yesterday =
+            f.store.insert<Task>(u"i går"_s, f.clock.now() - 86400, std::nullopt);
+        today->start();
+        yesterday->start();
+        f.timer.stopAllTasks(f.all, f.context);
+        QVERIFY(!today->isRunning());
+        QVERIFY(!yesterday->isRunning());
+    }
+
+    void shouldDecideByTheTasksOwnStateWhenToggling()
+    {
+        Fixture f;
+        Task *const a = f.store.insertTask(u"a"_s);
+        f.timer.toggleTask(a, f.all, f.context);
+        QVERIFY(a->isRunning());
+        f.timer.toggleTask(a, f.all, f.context);
+        QVERIFY(!a->isRunning());
+        QVERIFY(!f.timer.isAnyTaskRunning());
+    }
+
+    void shouldStartATaskThatWasStoppedBehindItsBack()
+    {
+        // given an active task that its row has stopped in order to edit the time
+        Fixture f;
+        Task *const a = f.store.insertTask(u"a"_s);
+        f.timer.startTask(a, f.all, f.context);
+        f.clock.advance(5);
+        a->stop();
+        QCOMPARE(f.timer.activeTaskID().value(), a->id());
+        QVERIFY(f.timer.isTicking());
+        // then toggling starts it, and nothing is banked twice
+        f.timer.toggleTask(a, f.all, f.context);
+        QVERIFY(a->isRunning());
+        QCOMPARE(a->accumulatedSeconds(), 5);
+        QCOMPARE(f.timer.activeTaskID().value(), a->id());
+    }
+
+    void shouldStartATaskThoughTheActiveOneIsGone()
+    {
+        Fixture f;
+        Task *const a = f.store.insertTask(u"a"_s);
+        Task *const b = f.store.insertTask(u"b"_s);
+        f.timer.startTask(a, f.all, f.context);
+        f.context.remove(a);
+        f.timer.startTask(b, f.all, f.context);
+        QVERIFY(b->isRunning());
+        QCOMPARE(f.timer.activeTaskID().value(), b->id());
+    }
+
+    void shouldLeaveATaskAloneThatIsNotInTheGivenList()
+    {
+        Fixture f;
+        Task *const yesterday =
+            f.store.insert<Task>(u"i går"_s, f.clock.now() - 86400, std::nullopt);
+        Task *const today = f.store.insertTask(u"i dag"_s);
+        f.timer.startTask(yesterday, f.all, f.context);
+        f.timer.startTask(today, ListedTasks({today}), f.context);
+        QVERIFY(yesterday->isRunning());
+        QVERIFY(today->isRunning());
+        QCOMPARE(f.timer.activeTaskID().value(), today->id());
+    }
+
+    void shouldTakeUpTodaysRunningTaskAfterARestart()
+    {
+        Fixture f;
+        Task *const a = f.store.insertTask(u"a"_s);
+        a->start();
+        f.timer.syncActiveTask(ListedTasks({f.store.insertTask(u"b"_s), a}));
+        QCOMPARE(f.timer.activeTaskID().value(), a->id());
+        QVERIFY(f.timer.isTicking());
+    }
+
+    void shouldTakeUpTheFirstOfTwoRunningTasks()
+    {
+        Fixture f;
+        Task *const a = f.store.insertTask(u"a"_s);
+        Task *const b = f.store.insertTask(u"b"_s);
+        a->start();
+        b->start();
+        f.timer.syncActiveTask(ListedTasks({b, a}));
+        QCOMPARE(f.timer.activeTaskID().value(), b->id());
+        QVERIFY(a->isRunning());
+    }
+
+    void shouldNotTakeUpATaskOfAnotherDay()
+    {
+        Fixture f;
+        Task *const yesterday =
+            f.store.insert<Task>(u"i går"_s, f.clock.now() - 86400, std::nullopt);
+        yesterday->start();
+        Task *const today = f.store.insertTask(u"i dag"_s);
+        f.timer.syncActiveTask(ListedTasks({today}));
+        QVERIFY(!f.timer.activeTaskID());
+        QVERIFY(!f.timer.isTicking());
+        QVERIFY(yesterday->isRunning());
+        // and it goes on when another starts: two run at once
+        f.timer.startTask(today, f.all, f.context);
+        QVERIFY(yesterday->isRunning());
+        QVERIFY(today->isRunning());
+    }
+
+    void shouldFallIdleWhenNoneOfTheGivenTasksRuns()
+    {
+        Fixture f;
+        Task *const a = f.store.insertTask(u"a"_s);
+        f.timer.startTask(a, f.all, f.context);
+        f.timer.syncActiveTask(ListedTasks({}));
+        QVERIFY(!f.timer.activeTaskID());
+        QVERIFY(!f.timer.isTicking());
+        QVERIFY(a->isRunning());
+    }
+
+    void shouldTickWhileATaskRunsAndNeverGoBackToZero()
+    {
+        Fixture f(1ms);
+        Task *const a = f.store.insertTask(u"a"_s);
+        QSignalSpy ticks(&f.timer, &TimerManager::tickChanged);
+        f.timer.startTask(a, f.all, f.context);
+        QCOMPARE(f.timer.tick(), 0);
+        QTRY_VERIFY(f.timer.tick() >= 3);
+        f.timer.stopTask(a, f.context);
+        const qint64 stopped = f.timer.tick();
+        QCOMPARE(ticks.count(), stopped);
+        f.timer.startTask(a, f.all, f.context);
+        QCOMPARE(f.timer.tick(), stopped);
+        QTRY_VERIFY(f.timer.tick() > stopped);
+    }
+
+    void shouldHaveOneTimerHoweverOftenItStarts()
+    {
+        Fixture f(1ms);
+        Task *const a = f.store.insertTask(u"a"_s);
+        for (int i = 0; i < 5; ++i)
+            f.timer.startTask(a, f.all, f.context);
+        f.timer.stopTask(a, f.context);
+        // A timer that was left over would tick on.
+        QSignalSpy ticks(&f.timer, &TimerManager::tickChanged);
+        int beats = 0;
+        QTimer beat;
+        connect(&beat, &QTimer::timeout, this, [&] { ++beats; });
+        beat.start(1ms);
+        QTRY_VERIFY(beats >= 5);
+        QCOMPARE(ticks.count(), 0);
+    }
+
+    void shouldBehaveTheSameWhileARowIsEdited()
+    {
+        Fixture f;
+        Task *const a = f.store.insertTask(u"a"_s);
+        f.timer.setIsEditing(true);
+        f.timer.startTask(a, f.all, f.context);
+        QVERIFY(a->isRunning());
+        f.timer.stopAllTasks(f.all, f.context);
+        QVERIFY(!a->isRunning());
+        QVERIFY(f.timer.isEditing());
+    }
+
+    void shouldSelectTheStartOfTheDayNavigatedTo()
+    {
+        FakeClock clock;
+        TimerManager timer(clock);
+        timer.navigateToDate(clock.at(u"2026-12-24T18:30:00"_s));
+        QCOMPARE(timer.selectedDate(), clock.at(u"2026-12-24T00:00:00"_s));
+        QVERIFY(!timer.isToday());
+        timer.goToToday();
+        QCOMPARE(timer.selectedDate(), clock.at(u"2026-11-20T00:00:00"_s));
+        QVERIFY(timer.isToday());
+    }
+
+    void shouldStepDaysByTheCalendar_data()
+    {
+        QTest::addColumn<QString>("from");
+        QTest::addColumn<QString>("previous");
+        QTest::addColumn<QString>("next");
+        QTest::newRow("first of a month")
+            << u"2026-11-01T00:00:00"_s << u"2026-10-31T00:00:00"_s << u"2026-11-02T00:00:00"_s;
+        QTest::newRow("clocks go forward")
+            << u"2026-03-29T00:00:00"_s << u"2026-03-28T00:00:00"_s << u"2026-03-30T00:00:00"_s;
+        QTest::newRow("clocks go back")
+            << u"2026-10-25T00:00:00"_s << u"2026-10-24T00:00:00"_s << u"2026-10-26T00:00:00"_s;
+    }
+    void shouldStepDaysByTheCalendar()
+    {
+        QFETCH(QString, from);
+        QFETCH(QString, previous);
+        QFETCH(QString, next);
+        FakeClock clock;
+        TimerManager timer(clock);
+        timer.navigateToDate(clock.at(from));
+        timer.goToPreviousDay();
+        QCOMPARE(timer.selectedDate(), clock.at(previous));
+        timer.navigateToDate(clock.at(from));
+        timer.goToNextDay();
+        QCOMPARE(timer.selectedDate(), clock.at(next));
+    }
+
+    void shouldKeepTheTimeOfDayInAStep()
+    {
+        // given a day that begins at one o'clock
+        const FakeClock clock(u"2018-11-04T12:00:00"_s, "America/Sao_Paulo");
+        TimerManager timer(clock);
+        QCOMPARE(timer.selectedDate(), clock.at(u"2018-11-04T01:00:00"_s));
+        timer.goToNextDay();
+        QCOMPARE(timer.selectedDate(), clock.at(u"2018-11-05T01:00:00"_s));
+        timer.goToPreviousDay();
+        timer.goToPreviousDay();
+        QCOMPARE(timer.selectedDate(), clock.at(u"2018-11-03T01:00:00"_s));
+    }
+
+    void shouldLeaveRunningTasksAloneWhenTheDayChanges()
+    {
+        Fixture f;
+        Task *const a = f.store.insertTask(u"a"_s);
+        f.timer.startTask(a, f.all, f.context);
+        f.timer.goToPreviousDay();
+        QVERIFY(a->isRunning());
+        QVERIFY(f.timer.isTicking());
+        QCOMPARE(f.timer.activeTaskID().value(), a->id());
+    }
+
+    void shouldNotTellOfEqualValues()
+    {
+        Fixture f;
+        QSignalSpy date(&f.timer, &TimerManager::selectedDateChanged);
+        QSignalSpy billable(&f.timer, &TimerManager::showBillableTimeChanged);
+        QSignalSpy editing(&f.timer, &TimerManager::isEditingChanged);
+        QSignalSpy active(&f.timer, &TimerManager::activeTaskIDChanged);
+        f.timer.goToToday();
+        f.timer.setShowBillableTime(true);
+        f.timer.setIsEditing(false);
+        f.timer.stopAllTasks(f.all, f.context);
+        QCOMPARE(date.count() + billable.count() + editing.count() + active.count(), 0);
+        f.timer.setShowBillableTime(false);
+        f.timer.setIsEditing(true);
+        f.timer.goToNextDay();
+        QCOMPARE(billable.count(), 1);
+        QCOMPARE(editing.count(), 1);
+        QCOMPARE(date.count(), 1);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestTimerManager)
+#include "tst_timermanager.moc"
