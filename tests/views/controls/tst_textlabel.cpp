@@ -1,0 +1,180 @@
+#include "tests/support/qmltest.h"
+#include "views/controls/theme.h"
+
+#include <QAccessible>
+#include <QFontDatabase>
+#include <QFontMetricsF>
+#include <QQuickItem>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+QByteArray qml(const QByteArray &type, const QByteArray &properties)
+{
+    return R"(
+        import QtQuick
+        import TimeTracker.Views.Controls
+        Rectangle { color: "white"; )" +
+           type + R"( { objectName: "label"; x: 10; y: 10; )" + properties + "} }";
+}
+
+} // namespace
+
+class TestTextLabel : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void shouldShowItsTextInThePrimaryColour()
+    {
+        qmltest::WarningsAreFailures guard;
+        // given a letter that is all ink
+        qmltest::Window window(qml("TextLabel", "text: \"\u2588\u2588\u2588\""));
+
+        // then
+        const QQuickItem *label = window.item(u"label"_s);
+        QCOMPARE(label->property("font").value<QFont>().pixelSize(), 13);
+        QCOMPARE(window.colorAt(qmltest::centre(label)), Theme().primary());
+    }
+
+    void shouldShowMarkupAsItIs()
+    {
+        qmltest::WarningsAreFailures guard;
+        // given
+        qmltest::Window window(qml("TextLabel", "text: \"<b>fed</b>\""));
+        const QQuickItem *label = window.item(u"label"_s);
+
+        // then it is as wide as the characters of the tags make it
+        const QFontMetricsF metrics(label->property("font").value<QFont>());
+        QVERIFY(qAbs(label->width() - metrics.horizontalAdvance(u"<b>fed</b>"_s)) < 2);
+    }
+
+    void shouldBeATextToAssistiveTechnology()
+    {
+        qmltest::WarningsAreFailures guard;
+        // given
+        qmltest::Window window(qml("TextLabel", "text: \"I alt:\""));
+        QQuickItem *label = window.item(u"label"_s);
+
+        // when
+        QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(label);
+
+        // then
+        QVERIFY(accessible);
+        QCOMPARE(accessible->role(), QAccessible::StaticText);
+        QCOMPARE(accessible->text(QAccessible::Name), u"I alt:"_s);
+        label->setProperty("text", u"I dag"_s);
+        QCOMPARE(accessible->text(QAccessible::Name), u"I dag"_s);
+    }
+
+    void shouldShowTheWholeTextOfAnElidedOne()
+    {
+        qmltest::WarningsAreFailures guard;
+        // given
+        qmltest::Window window(qml("TextLabel", "text: \"Et langt navn på en opgave\"; width: 60; "
+                                                "elide: Text.ElideRight; "
+                                                "showsWholeTextWhenElided: true"));
+        window.hover({150, 100});
+
+        // when
+        window.hover({30, 15});
+
+        // then
+        QTRY_VERIFY(tip(window));
+        QCOMPARE(tip(window)->property("text").toString(), u"Et langt navn på en opgave"_s);
+        window.hover({150, 100});
+        QTRY_VERIFY(!tip(window));
+    }
+
+    void shouldShowNoTooltip_data()
+    {
+        QTest::addColumn<QByteArray>("properties");
+        QTest::newRow("not elided")
+            << QByteArray("text: \"Kort\"; width: 150; elide: Text.ElideRight; "
+                          "showsWholeTextWhenElided: true");
+        QTest::newRow("not wanted") << QByteArray(
+            "text: \"Et langt navn på en opgave\"; width: 60; elide: Text.ElideRight");
+    }
+
+    void shouldShowNoTooltip()
+    {
+        QFETCH(QByteArray, properties);
+        qmltest::WarningsAreFailures guard;
+        // given a second handler, which shows that the pointer has arrived
+        qmltest::Window window(
+            qml("TextLabel", properties + "; HoverHandler { objectName: \"arrived\" }"));
+        window.hover({150, 100});
+
+        // when
+        window.hover({30, 15});
+
+        // then
+        QTRY_VERIFY(window.findChild<QObject *>(u"arrived"_s)->property("hovered").toBool());
+        for (const QObject *object : window.findChildren<QObject *>())
+            QVERIFY(!object->inherits("QQuickToolTip"));
+    }
+
+    void shouldNotKeepThePointerFromTheButtonAroundIt()
+    {
+        qmltest::WarningsAreFailures guard;
+        // given
+        qmltest::Window window(R"(
+            import QtQuick
+            import TimeTracker.Views.Controls
+            Item {
+                PlainButton {
+                    objectName: "button"
+                    property int clicks: 0
+                    onClicked: ++clicks
+                    contentItem: TextLabel {
+                        width: 60
+                        text: "Et langt navn på en opgave"
+                        elide: Text.ElideRight
+                        showsWholeTextWhenElided: true
+                    }
+                    width: 60
+                }
+            })");
+        window.hover({150, 100});
+        QQuickItem *button = window.item(u"button"_s);
+
+        // when
+        window.hover(qmltest::centre(button));
+
+        // then
+        QTRY_VERIFY(button->property("hovered").toBool());
+        QTRY_VERIFY(tip(window));
+        QTest::mouseClick(&window, Qt::LeftButton, {}, qmltest::centre(button));
+        QCOMPARE(button->property("clicks").toInt(), 1);
+    }
+
+    void shouldUseTheFixedFontWhenMonospaced()
+    {
+        qmltest::WarningsAreFailures guard;
+        // given
+        qmltest::Window window(qml("MonospacedLabel", "text: \"01:02:05\"; font.pixelSize: 14"));
+        QQuickItem *label = window.item(u"label"_s);
+
+        // then
+        QCOMPARE(label->property("font").value<QFont>().family(),
+                 QFontDatabase::systemFont(QFontDatabase::FixedFont).family());
+        const qreal width = label->width();
+        label->setProperty("text", u"11:11:11"_s);
+        QCOMPARE(label->width(), width);
+        QCOMPARE(QAccessible::queryAccessibleInterface(label)->text(QAccessible::Name),
+                 u"11:11:11"_s);
+    }
+
+private:
+    static QQuickItem *tip(const qmltest::Window &window)
+    {
+        QQuickItem *item = qmltest::findItem(window.contentItem(), u"helpTip"_s);
+        return item && item->isVisible() ? item : nullptr;
+    }
+};
+
+QTEST_MAIN(TestTextLabel)
+#include "tst_textlabel.moc"

@@ -1,0 +1,32 @@
+#include "views/controls/buttonkeys.h"
+
+#include <QKeyEvent>
+
+void ButtonKeys::componentComplete()
+{
+    if (parent())
+        parent()->installEventFilter(this);
+}
+
+bool ButtonKeys::eventFilter(QObject *, QEvent *event)
+{
+    if (event->type() != QEvent::KeyPress && event->type() != QEvent::KeyRelease)
+        return false;
+    auto *key = static_cast<QKeyEvent *>(event);
+    switch (key->key()) {
+    case Qt::Key_Space:
+        if (key->modifiers() == Qt::NoModifier) {
+            key->setAccepted(true);
+            return key->isAutoRepeat();
+        }
+        [[fallthrough]];
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_Select:
+        // Ignored and filtered: the item's parents are asked, the item itself is not.
+        key->ignore();
+        return true;
+    default:
+        return false;
+    }
+}

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QColor>
+#include <QQuickPaintedItem>
+#include <QtQml/qqmlregistration.h>
+
+/// A symbol in one colour, like a letter of a font. It is decoration: assistive technology does not
+/// see it.
+class SymbolImage : public QQuickPaintedItem
+{
+    Q_OBJECT
+    QML_ELEMENT
+
+    /// Name of a symbol, e.g. "play.fill". An unknown one draws nothing and warns once.
+    Q_PROPERTY(QString name READ name WRITE setName NOTIFY nameChanged)
+    /// Size in pixels of the text that the symbol goes with. The symbol's square box, which is the
+    /// item's implicit size, is 1.25 times as large, rounded up to an even number so that it is
+    /// centred in an even frame on whole pixels. In a larger item the box is centred.
+    Q_PROPERTY(qreal fontSize READ fontSize WRITE setFontSize NOTIFY fontSizeChanged)
+    Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY colorChanged)
+
+public:
+    explicit SymbolImage(QQuickItem *parent = nullptr);
+
+    QString name() const { return m_name; }
+    void setName(const QString &name);
+    qreal fontSize() const { return m_fontSize; }
+    void setFontSize(qreal fontSize);
+    QColor color() const { return m_color; }
+    void setColor(const QColor &color);
+
+    void paint(QPainter *painter) override;
+
+Q_SIGNALS:
+    void nameChanged();
+    void fontSizeChanged();
+    void colorChanged();
+
+private:
+    qreal boxSide() const;
+
+    QString m_name;
+    qreal m_fontSize = 13;
+    QColor m_color = Qt::black;
+};
