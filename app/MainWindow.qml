@@ -1,0 +1,31 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import TimeTracker.Model
+import TimeTracker.Timer
+import TimeTracker.Views.Controls
+import TimeTracker.Views.Day
+
+/// The main window.
+Window {
+    id: window
+
+    required property TimerManager timerManager
+    required property ModelContext modelContext
+
+    width: 650
+    height: 450
+    minimumWidth: content.minimumWidth
+    minimumHeight: content.minimumHeight
+    visible: true
+    title: "TULO Time Tracker"
+    color: Theme.windowBackground
+
+    ContentView {
+        id: content
+
+        anchors.fill: parent
+        timerManager: window.timerManager
+        modelContext: window.modelContext
+    }
+}

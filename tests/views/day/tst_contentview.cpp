@@ -1,0 +1,697 @@
+#include "../../support/qmltest.h"
+#include "../../support/teststore.h"
+#include "model/tasklist.h"
+#include "timer/timermanager.h"
+#include "views/controls/theme.h"
+
+#include <QAccessible>
+#include <QGuiApplication>
+#include <QQuickItem>
+#include <QTest>
+
+#include <algorithm>
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using qmltest::centre;
+using qmltest::findItem;
+using qmltest::findItems;
+
+/// The whole day in a window, used with mouse and keys.
+class TestContentView : public QObject
+{
+    Q_OBJECT
+
+private:
+    struct Fixture {
+        explicit Fixture(int taskCount = 0, const QSize &size = {650, 450})
+        {
+            for (int i = 0; i < taskCount; ++i)
+                store.insertTask(u"Opgave %1"_s.arg(i + 1), i);
+            show(size);
+        }
+
+        void show(const QSize &size = {650, 450})
+        {
+            window = std::make_unique<qmltest::Window>(
+                QByteArray("import TimeTracker.Views.Day\nContentView {}"), size,
+                QVariantMap{{u"timerManager"_s, QVariant::fromValue(&timer)},
+                            {u"modelContext"_s, QVariant::fromValue(&store.context())}});
+            window->hover({1, 1});
+        }
+
+        QQuickItem *root() const { return window->rootObject(); }
+        QQuickItem *item(const char *name) const { return window->item(QString::fromLatin1(name)); }
+        /// The item of that name, or null.
+        QQuickItem *maybe(const char *name) const
+        {
+            return findItem(window->contentItem(), QString::fromLatin1(name));
+        }
+        QRectF place(const char *name) const
+        {
+            const QQuickItem *const found = item(name);
+            return found->mapRectToScene(QRectF(0, 0, found->width(), found->height()));
+        }
+        /// The rows that are there, from top to bottom.
+        QList<QQuickItem *> rows() const
+        {
+            QList<QQuickItem *> rows;
+            for (QQuickItem *label : findItems(item("taskList"), u"startButton"_s))
+                rows << label->parentItem();
+            std::sort(rows.begin(), rows.end(), [](const QQuickItem *a, const QQuickItem *b) {
+                return a->mapToScene({}).y() < b->mapToScene({}).y();
+            });
+            return rows;
+        }
+        QQuickItem *inRow(int row, const char *name) const
+        {
+            return findItem(rows().at(row), QString::fromLatin1(name));
+        }
+        QStringList names() const
+        {
+            QStringList names;
+            for (QQuickItem *row : rows())
+                names << findItem(row, u"nameText"_s)->property("text").toString();
+            return names;
+        }
+        /// The row that is drawn as selected, or -1.
+        int selectedRow() const
+        {
+            int selected = -1;
+            for (int i = 0; i < rows().size(); ++i) {
+                if (rows().at(i)->property("isSelected").toBool())
+                    selected = i;
+            }
+            return selected;
+        }
+        QList<Task *> tasks()
+        {
+            return LiveQuery<Task>(store.context(),
+                                   tasksOnDay(clock.calendar().dayInterval(timer.selectedDate())),
+                                   QueryOrder::SortOrder)
+                .results();
+        }
+        QList<Task *> running() { return AllTasks(store.context()).running(); }
+
+        void click(const QQuickItem *target) const
+        {
+            QTest::mouseClick(window.get(), Qt::LeftButton, {}, centre(target));
+        }
+        void click(const char *name) const { click(item(name)); }
+        void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) const
+        {
+            QTest::keyClick(window.get(), key, modifiers);
+        }
+        void type(const QString &text) const
+        {
+            for (const QChar character : text)
+                QTest::sendKeyEvent(QTest::Click, window.get(),
+                                    character == u' ' ? Qt::Key_Space : Qt::Key_unknown, character,
+                                    {});
+        }
+
+        qmltest::WarningsAreFailures guard;
+        FakeClock clock;
+        TestStore store{clock, {1h, 1h}};
+        TimerManager timer{clock, 1h};
+        std::unique_ptr<qmltest::Window> window;
+    };
+
+    static QString text(const QQuickItem *item) { return item->property("text").toString(); }
+    static QFont font(const QQuickItem *item) { return item->property("font").value<QFont>(); }
+
+private Q_SLOTS:
+    void shouldDivideTheWindow()
+    {
+        const Fixture f(1);
+        const QRectF header = f.place("header");
+        const QRectF list = f.place("taskList");
+        const QRectF footer = f.place("footer");
+        const QRectF side = f.place("sideColumn");
+
+        QCOMPARE(side, QRectF(470, 0, 180, 450));
+        QCOMPARE(header.topLeft(), QPointF(0, 0));
+        QCOMPARE(header.width(), 470.0);
+        QCOMPARE(header.height(), 2.0 + 12 + 44 + 12);
+        QCOMPARE(list.top(), header.bottom() + 1);
+        QCOMPARE(list.width(), 470.0);
+        QCOMPARE(footer.bottom(), 450.0);
+        QCOMPARE(list.bottom() + 1, footer.top());
+        QCOMPARE(f.place("accentBar"), QRectF(0, 0, 650, 2));
+        QCOMPARE(f.root()->property("minimumWidth").toReal(), 550.0);
+        QCOMPARE(f.root()->property("minimumHeight").toReal(), 350.0);
+
+        const Theme theme;
+        QCOMPARE(f.window->colorAt({10, 1}), theme.brandAccent());
+        QCOMPARE(f.window->colorAt({640, 1}), theme.brandAccent());
+        QCOMPARE(f.window->colorAt({10, 3}), theme.controlBackground());
+        QCOMPARE(f.window->colorAt({640, 440}), theme.controlBackground());
+        QCOMPARE(f.window->colorAt({300, 448}), theme.controlBackground());
+    }
+
+    void shouldLayOutTheHeader()
+    {
+        // given a window with room for the date on one line
+        const Fixture f(1, {900, 450});
+        const QRectF start = f.place("startPauseButton");
+        const QRectF previous = f.place("previousDay");
+        const QRectF date = f.place("dateText");
+        const QRectF next = f.place("nextDay");
+        const QRectF billable = f.place("billableSwitch");
+
+        QCOMPARE(start, QRectF(16, 14, 44, 44));
+        QCOMPARE(previous.size(), QSizeF(32, 32));
+        QCOMPARE(next.size(), QSizeF(32, 32));
+        QCOMPARE(date.left(), previous.right() + 8);
+        QCOMPARE(next.left(), date.right() + 8);
+        QCOMPARE(billable.width(), 150.0);
+        QCOMPARE(billable.right(), 720.0 - 16);
+        // the flexible spacers are equal
+        QVERIFY(std::abs((previous.left() - start.right()) - (billable.left() - next.right())) <=
+                1);
+        QVERIFY(previous.left() - start.right() >= 16);
+        QCOMPARE(f.item("startPauseButton")->property("symbolSize").toInt(), 20);
+        QCOMPARE(f.item("previousDay")->property("symbolSize").toInt(), 14);
+        QCOMPARE(font(f.item("dateText")).pixelSize(), 16);
+        QCOMPARE(font(f.item("dateText")).weight(), QFont::Medium);
+        QCOMPARE(text(f.item("dateText")), u"fredag 20. november 2026"_s);
+        QCOMPARE(f.item("dateText")->property("lineCount").toInt(), 1);
+        const auto *const label =
+            f.item("actualSegment")->property("contentItem").value<QQuickItem *>();
+        QCOMPARE(font(label).pixelSize(), 11);
+        QCOMPARE(f.place("actualSegment").width(), 75.0);
+        QCOMPARE(f.place("actualSegment").height(), label->implicitHeight() + 12);
+        QCOMPARE(f.place("billableSegment").left(), f.place("actualSegment").right());
+    }
+
+    void shouldShowTheWholeDateInTheSmallestWindow()
+    {
+        Fixture f(0, {550, 350});
+        f.timer.navigateToDate(f.clock.at(u"2026-09-30T00:00:00"_s));
+        const QQuickItem *const date = f.item("dateText");
+        QVERIFY(!date->property("truncated").toBool());
+        QVERIFY(date->property("contentWidth").toReal() <= date->width());
+        QVERIFY(f.place("previousDay").left() >= f.place("startPauseButton").right() + 8);
+        QVERIFY(f.place("nextDay").right() + 8 <= f.place("billableSwitch").left());
+        QVERIFY(f.place("header").height() >= date->height() + 26);
+    }
+
+    void shouldLayOutTheFooter()
+    {
+        Fixture f(1);
+        f.tasks().at(0)->setAccumulatedSeconds(3725);
+        const QRectF add = f.place("addTaskButton");
+        const QRectF time = f.place("totalTime");
+        const QRectF hours = f.place("totalHours");
+        QCOMPARE(add.left(), 16.0);
+        QCOMPARE(hours.right(), 470.0 - 16);
+        QCOMPARE(time.right() + 16, hours.left());
+        QCOMPARE(text(f.item("totalTime")), u"01:02:05"_s);
+        QCOMPARE(text(f.item("totalHours")), u"1.00 t"_s);
+        QCOMPARE(font(f.item("totalTime")).pixelSize(), 14);
+        QCOMPARE(font(f.item("totalTime")).weight(), QFont::DemiBold);
+        QCOMPARE(f.place("footer").height(), std::max(add.height(), time.height()) + 24);
+        f.click("actualSegment");
+        QCOMPARE(text(f.item("totalHours")), u"1.03 t"_s);
+        QCOMPARE(text(f.item("totalTime")), u"01:02:05"_s);
+    }
+
+    void shouldLayOutTheRows()
+    {
+        const Fixture f(3);
+        const double top = f.place("taskList").top();
+        for (int i = 0; i < 3; ++i) {
+            const QQuickItem *const row = f.rows().at(i);
+            QCOMPARE(row->mapRectToScene(QRectF(0, 0, row->width(), row->height())),
+                     QRectF(8, top + 4 + i * (44 + 4), 470 - 16, 44));
+        }
+    }
+
+    void shouldShowTheEmptyStateOnADayWithoutTasks()
+    {
+        Fixture f;
+        QVERIFY(f.item("emptyDay")->isVisible());
+        QVERIFY(!f.item("taskList")->isVisible());
+        const QRectF symbol = f.place("emptySymbol");
+        QCOMPARE(f.item("emptySymbol")->property("fontSize").toInt(), 40);
+        QCOMPARE(f.item("emptySymbol")->opacity(), 0.5);
+        QCOMPARE(symbol.center().x(), 235.0);
+        f.press(Qt::Key_Space);
+        f.press(Qt::Key_Up);
+        f.press(Qt::Key_Down);
+        QVERIFY(f.running().isEmpty());
+        f.press(Qt::Key_Return, Qt::ControlModifier);
+        QVERIFY(!f.item("emptyDay")->isVisible());
+        QVERIFY(f.item("taskList")->isVisible());
+        QTRY_COMPARE(f.names(), QStringList{u"Unavngivet opgave"_s});
+    }
+
+    void shouldListTasksBySortOrderAndSelectByTheirPlace()
+    {
+        Fixture f;
+        f.store.insertTask(u"c"_s, 2);
+        f.store.insertTask(u"a"_s, 0);
+        f.store.insertTask(u"b"_s, 1);
+        QTRY_COMPARE(f.names(), (QStringList{u"a"_s, u"b"_s, u"c"_s}));
+        QCOMPARE(f.selectedRow(), -1);
+        f.click(f.inRow(1, "nameText"));
+        QCOMPARE(f.selectedRow(), 1);
+    }
+
+    void shouldTakeKeysWithoutAClickFirst()
+    {
+        Fixture f(2);
+        f.press(Qt::Key_Down);
+        QCOMPARE(f.selectedRow(), 0);
+        f.press(Qt::Key_Down);
+        f.press(Qt::Key_Space);
+        QCOMPARE(f.running(), QList<Task *>{f.tasks().at(1)});
+        QVERIFY(f.rows().at(1)->property("isActive").toBool());
+    }
+
+    void shouldStartOneRowAndStopTheOther()
+    {
+        Fixture f(2);
+        f.click(f.inRow(0, "startButton"));
+        f.clock.advance(3);
+        f.click(f.inRow(1, "startButton"));
+        QCOMPARE(f.running(), QList<Task *>{f.tasks().at(1)});
+        QCOMPARE(f.tasks().at(0)->accumulatedSeconds(), 3);
+    }
+
+    void shouldLeaveATaskOfAnotherDayRunningWhenARowIsStarted()
+    {
+        Fixture f(1);
+        f.click(f.inRow(0, "startButton"));
+        f.timer.goToNextDay();
+        f.store.insert<Task>(u"i morgen"_s, f.timer.selectedDate(), std::nullopt);
+        QTRY_COMPARE(f.names(), QStringList{u"i morgen"_s});
+        f.click(f.inRow(0, "startButton"));
+        QCOMPARE(f.running().size(), 2);
+    }
+
+    void shouldShowEveryRunningRowAsRunning()
+    {
+        Fixture f(2);
+        f.tasks().at(1)->start();
+        QVERIFY(!f.rows().at(0)->property("isActive").toBool());
+        QVERIFY(f.rows().at(1)->property("isActive").toBool());
+    }
+
+    void shouldStartAndPauseFromTheHeader()
+    {
+        Fixture f;
+        const QQuickItem *const button = f.item("startPauseButton");
+        QVERIFY(!button->isEnabled());
+        QCOMPARE(button->opacity(), 0.5);
+        QCOMPARE(button->property("symbol").toString(), u"play.fill"_s);
+        f.click(button);
+        QVERIFY(!f.timer.isAnyTaskRunning());
+
+        f.store.insertTask(u"a"_s);
+        QVERIFY(button->isEnabled());
+        QCOMPARE(button->opacity(), 1.0);
+        f.click(button);
+        QCOMPARE(f.running(), f.tasks());
+        QCOMPARE(button->property("symbol").toString(), u"pause.fill"_s);
+        QCOMPARE(f.selectedRow(), -1);
+
+        // on another day, without tasks, it pauses all the same
+        f.click("nextDay");
+        QVERIFY(button->isEnabled());
+        f.click(button);
+        QVERIFY(f.running().isEmpty());
+        QVERIFY(!button->isEnabled());
+    }
+
+    void shouldSwitchBetweenActualAndBillableHours()
+    {
+        Fixture f(1);
+        const Theme theme;
+        const auto colour = [&](const char *segment) {
+            return f.item(segment)
+                ->property("contentItem")
+                .value<QQuickItem *>()
+                ->property("color");
+        };
+        QVERIFY(f.timer.showBillableTime());
+        QCOMPARE(colour("billableSegment").value<QColor>(), QColor(Qt::white));
+        QCOMPARE(colour("actualSegment").value<QColor>(), theme.primary());
+        f.click("billableSegment");
+        f.click("billableSegment");
+        QVERIFY(f.timer.showBillableTime());
+        f.click("actualSegment");
+        QVERIFY(!f.timer.showBillableTime());
+        QCOMPARE(colour("actualSegment").value<QColor>(), QColor(Qt::white));
+        const QRectF actual = f.place("actualSegment");
+        QCOMPARE(f.window->colorAt(QPointF(actual.left() + 8, actual.top() + 3)),
+                 theme.brandAccent());
+        // round outside, square inside
+        QVERIFY(f.window->colorAt(actual.topLeft()) != theme.brandAccent());
+        QCOMPARE(f.window->colorAt(QPointF(actual.right() - 1, actual.top() + 1)),
+                 theme.brandAccent());
+    }
+
+    void shouldStepThroughDaysAndClearTheSelection()
+    {
+        Fixture f(2);
+        f.press(Qt::Key_Down);
+        f.click("previousDay");
+        QCOMPARE(text(f.item("dateText")), u"torsdag 19. november 2026"_s);
+        QVERIFY(f.item("emptyDay")->isVisible());
+        f.press(Qt::Key_Right);
+        QTRY_COMPARE(f.rows().size(), 2);
+        QCOMPARE(f.selectedRow(), -1);
+        f.press(Qt::Key_Left);
+        f.press(Qt::Key_Left);
+        QCOMPARE(text(f.item("dateText")), u"onsdag 18. november 2026"_s);
+        QTest::keyClick(f.window.get(), 't', Qt::ControlModifier);
+        QCOMPARE(text(f.item("dateText")), u"fredag 20. november 2026"_s);
+    }
+
+    void shouldNotFadeRowsWhenTheDayChanges()
+    {
+        Fixture f(2);
+        f.store.insert<Task>(u"i morgen"_s, f.clock.now() + 86400, std::nullopt);
+        f.click("nextDay");
+        QTRY_COMPARE(f.names(), QStringList{u"i morgen"_s});
+        QCOMPARE(f.rows().at(0)->parentItem()->opacity(), 1.0);
+    }
+
+    void shouldFadeATaskInAndOut()
+    {
+        Fixture f(2);
+        f.click("addTaskButton");
+        QTRY_COMPARE(f.rows().size(), 3);
+        const QPointer<QQuickItem> added = f.rows().at(2)->parentItem();
+        QVERIFY(added->opacity() < 1);
+        QTRY_COMPARE(added->opacity(), 1.0);
+
+        const QPointer<QQuickItem> removed = f.rows().at(0)->parentItem();
+        f.click(f.inRow(0, "deleteButton"));
+        f.click("deleteConfirmButton");
+        QCOMPARE(f.tasks().size(), 2);
+        QVERIFY(removed);
+        // it fades out as it was, though its task is gone
+        QTRY_VERIFY(removed->opacity() < 0.9);
+        QCOMPARE(text(findItem(removed, u"nameText"_s)), u"Opgave 1"_s);
+        QTRY_VERIFY(!removed);
+        QTRY_COMPARE(f.rows().at(0)->mapToScene({}).y(), f.place("taskList").top() + 4);
+        QCOMPARE(f.names(), (QStringList{u"Opgave 2"_s, u"Unavngivet opgave"_s}));
+    }
+
+    void shouldAskBeforeItDeletesAndLetNothingThroughMeanwhile()
+    {
+        Fixture f(2);
+        f.press(Qt::Key_Down);
+        f.click(f.inRow(0, "deleteButton"));
+        QCOMPARE(text(f.item("alertTitle")), u"Slet opgave"_s);
+        QCOMPARE(text(f.item("alertMessage")), u"Slet \"Opgave 1\"?"_s);
+        QTRY_VERIFY(f.item("cancelButton")->hasActiveFocus());
+
+        // neither keys nor clicks reach what is behind
+        f.press(Qt::Key_Down);
+        f.press(Qt::Key_Left);
+        f.press(Qt::Key_Return, Qt::ControlModifier | Qt::ShiftModifier);
+        QTest::keyClick(f.window.get(), 't', Qt::ControlModifier);
+        QVERIFY(f.timer.isToday());
+        QCOMPARE(f.selectedRow(), 0);
+        QCOMPARE(f.tasks().size(), 2);
+        f.click(f.inRow(1, "startButton"));
+        f.click("addTaskButton");
+        QVERIFY(f.running().isEmpty());
+        QCOMPARE(f.tasks().size(), 2);
+    }
+
+    void shouldCancelWithEscape()
+    {
+        Fixture f(1);
+        f.click(f.inRow(0, "deleteButton"));
+        QTRY_VERIFY(f.item("cancelButton")->hasActiveFocus());
+        f.press(Qt::Key_Escape);
+        QTRY_VERIFY(!f.maybe("cancelButton"));
+        QCOMPARE(f.tasks().size(), 1);
+        // and the keys are the day's again
+        f.press(Qt::Key_Down);
+        QCOMPARE(f.selectedRow(), 0);
+    }
+
+    void shouldCancelWithTheFocusedButton_data()
+    {
+        QTest::addColumn<int>("key");
+        QTest::newRow("Return") << int(Qt::Key_Return);
+        QTest::newRow("Space") << int(Qt::Key_Space);
+    }
+    void shouldCancelWithTheFocusedButton()
+    {
+        QFETCH(int, key);
+        Fixture f(1);
+        f.click(f.inRow(0, "deleteButton"));
+        QTRY_VERIFY(f.item("cancelButton")->hasActiveFocus());
+        f.press(static_cast<Qt::Key>(key));
+        QTRY_VERIFY(!f.maybe("cancelButton"));
+        QCOMPARE(f.tasks().size(), 1);
+        QVERIFY(f.running().isEmpty());
+    }
+
+    void shouldDeleteByKey()
+    {
+        Fixture f(2);
+        f.click(f.inRow(0, "deleteButton"));
+        QTRY_VERIFY(f.item("cancelButton")->hasActiveFocus());
+        f.press(Qt::Key_Tab);
+        QVERIFY(f.item("deleteConfirmButton")->hasActiveFocus());
+        f.press(Qt::Key_Return);
+        QTRY_VERIFY(!f.maybe("deleteConfirmButton"));
+        QCOMPARE(f.tasks().size(), 1);
+        QTRY_COMPARE(f.names(), QStringList{u"Opgave 2"_s});
+    }
+
+    void shouldSuspendAllKeysWhileANameIsEdited()
+    {
+        Fixture f(2);
+        f.click(f.inRow(0, "pencil"));
+        QVERIFY(f.timer.isEditing());
+        f.type(u"a b"_s);
+        f.press(Qt::Key_Left);
+        f.press(Qt::Key_Home);
+        f.press(Qt::Key_Left);
+        f.press(Qt::Key_Up);
+        f.press(Qt::Key_Down);
+        f.press(Qt::Key_End);
+        f.press(Qt::Key_Right);
+        f.type(u"c"_s);
+        QVERIFY(f.timer.isToday());
+        QCOMPARE(f.selectedRow(), -1);
+        QVERIFY(f.running().isEmpty());
+        f.press(Qt::Key_Return);
+        QCOMPARE(f.tasks().at(0)->name(), u"a bc"_s);
+    }
+
+    void shouldDoNothingElseWithTheKeyThatCommits()
+    {
+        Fixture f(1);
+        f.click(f.inRow(0, "pencil"));
+        f.type(u"Ny"_s);
+        f.press(Qt::Key_Return, Qt::ControlModifier);
+        QCOMPARE(f.tasks().size(), 1);
+        QCOMPARE(f.tasks().at(0)->name(), u"Ny"_s);
+        QVERIFY(!f.timer.isEditing());
+        // and the keyboard is the day's again, without a click
+        f.press(Qt::Key_Down);
+        QCOMPARE(f.selectedRow(), 0);
+        f.press(Qt::Key_Return, Qt::ControlModifier);
+        QCOMPARE(f.tasks().size(), 2);
+    }
+
+    void shouldKeepAnOpenEditThatScrollsOutOfSight()
+    {
+        Fixture f(40);
+        f.click(f.inRow(0, "pencil"));
+        f.type(u"Halvt skre"_s);
+        f.item("taskList")->setProperty("contentY", 1200);
+        QTRY_VERIFY(!f.maybe("nameField"));
+        QVERIFY(f.timer.isEditing());
+        f.item("taskList")->setProperty("contentY", -4);
+        QTRY_VERIFY(f.maybe("nameField"));
+        QCOMPARE(text(f.item("nameField")), u"Halvt skre"_s);
+        QVERIFY(f.item("nameField")->hasActiveFocus());
+        f.type(u"vet"_s);
+        f.press(Qt::Key_Return);
+        QCOMPARE(f.tasks().at(0)->name(), u"Halvt skrevet"_s);
+    }
+
+    void shouldGiveTheKeyboardBackWhenTheEditedTaskLeaves_data()
+    {
+        QTest::addColumn<QString>("how");
+        QTest::newRow("another day") << u"day"_s;
+        QTest::newRow("deleted") << u"delete"_s;
+        QTest::newRow("the window closes") << u"close"_s;
+    }
+    void shouldGiveTheKeyboardBackWhenTheEditedTaskLeaves()
+    {
+        QFETCH(QString, how);
+        Fixture f(2);
+        f.click(f.inRow(1, "pencil"));
+        f.type(u"Ny"_s);
+        QVERIFY(f.timer.isEditing());
+        if (how == "day"_L1) {
+            f.click("nextDay");
+        } else if (how == "delete"_L1) {
+            f.click(f.inRow(1, "deleteButton"));
+            f.click("deleteConfirmButton");
+        } else {
+            f.window.reset();
+        }
+        QVERIFY(!f.timer.isEditing());
+        QCOMPARE(f.store.context().inMemory(RecordType::Task, allRecords()).size(),
+                 how == "delete"_L1 ? 1 : 2);
+        if (how == "day"_L1) {
+            QTRY_VERIFY(!f.maybe("nameField"));
+            f.press(Qt::Key_Left);
+            QVERIFY(f.timer.isToday());
+            QTRY_COMPARE(f.names(), (QStringList{u"Opgave 1"_s, u"Opgave 2"_s}));
+            QVERIFY(!f.maybe("nameField"));
+        }
+    }
+
+    void shouldStayInTheEditWhenAnotherRowLeaves()
+    {
+        Fixture f(2);
+        f.click(f.inRow(1, "pencil"));
+        f.type(u"Ny"_s);
+        f.store.context().remove(f.tasks().at(0));
+        QTRY_COMPARE(f.rows().size(), 1);
+        QVERIFY(f.timer.isEditing());
+        QCOMPARE(text(f.item("nameField")), u"Ny"_s);
+    }
+
+    void shouldScrollTheRowSelectedByKeyIntoView()
+    {
+        Fixture f(40);
+        f.press(Qt::Key_Up);
+        QTRY_COMPARE(f.names().last(), u"Opgave 40"_s);
+        const QQuickItem *const row = f.rows().last();
+        QVERIFY(row->mapToScene({0, row->height()}).y() <= f.place("taskList").bottom());
+        f.timer.goToNextDay();
+        f.timer.goToPreviousDay();
+        QTRY_COMPARE(f.names().first(), u"Opgave 1"_s);
+        f.press(Qt::Key_Down);
+        QVERIFY(f.rows().first()->mapToScene({}).y() >= f.place("taskList").top());
+    }
+
+    void shouldScrollANewTasksRowIntoView()
+    {
+        Fixture f(40);
+        f.press(Qt::Key_Return, Qt::ControlModifier);
+        QTRY_COMPARE(f.names().last(), u"Unavngivet opgave"_s);
+        const QQuickItem *const row = f.rows().last();
+        QVERIFY(row->mapToScene({0, row->height()}).y() <= f.place("taskList").bottom());
+        QCOMPARE(f.selectedRow(), -1);
+    }
+
+    void shouldNeverMoveTheFocusToAButtonByAClick()
+    {
+        Fixture f(1);
+        f.click("startPauseButton");
+        f.click("nextDay");
+        f.click("previousDay");
+        f.click("actualSegment");
+        QTRY_COMPARE(f.rows().size(), 1);
+        f.click(f.inRow(0, "startButton"));
+        // Space is the day's, not the last button's
+        f.press(Qt::Key_Down);
+        QVERIFY(f.running().isEmpty());
+        f.press(Qt::Key_Space);
+        QCOMPARE(f.running().size(), 1);
+        QVERIFY(f.timer.isToday());
+    }
+
+    void shouldPressAFocusedButtonWithSpaceAndLeaveTheOtherKeysToTheDay()
+    {
+        Fixture f(2);
+        f.press(Qt::Key_Tab);
+        QVERIFY(f.item("startPauseButton")->hasActiveFocus());
+        f.press(Qt::Key_Space);
+        QCOMPARE(f.running(), QList<Task *>{f.tasks().at(0)});
+        QCOMPARE(f.selectedRow(), -1);
+        f.press(Qt::Key_Tab);
+        QVERIFY(f.item("previousDay")->hasActiveFocus());
+        f.press(Qt::Key_Space);
+        QVERIFY(!f.timer.isToday());
+        QTest::keyClick(f.window.get(), 't', Qt::ControlModifier);
+        QVERIFY(f.timer.isToday());
+        f.press(Qt::Key_Down);
+        QCOMPARE(f.selectedRow(), 0);
+        f.press(Qt::Key_Return, Qt::ControlModifier);
+        QCOMPARE(f.tasks().size(), 3);
+        // Escape goes back to the day
+        f.press(Qt::Key_Escape);
+        QVERIFY(!f.item("previousDay")->hasActiveFocus());
+        f.press(Qt::Key_Space);
+        QVERIFY(f.running().isEmpty());
+        QVERIFY(f.timer.isToday());
+    }
+
+    void shouldTakeUpARunningTaskOfTodayWhenItAppears()
+    {
+        Fixture f(1);
+        f.click(f.inRow(0, "startButton"));
+        f.window.reset();
+        TimerManager another(f.clock, 1h);
+        const qmltest::Window window(
+            QByteArray("import TimeTracker.Views.Day\nContentView {}"), {650, 450},
+            QVariantMap{{u"timerManager"_s, QVariant::fromValue(&another)},
+                        {u"modelContext"_s, QVariant::fromValue(&f.store.context())}});
+        QCOMPARE(another.activeTaskID().value(), f.tasks().at(0)->id());
+    }
+
+    void shouldFollowADarkPaletteWhileItRuns()
+    {
+        const Fixture f(2);
+        const QPalette before = QGuiApplication::palette();
+        const QColor light = f.window->colorAt({100, 60});
+        QPalette dark;
+        dark.setColor(QPalette::Window, QColor(0x2d, 0x2d, 0x2d));
+        dark.setColor(QPalette::Base, QColor(0x1e, 0x1e, 0x1e));
+        dark.setColor(QPalette::WindowText, Qt::white);
+        dark.setColor(QPalette::Text, Qt::white);
+        QGuiApplication::setPalette(dark);
+        QTRY_VERIFY(f.window->colorAt({100, 60}).lightness() < 100);
+        QGuiApplication::setPalette(before);
+        QTRY_COMPARE(f.window->colorAt({100, 60}), light);
+    }
+
+    void shouldNameItsControls()
+    {
+        Fixture f(1);
+        const auto expect = [&](const char *item, QAccessible::Role role, const QString &name) {
+            QAccessibleInterface *const found = QAccessible::queryAccessibleInterface(f.item(item));
+            QVERIFY2(found, item);
+            QCOMPARE(found->role(), role);
+            QCOMPARE(found->text(QAccessible::Name), name);
+        };
+        expect("startPauseButton", QAccessible::Button, u"Start første opgave"_s);
+        expect("previousDay", QAccessible::Button, u"Forrige dag"_s);
+        expect("nextDay", QAccessible::Button, u"Næste dag"_s);
+        expect("dateText", QAccessible::StaticText, u"fredag 20. november 2026"_s);
+        expect("actualSegment", QAccessible::RadioButton, u"Faktisk"_s);
+        expect("billableSegment", QAccessible::RadioButton, u"Fakturerbar"_s);
+        expect("addTaskButton", QAccessible::Button, u"Ny opgave"_s);
+        expect("totalTime", QAccessible::StaticText, u"00:00:00"_s);
+        QVERIFY(QAccessible::queryAccessibleInterface(f.item("billableSegment"))->state().checked);
+        QVERIFY(!QAccessible::queryAccessibleInterface(f.item("actualSegment"))->state().checked);
+
+        QAccessible::queryAccessibleInterface(f.item("actualSegment"))
+            ->actionInterface()
+            ->doAction(QAccessibleActionInterface::pressAction());
+        QVERIFY(!f.timer.showBillableTime());
+        f.click(f.inRow(0, "deleteButton"));
+        expect("cancelButton", QAccessible::Button, u"Annuller"_s);
+        expect("deleteConfirmButton", QAccessible::Button, u"Slet"_s);
+    }
+};
+
+QTEST_MAIN(TestContentView)
+#include "tst_contentview.moc"

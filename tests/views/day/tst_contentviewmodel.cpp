@@ -1,0 +1,402 @@
+#include "../../support/teststore.h"
+#include "views/day/contentviewmodel.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+class TestContentViewModel : public QObject
+{
+    Q_OBJECT
+
+private:
+    struct Fixture {
+        Fixture()
+        {
+            day.setTimerManager(&timer);
+            day.setModelContext(&store.context());
+            day.componentComplete();
+        }
+
+        void addTasks(int count)
+        {
+            for (int i = 0; i < count; ++i)
+                day.addTask();
+        }
+        Task *row(int index) { return day.tasks()->sortedTasks().at(index); }
+        bool press(Qt::Key key) { return day.handleKey({key, false, false, false}); }
+
+        FakeClock clock;
+        TestStore store{clock, {1h, 1h}};
+        TimerManager timer{clock, 1h};
+        ContentViewModel day;
+    };
+
+private Q_SLOTS:
+    void shouldNotCrashWithoutCollaborators()
+    {
+        ContentViewModel day;
+        day.componentComplete();
+        day.addTask();
+        day.stopAll();
+        day.startFirst();
+        day.performDelete();
+        QVERIFY(!day.handleKey({Qt::Key_Space, false, false, false}));
+        QVERIFY(!day.tasks());
+    }
+
+    void shouldDoNothingOnADayWithoutTasks()
+    {
+        Fixture f;
+        QVERIFY(f.day.tasks()->isEmpty());
+        QVERIFY(f.press(Qt::Key_Space));
+        QVERIFY(f.press(Qt::Key_Up));
+        QVERIFY(f.press(Qt::Key_Down));
+        QVERIFY(!f.day.selectedTaskIndex());
+        QVERIFY(!f.timer.isAnyTaskRunning());
+        f.day.startFirst();
+        QVERIFY(!f.timer.isAnyTaskRunning());
+    }
+
+    void shouldAddATaskByCommandReturnToAnEmptyDay()
+    {
+        Fixture f;
+        QSignalSpy added(&f.day, &ContentViewModel::taskAdded);
+        QVERIFY(f.day.handleKey({Qt::Key_Return, true, false, false}));
+        QVERIFY(!f.day.tasks()->isEmpty());
+        QCOMPARE(f.row(0)->name(), QString());
+        QCOMPARE(f.row(0)->date(), f.timer.selectedDate());
+        QVERIFY(!f.row(0)->projectCode());
+        QVERIFY(!f.row(0)->isRunning());
+        QVERIFY(!f.day.selectedTaskIndex());
+        QCOMPARE(added.count(), 1);
+        QCOMPARE(added.at(0).at(0).toInt(), 0);
+        QVERIFY(f.day.isAnimated());
+    }
+
+    void shouldAddATemplatesTaskToTheSelectedDay()
+    {
+        Fixture f;
+        f.timer.goToNextDay();
+        f.day.addTaskFromTemplate(u" Møde "_s);
+        QCOMPARE(f.row(0)->name(), u" Møde "_s);
+        QCOMPARE(f.row(0)->date(), f.clock.at(u"2026-11-21T00:00:00"_s));
+    }
+
+    void shouldCountTheDaysTasksForTheSortOrder()
+    {
+        Fixture f;
+        f.addTasks(3);
+        QCOMPARE(f.row(0)->sortOrder(), 0);
+        QCOMPARE(f.row(1)->sortOrder(), 1);
+        QCOMPARE(f.row(2)->sortOrder(), 2);
+
+        Task *const last = f.row(2);
+        f.day.confirmDelete(f.row(0));
+        f.day.performDelete();
+        QSignalSpy added(&f.day, &ContentViewModel::taskAdded);
+        f.day.addTask();
+        // two are equal now, and keep the order of the store
+        QCOMPARE(f.row(1), last);
+        QCOMPARE(f.row(1)->sortOrder(), 2);
+        QCOMPARE(f.row(2)->sortOrder(), 2);
+        QCOMPARE(added.at(0).at(0).toInt(), 2);
+    }
+
+    void shouldShowTasksBySortOrder()
+    {
+        Fixture f;
+        Task *const c = f.store.insertTask(u"c"_s, 2);
+        Task *const a = f.store.insertTask(u"a"_s, 0);
+        Task *const b = f.store.insertTask(u"b"_s, 1);
+        QCOMPARE(f.day.tasks()->sortedTasks(), (QList<Task *>{a, b, c}));
+        QCOMPARE(f.day.tasks()->tasks(), (QList<Task *>{c, a, b}));
+    }
+
+    void shouldLeaveTheSelectionWhereItIsWhenATaskIsDeleted()
+    {
+        Fixture f;
+        f.addTasks(3);
+        f.day.selectTask(2);
+        f.day.confirmDelete(f.row(0));
+        f.day.performDelete();
+        QCOMPARE(f.day.selectedTaskIndex().value(), 2);
+
+        // Down goes to the last row, Up to row 1
+        f.press(Qt::Key_Down);
+        QCOMPARE(f.day.selectedTaskIndex().value(), 1);
+        f.day.selectTask(2);
+        f.press(Qt::Key_Up);
+        QCOMPARE(f.day.selectedTaskIndex().value(), 1);
+    }
+
+    void shouldActAsIfNothingWereSelectedWhenTheSelectionIsPastTheEnd()
+    {
+        Fixture f;
+        f.addTasks(3);
+        f.day.selectTask(2);
+        f.day.confirmDelete(f.row(0));
+        f.day.performDelete();
+        f.press(Qt::Key_Space);
+        QCOMPARE(f.day.selectedTaskIndex().value(), 0);
+        QVERIFY(f.row(0)->isRunning());
+
+        f.day.selectTask(2);
+        f.press(Qt::Key_Space);
+        QVERIFY(!f.row(0)->isRunning());
+        QVERIFY(!f.timer.isAnyTaskRunning());
+    }
+
+    void shouldSelectTheLastRowGoingUpAndTheFirstGoingDown()
+    {
+        Fixture f;
+        f.addTasks(3);
+        f.press(Qt::Key_Up);
+        QCOMPARE(f.day.selectedTaskIndex().value(), 2);
+        f.press(Qt::Key_Down);
+        QCOMPARE(f.day.selectedTaskIndex().value(), 2);
+        f.timer.goToNextDay();
+        f.timer.goToPreviousDay();
+        QVERIFY(!f.day.selectedTaskIndex());
+        f.press(Qt::Key_Down);
+        QCOMPARE(f.day.selectedTaskIndex().value(), 0);
+        f.press(Qt::Key_Up);
+        QCOMPARE(f.day.selectedTaskIndex().value(), 0);
+    }
+
+    void shouldToggleTheSelectedRowWithSpace()
+    {
+        Fixture f;
+        f.addTasks(2);
+        f.day.selectTask(1);
+        f.press(Qt::Key_Space);
+        QVERIFY(f.row(1)->isRunning());
+        f.press(Qt::Key_Up);
+        f.press(Qt::Key_Space);
+        QVERIFY(f.row(0)->isRunning());
+        QVERIFY(!f.row(1)->isRunning());
+        f.press(Qt::Key_Space);
+        QVERIFY(!f.row(0)->isRunning());
+    }
+
+    void shouldStartTheFirstRowWithSpaceWhenNothingRunsAndSelectIt()
+    {
+        Fixture f;
+        f.addTasks(2);
+        f.press(Qt::Key_Space);
+        QVERIFY(f.row(0)->isRunning());
+        QCOMPARE(f.day.selectedTaskIndex().value(), 0);
+    }
+
+    void shouldStopATaskOfAnotherDayWithSpaceAndStartNothing()
+    {
+        Fixture f;
+        f.addTasks(1);
+        Task *const today = f.row(0);
+        f.day.startFirst();
+        f.timer.goToNextDay();
+        f.addTasks(1);
+        f.press(Qt::Key_Space);
+        QVERIFY(!today->isRunning());
+        QVERIFY(!f.row(0)->isRunning());
+        QVERIFY(!f.day.selectedTaskIndex());
+    }
+
+    void shouldStopARunningTaskOfAnotherDayWhenARowIsStartedByKey()
+    {
+        // The keys hand every task of every day to the timer manager.
+        Fixture f;
+        f.addTasks(1);
+        Task *const today = f.row(0);
+        f.day.startFirst();
+        f.timer.goToNextDay();
+        f.addTasks(1);
+        f.day.selectTask(0);
+        f.press(Qt::Key_Space);
+        QVERIFY(!today->isRunning());
+        QVERIFY(f.row(0)->isRunning());
+    }
+
+    void shouldStartTheTaskWithTheSmallestSortOrderFirst()
+    {
+        Fixture f;
+        f.store.insertTask(u"b"_s, 5);
+        Task *const first = f.store.insertTask(u"a"_s, -1);
+        f.day.startFirst();
+        QVERIFY(first->isRunning());
+        QVERIFY(!f.day.selectedTaskIndex());
+    }
+
+    void shouldClearTheSelectionWithAnyChangeOfDay()
+    {
+        Fixture f;
+        f.addTasks(2);
+        const auto select = [&] { f.day.selectTask(1); };
+        select();
+        f.press(Qt::Key_Left);
+        QVERIFY(!f.day.selectedTaskIndex());
+        QCOMPARE(f.timer.selectedDate(), f.clock.at(u"2026-11-19T00:00:00"_s));
+        select();
+        f.press(Qt::Key_Right);
+        QVERIFY(!f.day.selectedTaskIndex());
+        select();
+        f.timer.navigateToDate(f.clock.at(u"2026-12-24T00:00:00"_s));
+        QVERIFY(!f.day.selectedTaskIndex());
+        select();
+        QVERIFY(f.day.handleKey({Qt::Key_T, true, true, false}));
+        QVERIFY(!f.day.selectedTaskIndex());
+        QCOMPARE(f.timer.selectedDate(), f.clock.at(u"2026-11-20T00:00:00"_s));
+        // also when today was shown already
+        select();
+        f.day.handleKey({Qt::Key_T, true, true, false});
+        QVERIFY(!f.day.selectedTaskIndex());
+        QVERIFY(!f.day.isAnimated());
+    }
+
+    void shouldRepeatSpaceAndArrowsButNotTheOthers()
+    {
+        Fixture f;
+        f.addTasks(3);
+        QVERIFY(f.day.handleKey({Qt::Key_Down, false, false, true}));
+        QVERIFY(f.day.handleKey({Qt::Key_Down, false, false, true}));
+        QCOMPARE(f.day.selectedTaskIndex().value(), 1);
+        QVERIFY(f.day.handleKey({Qt::Key_Space, false, false, true}));
+        QVERIFY(f.row(1)->isRunning());
+        QVERIFY(f.day.handleKey({Qt::Key_Left, false, false, true}));
+        QVERIFY(!f.day.handleKey({Qt::Key_T, true, true, true}));
+        QVERIFY(!f.timer.isToday());
+        QVERIFY(!f.day.handleKey({Qt::Key_Return, true, false, true}));
+        QVERIFY(f.day.tasks()->isEmpty());
+    }
+
+    void shouldTakeReturnAndTOnlyWithCommandAndOnlyALowerCaseT()
+    {
+        Fixture f;
+        f.timer.goToPreviousDay();
+        QVERIFY(!f.day.handleKey({Qt::Key_Return, false, false, false}));
+        QVERIFY(!f.day.handleKey({Qt::Key_T, false, true, false}));
+        QVERIFY(!f.day.handleKey({Qt::Key_T, true, false, false}));
+        QVERIFY(!f.day.handleKey({Qt::Key_A, true, false, false}));
+        QVERIFY(!f.timer.isToday());
+        QVERIFY(f.day.tasks()->isEmpty());
+    }
+
+    void shouldTakeNoKeyWhileARowIsEdited()
+    {
+        Fixture f;
+        f.addTasks(2);
+        f.timer.setIsEditing(true);
+        for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Up, Qt::Key_Down, Qt::Key_Left,
+                                  Qt::Key_Right, Qt::Key_Return, Qt::Key_T}) {
+            QVERIFY(!f.day.handleKey({key, true, true, false}));
+            QVERIFY(!f.day.handleKey({key, false, true, false}));
+        }
+        QCOMPARE(f.day.tasks()->tasks().size(), 2);
+        QVERIFY(f.timer.isToday());
+        QVERIFY(!f.timer.isAnyTaskRunning());
+        QVERIFY(!f.day.selectedTaskIndex());
+    }
+
+    void shouldAskBeforeItDeletes_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<qint64>("seconds");
+        QTest::addColumn<bool>("isRunning");
+        QTest::addColumn<QString>("message");
+
+        const QString recorded =
+            u"Denne opgave har registreret tid. Er du sikker på, at du vil slette \"%1\"?"_s;
+        QTest::newRow("without time") << u"Møde"_s << Q_INT64_C(0) << false << u"Slet \"Møde\"?"_s;
+        QTest::newRow("with time") << u"Møde"_s << Q_INT64_C(1) << false << recorded.arg(u"Møde"_s);
+        QTest::newRow("running") << u"Møde"_s << Q_INT64_C(0) << true << recorded.arg(u"Møde"_s);
+        QTest::newRow("unnamed") << QString() << Q_INT64_C(0) << false
+                                 << u"Slet \"Unavngivet opgave\"?"_s;
+        QTest::newRow("negative time") << u"a"_s << Q_INT64_C(-5) << false << u"Slet \"a\"?"_s;
+        QTest::newRow("a name of blanks") << u" "_s << Q_INT64_C(0) << false << u"Slet \" \"?"_s;
+    }
+    void shouldAskBeforeItDeletes()
+    {
+        QFETCH(QString, name);
+        QFETCH(qint64, seconds);
+        QFETCH(bool, isRunning);
+        Fixture f;
+        Task *const task = f.store.insertTask(name);
+        task->setAccumulatedSeconds(seconds);
+        if (isRunning)
+            f.day.startFirst();
+        f.day.confirmDelete(task);
+        QVERIFY(f.day.showDeleteConfirmation());
+        QTEST(f.day.deleteMessage(), "message");
+        QCOMPARE(f.day.tasks()->tasks().size(), 1);
+    }
+
+    void shouldDeleteNothingWhenTheAnswerIsNo()
+    {
+        Fixture f;
+        f.addTasks(1);
+        f.day.confirmDelete(f.row(0));
+        f.day.cancelDelete();
+        QVERIFY(!f.day.showDeleteConfirmation());
+        QCOMPARE(f.day.deleteMessage(), QString());
+        f.day.performDelete();
+        QCOMPARE(f.day.tasks()->tasks().size(), 1);
+    }
+
+    void shouldStopARunningTaskWhenItIsDeleted()
+    {
+        Fixture f;
+        f.addTasks(1);
+        f.day.startFirst();
+        f.day.confirmDelete(f.row(0));
+        f.day.performDelete();
+        QVERIFY(f.day.tasks()->isEmpty());
+        QVERIFY(!f.timer.isAnyTaskRunning());
+        QVERIFY(!f.timer.isTicking());
+        QVERIFY(!f.day.showDeleteConfirmation());
+    }
+
+    void shouldNotMindWhenTheTaskIsGoneBeforeTheAnswer()
+    {
+        Fixture f;
+        f.addTasks(1);
+        f.day.confirmDelete(f.row(0));
+        f.store.context().remove(f.row(0));
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        f.day.performDelete();
+        QVERIFY(!f.day.showDeleteConfirmation());
+    }
+
+    void shouldTakeUpARunningTaskOfTheSelectedDayWhenItAppears()
+    {
+        Fixture f;
+        f.addTasks(1);
+        f.day.startFirst();
+        ContentViewModel another;
+        TimerManager timer(f.clock, 1h);
+        another.setTimerManager(&timer);
+        another.setModelContext(&f.store.context());
+        another.componentComplete();
+        QCOMPARE(timer.activeTaskID().value(), f.row(0)->id());
+        QVERIFY(timer.isTicking());
+    }
+
+    void shouldNotTakeUpARunningTaskOfAnotherDayWhenItAppears()
+    {
+        Fixture f;
+        f.addTasks(1);
+        f.day.startFirst();
+        f.clock.advance(86400);
+        ContentViewModel another;
+        TimerManager timer(f.clock, 1h);
+        another.setTimerManager(&timer);
+        another.setModelContext(&f.store.context());
+        another.componentComplete();
+        QVERIFY(!timer.activeTaskID());
+        QVERIFY(f.row(0)->isRunning());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestContentViewModel)
+#include "tst_contentviewmodel.moc"

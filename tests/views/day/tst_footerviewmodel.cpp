@@ -1,0 +1,116 @@
+#include "../../support/teststore.h"
+#include "views/day/footerviewmodel.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+class TestFooterViewModel : public QObject
+{
+    Q_OBJECT
+
+private:
+    struct Fixture {
+        Fixture() { footer.setTasks(&tasks); }
+
+        Task *addTask(qint64 seconds)
+        {
+            Task *const task = store.insertTask(u"a"_s);
+            task->setAccumulatedSeconds(seconds);
+            return task;
+        }
+
+        FakeClock clock;
+        TestStore store{clock, {1h, 1h}};
+        DayTasks tasks{store.context(), clock.calendar().dayInterval(clock.now())};
+        FooterViewModel footer;
+    };
+
+private Q_SLOTS:
+    void shouldShowZeroWithoutTasks()
+    {
+        const FooterViewModel none;
+        QCOMPARE(none.totalFormattedTime(), u"00:00:00"_s);
+        QCOMPARE(none.totalHoursText(), u"0.00 t"_s);
+        Fixture f;
+        QCOMPARE(f.footer.totalFormattedTime(), u"00:00:00"_s);
+        QCOMPARE(f.footer.totalHoursText(), u"0.00 t"_s);
+    }
+
+    void shouldShowTheTimeOfOneTask()
+    {
+        Fixture f;
+        f.addTask(3725);
+        QCOMPARE(f.footer.totalFormattedTime(), u"01:02:05"_s);
+    }
+
+    void shouldNotWrapHoursAtADay()
+    {
+        Fixture f;
+        f.addTask(45000);
+        f.addTask(45000);
+        QCOMPARE(f.footer.totalFormattedTime(), u"25:00:00"_s);
+        QCOMPARE(f.footer.totalHoursText(), u"25.00 t"_s);
+    }
+
+    void shouldAddUpBillableHoursThatAreRoundedForEachTask()
+    {
+        Fixture f;
+        f.addTask(360);
+        f.addTask(360);
+        f.footer.setShowBillableTime(true);
+        QCOMPARE(f.footer.totalHoursText(), u"0.50 t"_s);
+    }
+
+    void shouldChangeOnlyTheHoursWithTheBillableSwitch()
+    {
+        Fixture f;
+        f.addTask(3960);
+        QCOMPARE(f.footer.totalHoursText(), u"1.10 t"_s);
+        QCOMPARE(f.footer.totalFormattedTime(), u"01:06:00"_s);
+        f.footer.setShowBillableTime(true);
+        QCOMPARE(f.footer.totalHoursText(), u"1.25 t"_s);
+        QCOMPARE(f.footer.totalFormattedTime(), u"01:06:00"_s);
+    }
+
+    void shouldMoveOnWithTheTickWhileATaskRuns()
+    {
+        Fixture f;
+        f.addTask(10)->start();
+        f.addTask(10);
+        f.clock.advance(5);
+        QCOMPARE(f.footer.totalFormattedTime(), u"00:00:20"_s);
+        f.footer.setTick(1);
+        QCOMPARE(f.footer.totalFormattedTime(), u"00:00:25"_s);
+    }
+
+    void shouldTellNobodyWhenATickChangesNothing()
+    {
+        Fixture f;
+        f.addTask(10);
+        QSignalSpy changed(&f.footer, &FooterViewModel::totalsChanged);
+        f.footer.setTick(1);
+        QCOMPARE(changed.count(), 0);
+    }
+
+    void shouldFollowTheDaysTasks()
+    {
+        Fixture f;
+        Task *const task = f.addTask(60);
+        f.addTask(60);
+        f.store.context().remove(task);
+        QCOMPARE(f.footer.totalFormattedTime(), u"00:01:00"_s);
+    }
+
+    void shouldShowNegativeTotalsAsTheyAre()
+    {
+        Fixture f;
+        f.addTask(-3661);
+        QCOMPARE(f.footer.totalFormattedTime(), u"-1:-1:-1"_s);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestFooterViewModel)
+#include "tst_footerviewmodel.moc"

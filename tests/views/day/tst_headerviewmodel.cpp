@@ -1,0 +1,98 @@
+#include "../../support/teststore.h"
+#include "views/day/headerviewmodel.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+class TestHeaderViewModel : public QObject
+{
+    Q_OBJECT
+
+private:
+    struct Fixture {
+        Fixture()
+        {
+            header.setTimerManager(&timer);
+            header.setTasks(&tasks);
+            QFont font;
+            font.setPixelSize(16);
+            header.setDateFont(font);
+            header.setDateRoom(1000);
+        }
+
+        FakeClock clock;
+        TestStore store{clock, {1h, 1h}};
+        TimerManager timer{clock, 1h};
+        DayTasks tasks{store.context(), clock.calendar().dayInterval(clock.now())};
+        AllTasks all{store.context()};
+        HeaderViewModel header;
+    };
+
+private Q_SLOTS:
+    void shouldNotCrashWithoutCollaborators()
+    {
+        HeaderViewModel header;
+        header.setDateRoom(100);
+        header.startOrPause();
+        QCOMPARE(header.dateText(), QString());
+        QVERIFY(!header.isButtonEnabled());
+    }
+
+    void shouldShowTheDateInDanish_data()
+    {
+        QTest::addColumn<QString>("day");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("a day") << u"2025-03-03T00:00:00"_s << u"mandag 3. marts 2025"_s;
+        QTest::newRow("the first") << u"2025-06-01T00:00:00"_s << u"søndag 1. juni 2025"_s;
+        QTest::newRow("a long one") << u"2026-09-30T00:00:00"_s << u"onsdag 30. september 2026"_s;
+    }
+    void shouldShowTheDateInDanish()
+    {
+        QFETCH(QString, day);
+        QLocale::setDefault(QLocale(QLocale::English));
+        Fixture f;
+        f.timer.navigateToDate(f.clock.at(day));
+        QTEST(f.header.dateText(), "text");
+    }
+
+    void shouldHaveNothingToStartOnADayWithoutTasks()
+    {
+        Fixture f;
+        QVERIFY(!f.header.isButtonEnabled());
+        QCOMPARE(f.header.helpText(), u"Ingen opgaver"_s);
+    }
+
+    void shouldOfferToStartTheFirstTask()
+    {
+        Fixture f;
+        f.store.insertTask(u"a"_s);
+        QVERIFY(f.header.isButtonEnabled());
+        QCOMPARE(f.header.helpText(), u"Start første opgave"_s);
+        QSignalSpy start(&f.header, &HeaderViewModel::startFirst);
+        QSignalSpy stop(&f.header, &HeaderViewModel::stopAll);
+        f.header.startOrPause();
+        QCOMPARE(start.count(), 1);
+        QCOMPARE(stop.count(), 0);
+    }
+
+    void shouldOfferToPauseATaskOfAnotherDayOnADayWithoutTasks()
+    {
+        Fixture f;
+        Task *const yesterday =
+            f.store.insert<Task>(u"i går"_s, f.clock.now() - 86400, std::nullopt);
+        f.timer.startTask(yesterday, f.all, f.store.context());
+        QVERIFY(f.header.isButtonEnabled());
+        QCOMPARE(f.header.helpText(), u"Sæt aktiv opgave på pause"_s);
+        QSignalSpy start(&f.header, &HeaderViewModel::startFirst);
+        QSignalSpy stop(&f.header, &HeaderViewModel::stopAll);
+        f.header.startOrPause();
+        QCOMPARE(start.count(), 0);
+        QCOMPARE(stop.count(), 1);
+    }
+};
+
+QTEST_MAIN(TestHeaderViewModel)
+#include "tst_headerviewmodel.moc"

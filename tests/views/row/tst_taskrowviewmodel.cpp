@@ -1,0 +1,203 @@
+#include "../../support/teststore.h"
+#include "model/tasklist.h"
+#include "timer/timermanager.h"
+#include "views/row/taskrowviewmodel.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+class TestTaskRowViewModel : public QObject
+{
+    Q_OBJECT
+
+private:
+    struct Fixture {
+        explicit Fixture(std::chrono::milliseconds beat = 1h)
+            : timer(clock, beat)
+        {
+            edits.setTimerManager(&timer);
+            connectRow(row);
+        }
+
+        void connectRow(TaskRowViewModel &model)
+        {
+            model.setTimerManager(&timer);
+            model.setEdits(&edits);
+            model.setTask(task);
+            model.componentComplete();
+        }
+
+        FakeClock clock;
+        TestStore store{clock, {1h, 1h}};
+        TimerManager timer;
+        Task *task = store.insertTask(u"Møde"_s);
+        RowEdits edits;
+        TaskRowViewModel row;
+    };
+
+private Q_SLOTS:
+    void shouldNotCrashWithoutCollaborators()
+    {
+        TaskRowViewModel row;
+        row.componentComplete();
+        row.startNameEditing();
+        row.commitNameEdit();
+        row.startTimeEditing();
+        row.commitTimeEdit();
+        QVERIFY(!row.isEditingName());
+        QVERIFY(!row.isEditingTime());
+        QCOMPARE(row.displayedTime(), QString());
+    }
+
+    void shouldShowWhatStandsForAnEmptyName()
+    {
+        Fixture f;
+        QCOMPARE(f.row.shownName(), u"Møde"_s);
+        QVERIFY(f.row.isNamed());
+        f.task->setName({});
+        QCOMPARE(f.row.shownName(), u"Unavngivet opgave"_s);
+        QVERIFY(!f.row.isNamed());
+    }
+
+    void shouldFollowTheTickWithOneChangePerSecond()
+    {
+        Fixture f(1ms);
+        f.task->start();
+        f.timer.syncActiveTask(
+            DayTasks(f.store.context(), f.clock.calendar().dayInterval(f.clock.now())));
+        QSignalSpy changed(&f.row, &TaskRowViewModel::displayedTimeChanged);
+        f.clock.advance(1);
+        QTRY_COMPARE(f.row.displayedTime(), u"00:00:01"_s);
+        const qint64 tick = f.timer.tick();
+        QTRY_VERIFY(f.timer.tick() > tick + 2);
+        QCOMPARE(changed.count(), 1);
+    }
+
+    void shouldShowBillableOrPlainHours()
+    {
+        Fixture f;
+        f.task->setAccumulatedSeconds(3960);
+        QCOMPARE(f.row.displayedHours(), u"1.25"_s);
+        f.timer.setShowBillableTime(false);
+        QCOMPARE(f.row.displayedHours(), u"1.10"_s);
+        QCOMPARE(f.row.displayedTime(), u"01:06:00"_s);
+    }
+
+    void shouldStoreANameTrimmedOfBlanksAndLineBreaks()
+    {
+        Fixture f;
+        f.row.startNameEditing();
+        QVERIFY(f.row.isEditingName());
+        QVERIFY(f.timer.isEditing());
+        QCOMPARE(f.row.editedName(), u"Møde"_s);
+        f.row.setEditedName(u" \n\u00a0Frokost med Åse\t\u2029"_s);
+        f.row.commitNameEdit();
+        QCOMPARE(f.task->name(), u"Frokost med Åse"_s);
+        QVERIFY(!f.row.isEditingName());
+        QVERIFY(!f.timer.isEditing());
+    }
+
+    void shouldStoreANameOfSpacesAsEmpty()
+    {
+        Fixture f;
+        f.row.startNameEditing();
+        f.row.setEditedName(u"   "_s);
+        f.row.commitNameEdit();
+        QCOMPARE(f.task->name(), QString());
+        QCOMPARE(f.row.shownName(), u"Unavngivet opgave"_s);
+    }
+
+    void shouldStopARunningTaskWhenItsTimeIsClickedAndNotRestartIt()
+    {
+        Fixture f;
+        const AllTasks all(f.store.context());
+        f.timer.startTask(f.task, all, f.store.context());
+        f.clock.advance(65);
+        f.row.startTimeEditing();
+        QVERIFY(!f.task->isRunning());
+        QCOMPARE(f.task->accumulatedSeconds(), 65);
+        QCOMPARE(f.row.editedTime(), u"00:01:05"_s);
+        // the timer manager has not been asked
+        QCOMPARE(f.timer.activeTaskID().value(), f.task->id());
+        QVERIFY(f.timer.isTicking());
+        QVERIFY(f.timer.isEditing());
+
+        f.row.setEditedTime(u"1:30"_s);
+        f.row.commitTimeEdit();
+        QCOMPARE(f.task->accumulatedSeconds(), 5400);
+        QVERIFY(!f.task->isRunning());
+        QVERIFY(!f.row.isEditingTime());
+        QVERIFY(!f.timer.isEditing());
+    }
+
+    void shouldSetTheTimeToZeroForWhatCannotBeRead()
+    {
+        for (const QString &entry : {u""_s, u"abc"_s, u"1:2:3:4"_s, u"1.5"_s}) {
+            Fixture f;
+            f.task->setAccumulatedSeconds(100);
+            f.row.startTimeEditing();
+            f.row.setEditedTime(entry);
+            f.row.commitTimeEdit();
+            QCOMPARE(f.task->accumulatedSeconds(), 0);
+        }
+    }
+
+    void shouldLeaveTheTimeAloneForANegativeEntry()
+    {
+        for (const QString &entry : {u"-10"_s, u"0:-10"_s, u"-5"_s}) {
+            Fixture f;
+            f.task->setAccumulatedSeconds(100);
+            f.row.startTimeEditing();
+            f.row.setEditedTime(entry);
+            f.row.commitTimeEdit();
+            QCOMPARE(f.task->accumulatedSeconds(), 100);
+            QVERIFY(!f.row.isEditingTime());
+        }
+    }
+
+    void shouldEditNameAndTimeAtOnceAndClearTheFlagWithEachCommit()
+    {
+        Fixture f;
+        f.row.startNameEditing();
+        f.row.startTimeEditing();
+        QVERIFY(f.row.isEditingName());
+        QVERIFY(f.row.isEditingTime());
+        f.row.commitTimeEdit();
+        QVERIFY(!f.timer.isEditing());
+        QVERIFY(f.row.isEditingName());
+        f.row.commitNameEdit();
+        QVERIFY(!f.timer.isEditing());
+    }
+
+    void shouldTakeUpAnEditThatAnEarlierRowOfTheTaskLeftOpen()
+    {
+        Fixture f;
+        f.row.startNameEditing();
+        f.row.setEditedName(u"Halvt skre"_s);
+        TaskRowViewModel another;
+        f.connectRow(another);
+        QVERIFY(another.isEditingName());
+        QVERIFY(!another.isEditingTime());
+        QCOMPARE(another.editedName(), u"Halvt skre"_s);
+    }
+
+    void shouldKeepItsTextsWhenTheTaskGoes()
+    {
+        Fixture f;
+        f.task->setAccumulatedSeconds(60);
+        f.store.context().remove(f.task);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QTRY_VERIFY(!f.row.task());
+        QCOMPARE(f.row.shownName(), u"Møde"_s);
+        QCOMPARE(f.row.displayedTime(), u"00:01:00"_s);
+        f.timer.setShowBillableTime(false);
+        f.row.commitTimeEdit();
+        QCOMPARE(f.row.displayedTime(), u"00:01:00"_s);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestTaskRowViewModel)
+#include "tst_taskrowviewmodel.moc"

@@ -1,0 +1,141 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import TimeTracker.Model
+import TimeTracker.Timer
+import TimeTracker.Views.Controls
+import TimeTracker.Views.Day
+
+/// The main window's content: one day, and the side column.
+FocusScope {
+    id: content
+
+    required property TimerManager timerManager
+    required property ModelContext modelContext
+
+    readonly property real minimumWidth: 550
+    readonly property real minimumHeight: 350
+
+    focus: true
+    // From a control back to the day.
+    Keys.onEscapePressed: dayFocus.forceActiveFocus()
+
+    ContentViewModel {
+        id: viewModel
+
+        timerManager: content.timerManager
+        modelContext: content.modelContext
+        onTaskAdded: index => list.show(index)
+        onDayChanged: list.positionViewAtBeginning()
+    }
+
+    ContentKeys {
+        content: content
+        viewModel: viewModel
+    }
+
+    // Holds the keyboard focus while no control does.
+    Item {
+        id: dayFocus
+
+        focus: true
+    }
+
+    Item {
+        id: mainColumn
+
+        anchors.left: parent.left
+        anchors.right: sideColumn.left
+        height: parent.height
+
+        HeaderView {
+            id: header
+
+            objectName: "header"
+            width: parent.width
+            timerManager: content.timerManager
+            tasks: viewModel.tasks
+            onStopAll: viewModel.stopAll()
+            onStartFirst: viewModel.startFirst()
+        }
+
+        Divider {
+            id: headerDivider
+
+            anchors.top: header.bottom
+            width: parent.width
+        }
+
+        TaskListView {
+            id: list
+
+            objectName: "taskList"
+            anchors.top: headerDivider.bottom
+            anchors.bottom: footerDivider.top
+            width: parent.width
+            visible: !viewModel.tasks.isEmpty
+            tasks: viewModel.tasks
+            timerManager: content.timerManager
+            modelContext: content.modelContext
+            selectedTaskIndex: viewModel.selectedTaskIndex
+            isAnimated: viewModel.isAnimated
+            onDeleteRequested: task => viewModel.confirmDelete(task)
+            onSelectTask: index => viewModel.selectTask(index)
+        }
+
+        EmptyDayView {
+            objectName: "emptyDay"
+            anchors.fill: list
+            visible: viewModel.tasks.isEmpty
+        }
+
+        Divider {
+            id: footerDivider
+
+            anchors.bottom: footer.top
+            width: parent.width
+        }
+
+        FooterView {
+            id: footer
+
+            objectName: "footer"
+            anchors.bottom: parent.bottom
+            width: parent.width
+            tasks: viewModel.tasks
+            tick: content.timerManager.tick
+            showBillableTime: content.timerManager.showBillableTime
+            onAddTask: viewModel.addTask()
+        }
+    }
+
+    Rectangle {
+        id: sideColumn
+
+        objectName: "sideColumn"
+        anchors.right: parent.right
+        width: 180
+        height: parent.height
+        color: Theme.controlBackground
+    }
+
+    Rectangle {
+        objectName: "accentBar"
+        width: parent.width
+        height: 2
+        color: Theme.brandAccent
+    }
+
+    OnDemand {
+        active: viewModel.showDeleteConfirmation
+        onItemChanged: if (!item)
+            dayFocus.forceActiveFocus()
+
+        DeleteAlert {
+            message: viewModel.deleteMessage
+            visible: true
+            onCancelled: viewModel.cancelDelete()
+            onDeletionConfirmed: viewModel.performDelete()
+        }
+    }
+}

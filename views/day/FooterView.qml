@@ -1,0 +1,91 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import TimeTracker.Model
+import TimeTracker.Views.Controls
+import TimeTracker.Views.Day
+
+/// The strip below the day: "Ny opgave" and the totals.
+Rectangle {
+    id: footer
+
+    required property DayTasks tasks
+    required property real tick
+    required property bool showBillableTime
+
+    signal addTask
+
+    implicitHeight: Math.max(addButton.height, totals.height) + 12 + 12
+    color: Theme.controlBackground
+
+    FooterViewModel {
+        id: viewModel
+
+        tasks: footer.tasks
+        tick: footer.tick
+        showBillableTime: footer.showBillableTime
+    }
+
+    PlainButton {
+        id: addButton
+
+        objectName: "addTaskButton"
+        anchors.left: parent.left
+        anchors.leftMargin: 16
+        anchors.verticalCenter: parent.verticalCenter
+        text: "Ny opgave"
+        onClicked: footer.addTask()
+
+        contentItem: Row {
+            spacing: 6
+
+            SymbolImage {
+                anchors.verticalCenter: parent.verticalCenter
+                name: "plus"
+                fontSize: 12
+                color: Theme.brandAccent
+            }
+
+            TextLabel {
+                anchors.verticalCenter: parent.verticalCenter
+                text: addButton.text
+                font.weight: Font.Medium
+                color: Theme.brandAccent
+                Accessible.ignored: true
+            }
+        }
+    }
+
+    Row {
+        id: totals
+
+        anchors.right: parent.right
+        anchors.rightMargin: 16
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: 16
+
+        TextLabel {
+            anchors.verticalCenter: parent.verticalCenter
+            text: "I alt:"
+            font.weight: Font.Medium
+            color: Theme.secondary
+        }
+
+        MonospacedLabel {
+            objectName: "totalTime"
+            anchors.verticalCenter: parent.verticalCenter
+            text: viewModel.totalFormattedTime
+            font.pixelSize: 14
+            font.weight: Font.DemiBold
+        }
+
+        MonospacedLabel {
+            objectName: "totalHours"
+            anchors.verticalCenter: parent.verticalCenter
+            text: viewModel.totalHoursText
+            font.pixelSize: 14
+            font.weight: Font.DemiBold
+            color: Theme.brandAccent
+        }
+    }
+}

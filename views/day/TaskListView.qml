@@ -1,0 +1,114 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import TimeTracker.Model
+import TimeTracker.Timer
+import TimeTracker.Views.Day
+import TimeTracker.Views.Row
+
+/// The day's rows, scrolling.
+ListView {
+    id: list
+
+    required property DayTasks tasks
+    required property TimerManager timerManager
+    required property ModelContext modelContext
+    /// The selected row, or -1.
+    property int selectedTaskIndex: -1
+    /// Whether a row that comes or goes is seen to do so.
+    required property bool isAnimated
+
+    signal deleteRequested(Task task)
+    signal selectTask(int index)
+
+    function show(index: int) {
+        positionViewAtIndex(index, ListView.Contain);
+    }
+
+    clip: true
+    spacing: 4
+    topMargin: 4
+    bottomMargin: 4
+    boundsBehavior: Flickable.StopAtBounds
+    keyNavigationEnabled: false
+    currentIndex: -1
+    model: viewModel.rows
+
+    onSelectedTaskIndexChanged: if (selectedTaskIndex >= 0)
+        show(selectedTaskIndex)
+
+    Accessible.role: Accessible.List
+
+    TaskListViewModel {
+        id: viewModel
+
+        tasks: list.tasks
+        timerManager: list.timerManager
+        modelContext: list.modelContext
+    }
+
+    add: Transition {
+        enabled: list.isAnimated
+
+        NumberAnimation {
+            property: "opacity"
+            from: 0
+            to: 1
+            duration: 250
+            easing.type: Easing.InOutQuad
+        }
+    }
+
+    remove: Transition {
+        enabled: list.isAnimated
+
+        NumberAnimation {
+            property: "opacity"
+            to: 0
+            duration: 250
+            easing.type: Easing.InOutQuad
+        }
+    }
+
+    displaced: Transition {
+        enabled: list.isAnimated
+
+        NumberAnimation {
+            properties: "y"
+            duration: 250
+            easing.type: Easing.InOutQuad
+        }
+        // An addition that was cut short leaves no half transparent row.
+        NumberAnimation {
+            property: "opacity"
+            to: 1
+            duration: 250
+        }
+    }
+
+    delegate: Item {
+        id: entry
+
+        required property int index
+        required property Task object
+
+        width: ListView.view.width
+        height: row.implicitHeight
+
+        TaskRowView {
+            id: row
+
+            x: 8
+            width: parent.width - 16
+            height: implicitHeight
+            task: entry.object
+            timerManager: list.timerManager
+            edits: viewModel.edits
+            isActive: entry.object?.isRunning ?? false
+            isSelected: entry.index === list.selectedTaskIndex
+            onToggle: viewModel.toggle(entry.object)
+            onDeleteRequested: list.deleteRequested(entry.object)
+            onSelect: list.selectTask(entry.index)
+        }
+    }
+}

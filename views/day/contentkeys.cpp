@@ -1,0 +1,84 @@
+#include "views/day/contentkeys.h"
+
+#include <QKeyEvent>
+#include <QQuickWindow>
+
+namespace
+{
+
+/// Whether @p event is a lower-case t. Under Ctrl the text is a control character, and Qt's key
+/// does not tell t from T: the platform's own symbol does, where there is one.
+bool isLowerCaseT(const QKeyEvent &event)
+{
+    if (event.nativeVirtualKey() != 0)
+        return event.nativeVirtualKey() == 't';
+    return event.text() == QLatin1Char('t');
+}
+
+} // namespace
+
+ContentKeys::ContentKeys(QObject *parent)
+    : QObject(parent)
+{
+}
+
+void ContentKeys::setContent(QQuickItem *content)
+{
+    if (m_content == content)
+        return;
+    if (m_content)
+        m_content->disconnect(this);
+    m_content = content;
+    if (content) {
+        connect(content, &QQuickItem::windowChanged, this, &ContentKeys::watch);
+        watch(content->window());
+    }
+    Q_EMIT contentChanged();
+}
+
+void ContentKeys::setViewModel(ContentViewModel *viewModel)
+{
+    if (m_viewModel == viewModel)
+        return;
+    m_viewModel = viewModel;
+    Q_EMIT viewModelChanged();
+}
+
+bool ContentKeys::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::KeyPress && m_viewModel && m_content) {
+        const auto &press = *static_cast<QKeyEvent *>(event);
+        if (!belongsToFocus(press) &&
+            m_viewModel->handleKey({static_cast<Qt::Key>(press.key()),
+                                    press.modifiers().testFlag(Qt::ControlModifier),
+                                    isLowerCaseT(press), press.isAutoRepeat()})) {
+            event->accept();
+            return true;
+        }
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void ContentKeys::watch(QQuickWindow *window)
+{
+    if (m_window)
+        m_window->removeEventFilter(this);
+    m_window = window;
+    if (window)
+        window->installEventFilter(this);
+}
+
+bool ContentKeys::belongsToFocus(const QKeyEvent &event) const
+{
+    const QQuickItem *const focus = m_window ? m_window->activeFocusItem() : nullptr;
+    // Nothing in particular has the focus: the keys are the day view's.
+    if (!focus || focus == m_content || focus->isAncestorOf(m_content))
+        return false;
+    if (!m_content->isAncestorOf(focus))
+        return true;
+    if (focus->inherits("QQuickTextInput"))
+        return !event.modifiers().testFlag(Qt::ControlModifier);
+    if (focus->inherits("QQuickAbstractButton"))
+        return event.key() == Qt::Key_Space;
+    return false;
+}

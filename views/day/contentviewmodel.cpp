@@ -1,0 +1,223 @@
+#include "views/day/contentviewmodel.h"
+
+#include "model/clock.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+ContentViewModel::ContentViewModel(QObject *parent)
+    : QObject(parent)
+{
+}
+
+void ContentViewModel::addTask()
+{
+    addTaskFromTemplate({});
+}
+
+void ContentViewModel::addTaskFromTemplate(const QString &name)
+{
+    if (!m_tasks)
+        return;
+    setIsAnimated(true);
+    // The number of tasks and not the largest sortOrder: after a deletion two may be equal.
+    auto made =
+        std::make_unique<Task>(m_timerManager->clock(), name, m_timerManager->selectedDate(),
+                               std::nullopt, m_tasks->tasks().size());
+    Task *const task = made.get();
+    m_modelContext->insert(std::move(made));
+    Q_EMIT taskAdded(static_cast<int>(m_tasks->sortedTasks().indexOf(task)));
+}
+
+void ContentViewModel::confirmDelete(Task *task)
+{
+    m_taskToDelete = task;
+    setShowDeleteConfirmation(true);
+}
+
+void ContentViewModel::cancelDelete()
+{
+    m_taskToDelete = nullptr;
+    setShowDeleteConfirmation(false);
+}
+
+void ContentViewModel::performDelete()
+{
+    if (m_taskToDelete)
+        deleteTask(m_taskToDelete);
+    cancelDelete();
+}
+
+void ContentViewModel::stopAll()
+{
+    if (m_tasks)
+        m_timerManager->stopAllTasks(*m_allTasks, *m_modelContext);
+}
+
+void ContentViewModel::startFirst()
+{
+    if (m_tasks && !m_tasks->sortedTasks().isEmpty())
+        m_timerManager->startTask(m_tasks->sortedTasks().constFirst(), *m_allTasks,
+                                  *m_modelContext);
+}
+
+void ContentViewModel::selectTask(int index)
+{
+    setSelectedTaskIndex(index);
+}
+
+bool ContentViewModel::handleKey(const DayKey &key)
+{
+    if (!m_tasks || m_timerManager->isEditing())
+        return false;
+
+    switch (key.key) {
+    case Qt::Key_Space:
+        handleSpaceKey();
+        return true;
+    case Qt::Key_Up:
+        selectPreviousTask();
+        return true;
+    case Qt::Key_Down:
+        selectNextTask();
+        return true;
+    case Qt::Key_Left:
+        m_timerManager->goToPreviousDay();
+        setSelectedTaskIndex(std::nullopt);
+        return true;
+    case Qt::Key_Right:
+        m_timerManager->goToNextDay();
+        setSelectedTaskIndex(std::nullopt);
+        return true;
+    default:
+        break;
+    }
+
+    if (!key.isCommand || key.isAutoRepeat)
+        return false;
+    if (key.key == Qt::Key_Return || key.key == Qt::Key_Enter) {
+        addTask();
+        return true;
+    }
+    if (key.isLowerCaseT) {
+        m_timerManager->goToToday();
+        setSelectedTaskIndex(std::nullopt);
+        return true;
+    }
+    return false;
+}
+
+void ContentViewModel::handleSpaceKey()
+{
+    const QList<Task *> tasks = m_tasks->sortedTasks();
+    if (tasks.isEmpty())
+        return;
+    if (m_selectedTaskIndex && *m_selectedTaskIndex < tasks.size()) {
+        m_timerManager->toggleTask(tasks[*m_selectedTaskIndex], *m_allTasks, *m_modelContext);
+    } else if (m_timerManager->isAnyTaskRunning()) {
+        stopAll();
+    } else {
+        setSelectedTaskIndex(0);
+        startFirst();
+    }
+}
+
+void ContentViewModel::selectPreviousTask()
+{
+    const auto count = static_cast<int>(m_tasks->tasks().size());
+    if (count > 0)
+        setSelectedTaskIndex(m_selectedTaskIndex ? std::max(*m_selectedTaskIndex - 1, 0)
+                                                 : count - 1);
+}
+
+void ContentViewModel::selectNextTask()
+{
+    const auto count = static_cast<int>(m_tasks->tasks().size());
+    if (count > 0)
+        setSelectedTaskIndex(m_selectedTaskIndex ? std::min(*m_selectedTaskIndex + 1, count - 1)
+                                                 : 0);
+}
+
+void ContentViewModel::setTimerManager(TimerManager *timerManager)
+{
+    if (m_timerManager == timerManager)
+        return;
+    m_timerManager = timerManager;
+    Q_EMIT timerManagerChanged();
+}
+
+void ContentViewModel::setModelContext(ModelContext *modelContext)
+{
+    if (m_modelContext == modelContext)
+        return;
+    m_modelContext = modelContext;
+    Q_EMIT modelContextChanged();
+}
+
+QString ContentViewModel::deleteMessage() const
+{
+    if (!m_taskToDelete)
+        return {};
+    const QString name =
+        m_taskToDelete->name().isEmpty() ? u"Unavngivet opgave"_s : m_taskToDelete->name();
+    if (m_taskToDelete->accumulatedSeconds() > 0 || m_taskToDelete->isRunning())
+        return u"Denne opgave har registreret tid. Er du sikker på, at du vil slette \""_s + name +
+               u"\"?"_s;
+    return u"Slet \""_s + name + u"\"?"_s;
+}
+
+void ContentViewModel::componentComplete()
+{
+    if (!m_timerManager || !m_modelContext)
+        return;
+    const Calendar &calendar = m_timerManager->clock().calendar();
+    m_allTasks = std::make_unique<AllTasks>(*m_modelContext);
+    m_tasks = std::make_unique<DayTasks>(*m_modelContext,
+                                         calendar.dayInterval(m_timerManager->selectedDate()));
+    connect(m_timerManager, &TimerManager::selectedDateChanged, this,
+            &ContentViewModel::onSelectedDateChanged);
+    Q_EMIT tasksChanged();
+    m_timerManager->syncActiveTask(*m_tasks);
+}
+
+void ContentViewModel::deleteTask(Task *task)
+{
+    setIsAnimated(true);
+    if (task->isRunning())
+        m_timerManager->stopTask(task, *m_modelContext);
+    m_modelContext->remove(task);
+}
+
+void ContentViewModel::onSelectedDateChanged()
+{
+    setIsAnimated(false);
+    setSelectedTaskIndex(std::nullopt);
+    const Calendar &calendar = m_timerManager->clock().calendar();
+    m_tasks->setDay(calendar.dayInterval(m_timerManager->selectedDate()));
+    Q_EMIT dayChanged();
+}
+
+void ContentViewModel::setSelectedTaskIndex(std::optional<int> index)
+{
+    if (m_selectedTaskIndex == index)
+        return;
+    m_selectedTaskIndex = index;
+    Q_EMIT selectedTaskIndexChanged();
+}
+
+void ContentViewModel::setShowDeleteConfirmation(bool show)
+{
+    if (m_showDeleteConfirmation == show)
+        return;
+    m_showDeleteConfirmation = show;
+    Q_EMIT showDeleteConfirmationChanged();
+}
+
+void ContentViewModel::setIsAnimated(bool isAnimated)
+{
+    if (m_isAnimated == isAnimated)
+        return;
+    m_isAnimated = isAnimated;
+    Q_EMIT isAnimatedChanged();
+}
