@@ -1,7 +1,7 @@
 #pragma once
 
-#include "model/clock.h"
 #include "model/modelcontainer.h"
+#include "model/systemclock.h"
 #include "timer/timermanager.h"
 
 #include <QQmlApplicationEngine>
@@ -22,7 +22,7 @@ public:
 private:
     static std::unique_ptr<ModelContainer> openStore(const Clock &clock);
 
-    Clock m_clock;
+    SystemClock m_clock;
     std::unique_ptr<ModelContainer> m_sharedModelContainer;
     TimerManager m_timerManager;
     // Last: the window goes before what it shows.

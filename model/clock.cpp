@@ -1,6 +1,5 @@
 #include "model/clock.h"
 
-#include <chrono>
 #include <utility>
 
 Clock::Clock(Calendar calendar)
@@ -9,9 +8,3 @@ Clock::Clock(Calendar calendar)
 }
 
 Clock::~Clock() = default;
-
-Instant Clock::now() const
-{
-    return std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch())
-        .count();
-}

@@ -111,3 +111,8 @@ QVariant Task::projectCodeVariant() const
 {
     return m_projectCode ? QVariant(*m_projectCode) : QVariant();
 }
+
+void Task::setProjectCodeVariant(const QVariant &projectCode)
+{
+    setProjectCode(projectCode.isNull() ? std::nullopt : std::optional(projectCode.toString()));
+}

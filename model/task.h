@@ -15,7 +15,9 @@ class Task : public Record
     QML_UNCREATABLE("Tasks are made by the program's views and owned by the store")
     Q_PROPERTY(QString name READ name WRITE setName NOTIFY nameChanged)
     Q_PROPERTY(bool isRunning READ isRunning NOTIFY lastStartTimeChanged)
-    Q_PROPERTY(QVariant projectCode READ projectCodeVariant NOTIFY projectCodeChanged)
+    // Invalid (QML's undefined) for none.
+    Q_PROPERTY(QVariant projectCode READ projectCodeVariant WRITE setProjectCodeVariant NOTIFY
+                   projectCodeChanged)
 
 public:
     static constexpr RecordType type = RecordType::Task;
@@ -81,6 +83,7 @@ Q_SIGNALS:
 
 private:
     QVariant projectCodeVariant() const;
+    void setProjectCodeVariant(const QVariant &projectCode);
 
     const Clock &m_clock;
     QString m_name;

@@ -15,9 +15,16 @@ public:
 
     Instant now() const override { return m_now; }
 
-    void set(Instant now) { m_now = now; }
-    void set(const QString &time) { m_now = at(time); }
-    void advance(double seconds) { m_now += seconds; }
+    /// Sets the time, and tells of the new day if it is one.
+    void set(Instant now)
+    {
+        const bool isSameDay = calendar().isSameDay(m_now, now);
+        m_now = now;
+        if (!isSameDay)
+            Q_EMIT dayChanged();
+    }
+    void set(const QString &time) { set(at(time)); }
+    void advance(double seconds) { set(m_now + seconds); }
 
     /// A wall time of the clock's zone, "2026-11-20T08:00:00".
     Instant at(const QString &time) const { return at(time, m_zone); }
