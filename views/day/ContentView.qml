@@ -128,8 +128,6 @@ FocusScope {
 
     OnDemand {
         active: viewModel.showDeleteConfirmation
-        onItemChanged: if (!item)
-            dayFocus.forceActiveFocus()
 
         DeleteAlert {
             message: viewModel.deleteMessage

@@ -101,9 +101,12 @@ ListView {
             x: 8
             width: parent.width - 16
             height: implicitHeight
+            // A deleted row fades out, and its task is gone.
+            enabled: entry.object !== null
             task: entry.object
             timerManager: list.timerManager
             edits: viewModel.edits
+            modelContext: list.modelContext
             isActive: entry.object?.isRunning ?? false
             isSelected: entry.index === list.selectedTaskIndex
             onToggle: viewModel.toggle(entry.object)

@@ -78,7 +78,6 @@ bool ContentKeys::belongsToFocus(const QKeyEvent &event) const
         return true;
     if (focus->inherits("QQuickTextInput"))
         return !event.modifiers().testFlag(Qt::ControlModifier);
-    if (focus->inherits("QQuickAbstractButton"))
-        return event.key() == Qt::Key_Space;
-    return false;
+    // Of a control that Tab has reached, Space is the only key.
+    return focus->activeFocusOnTab() && event.key() == Qt::Key_Space;
 }

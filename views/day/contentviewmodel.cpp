@@ -32,6 +32,8 @@ void ContentViewModel::addTaskFromTemplate(const QString &name)
 
 void ContentViewModel::confirmDelete(Task *task)
 {
+    if (!task)
+        return;
     m_taskToDelete = task;
     setShowDeleteConfirmation(true);
 }

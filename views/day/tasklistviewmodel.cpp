@@ -7,7 +7,7 @@ TaskListViewModel::TaskListViewModel(QObject *parent)
 
 void TaskListViewModel::toggle(Task *task)
 {
-    if (m_tasks && m_timerManager && m_modelContext)
+    if (task && m_tasks && m_timerManager && m_modelContext)
         m_timerManager->toggleTask(task, *m_tasks, *m_modelContext);
 }
 

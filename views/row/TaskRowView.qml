@@ -13,6 +13,7 @@ FocusScope {
     required property Task task
     required property TimerManager timerManager
     required property RowEdits edits
+    required property ModelContext modelContext
     required property bool isActive
     required property bool isSelected
 
@@ -23,7 +24,7 @@ FocusScope {
     signal deleteRequested
     signal select
 
-    implicitHeight: Math.max(startButton.height, name.height, time.height, deleteButton.height) + 16
+    implicitHeight: Math.max(startButton.height, picker.height, name.height, time.height, deleteButton.height) + 16
 
     Accessible.role: Accessible.ListItem
     Accessible.name: viewModel.shownName
@@ -82,12 +83,26 @@ FocusScope {
         onClicked: row.toggle()
     }
 
+    ProjectCodePicker {
+        id: picker
+
+        objectName: "picker"
+        anchors.left: startButton.right
+        anchors.leftMargin: row.spacing
+        anchors.verticalCenter: parent.verticalCenter
+        // Half of what it shares with the name.
+        maximumWidth: (time.x - startButton.x - startButton.width - 3 * row.spacing) / 2
+        selectedCode: row.task?.projectCode
+        modelContext: row.modelContext
+        onCodeChosen: code => row.task.projectCode = code
+    }
+
     // The name takes the width that the others leave, whether shown or edited.
     Item {
         id: name
 
         objectName: "nameGroup"
-        anchors.left: startButton.right
+        anchors.left: picker.right
         anchors.leftMargin: row.spacing
         anchors.right: time.left
         anchors.rightMargin: row.spacing

@@ -1,5 +1,6 @@
 #include "../../support/qmltest.h"
 #include "../../support/teststore.h"
+#include "model/projectcode.h"
 #include "timer/timermanager.h"
 #include "views/controls/theme.h"
 #include "views/row/rowedits.h"
@@ -53,6 +54,7 @@ private:
                         required property Task task
                         required property TimerManager timerManager
                         required property RowEdits edits
+                        required property ModelContext modelContext
                         required property bool isSelected
                         property int toggles: 0
                         property int deletions: 0
@@ -66,6 +68,7 @@ private:
                             task: root.task
                             timerManager: root.timerManager
                             edits: root.edits
+                            modelContext: root.modelContext
                             isActive: root.task?.isRunning ?? false
                             isSelected: root.isSelected
                             onToggle: ++root.toggles
@@ -77,6 +80,7 @@ private:
                 QVariantMap{{u"task"_s, QVariant::fromValue(task)},
                             {u"timerManager"_s, QVariant::fromValue(&timer)},
                             {u"edits"_s, QVariant::fromValue(&edits)},
+                            {u"modelContext"_s, QVariant::fromValue(&store.context())},
                             {u"isSelected"_s, isSelected}});
             window->hover({1, 1});
         }
@@ -91,6 +95,16 @@ private:
         QQuickItem *field(const char *name) const
         {
             return qmltest::findItem(window->rootObject(), QString::fromLatin1(name));
+        }
+        /// The entry of the open menu that has that text, or null.
+        QQuickItem *inMenu(const QString &text) const
+        {
+            const auto entries = qmltest::findItems(window->contentItem(), u"menuEntry"_s);
+            for (QQuickItem *entry : entries) {
+                if (entry->property("text").toString() == text)
+                    return entry;
+            }
+            return nullptr;
         }
         void type(const QString &text) const
         {
@@ -112,6 +126,7 @@ private Q_SLOTS:
     {
         const Fixture f;
         const QRectF start = f.place("startButton");
+        const QRectF picker = f.place("picker");
         const QRectF name = f.place("nameGroup");
         const QRectF time = f.place("timeText");
         const QRectF hours = f.place("hoursText");
@@ -119,7 +134,8 @@ private Q_SLOTS:
 
         QCOMPARE(f.item("row")->height(), 28.0 + 16);
         QCOMPARE(start, QRectF(12, 8, 28, 28));
-        QCOMPARE(name.left(), start.right() + 12);
+        QCOMPARE(picker.left(), start.right() + 12);
+        QCOMPARE(name.left(), picker.right() + 12);
         QCOMPARE(name.right() + 12, time.left());
         QCOMPARE(time.width(), 70.0);
         QCOMPARE(hours.left(), time.right() + 12);
@@ -133,7 +149,7 @@ private Q_SLOTS:
         QCOMPARE(f.item("startButton")->property("symbolSize").toInt(), 14);
         QCOMPARE(f.item("pencil")->property("symbolSize").toInt(), 14);
         QCOMPARE(f.item("deleteButton")->property("symbolSize").toInt(), 16);
-        for (const QRectF &place : {start, name, time, hours, deletion})
+        for (const QRectF &place : {start, picker, name, time, hours, deletion})
             QVERIFY(std::abs(place.center().y() - f.item("row")->height() / 2) <= 0.5);
     }
 
@@ -145,6 +161,34 @@ private Q_SLOTS:
         QVERIFY(time.width() > 70);
         QCOMPARE(f.place("hoursText").left(), time.right() + 12);
         QCOMPARE(f.place("nameGroup").right() + 12, time.left());
+    }
+
+    void shouldGiveALongCodeHalfOfTheFreeWidth()
+    {
+        const Fixture f;
+        const QRectF time = f.place("timeText");
+        f.task->setProjectCode(QString(100, u'K'));
+        const QRectF picker = f.place("picker");
+        const QRectF name = f.place("nameGroup");
+        QCOMPARE(f.place("timeText"), time);
+        QCOMPARE(picker.width(), name.width());
+        QVERIFY(f.item("badgeText")->property("truncated").toBool());
+        f.task->setProjectCode(u"KODE-1"_s);
+        QVERIFY(f.place("picker").width() < picker.width());
+        QVERIFY(!f.item("badgeText")->property("truncated").toBool());
+    }
+
+    void shouldGiveTheTaskACodeByItsMenu()
+    {
+        Fixture f;
+        f.store.insert<ProjectCode>(u"4711"_s, u"Støtte"_s);
+        f.click("picker");
+        QTRY_VERIFY(f.inMenu(u"4711 \u2013 Støtte"_s));
+        QTest::mouseClick(f.window.get(), Qt::LeftButton, {},
+                          centre(f.inMenu(u"4711 \u2013 Støtte"_s)));
+        QCOMPARE(f.task->projectCode().value_or(u"none"_s), u"4711"_s);
+        QCOMPARE(f.item("badgeText")->property("text").toString(), u"4711"_s);
+        QCOMPARE(f.count("selections"), 0);
     }
 
     void shouldWrapALongName()
@@ -351,6 +395,7 @@ private Q_SLOTS:
         const QVariantMap properties{{u"task"_s, QVariant::fromValue(f.task)},
                                      {u"timerManager"_s, QVariant::fromValue(&f.timer)},
                                      {u"edits"_s, QVariant::fromValue(&f.edits)},
+                                     {u"modelContext"_s, QVariant::fromValue(&f.store.context())},
                                      {u"isActive"_s, false},
                                      {u"isSelected"_s, false}};
         f.window.reset();

@@ -1,0 +1,284 @@
+#include "../../support/qmltest.h"
+#include "../../support/teststore.h"
+#include "model/projectcode.h"
+#include "views/controls/theme.h"
+
+#include <QAccessible>
+#include <QQuickItem>
+#include <QTest>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using qmltest::centre;
+using qmltest::findItems;
+
+class TestProjectCodePicker : public QObject
+{
+    Q_OBJECT
+
+private:
+    struct Fixture {
+        explicit Fixture(const QStringList &codes = {},
+                         const std::optional<QString> &chosen = std::nullopt)
+            : task(store.insert<Task>(u"Møde"_s, clock.now(), chosen))
+        {
+            for (qsizetype i = 0; i < codes.size(); ++i)
+                store.insert<ProjectCode>(codes.at(i), i == 1 ? u"Støtte"_s : QString(), i);
+            window = std::make_unique<qmltest::Window>(
+                QByteArray(R"(
+                    import QtQuick
+                    import TimeTracker.Model
+                    import TimeTracker.Views.Row
+                    FocusScope {
+                        id: root
+                        required property Task task
+                        required property ModelContext modelContext
+                        property int clicksBehind: 0
+                        property int keysBehind: 0
+                        focus: true
+                        Keys.onPressed: ++keysBehind
+                        MouseArea { anchors.fill: parent; onClicked: ++root.clicksBehind }
+                        Item { objectName: "elsewhere"; focus: true }
+                        ProjectCodePicker {
+                            objectName: "picker"
+                            x: 20; y: 20
+                            selectedCode: root.task.projectCode
+                            modelContext: root.modelContext
+                            onCodeChosen: code => root.task.projectCode = code
+                        }
+                    })"),
+                QSize(300, 240),
+                QVariantMap{{u"task"_s, QVariant::fromValue(task)},
+                            {u"modelContext"_s, QVariant::fromValue(&store.context())}});
+            window->hover({1, 1});
+        }
+
+        QQuickItem *item(const char *name) const { return window->item(QString::fromLatin1(name)); }
+        /// The open menu's entries.
+        QList<QQuickItem *> entries() const
+        {
+            return findItems(window->contentItem(), u"menuEntry"_s);
+        }
+        QStringList texts() const
+        {
+            QStringList texts;
+            for (const QQuickItem *entry : entries())
+                texts << entry->property("text").toString();
+            return texts;
+        }
+        QStringList checkedTexts() const
+        {
+            QStringList texts;
+            for (QQuickItem *entry : entries()) {
+                if (qmltest::findItem(entry, u"checkmark"_s)->isVisible())
+                    texts << entry->property("text").toString();
+            }
+            return texts;
+        }
+        void open() const
+        {
+            QTest::mouseClick(window.get(), Qt::LeftButton, {}, centre(item("picker")));
+            QTRY_VERIFY(!entries().isEmpty());
+            QTRY_VERIFY(entries().constFirst()->window());
+        }
+        void click(const QQuickItem *target) const
+        {
+            QTest::mouseClick(window.get(), Qt::LeftButton, {}, centre(target));
+        }
+        void press(Qt::Key key) const { QTest::keyClick(window.get(), key); }
+        int count(const char *what) const { return window->rootObject()->property(what).toInt(); }
+        QString code() const { return task->projectCode().value_or(u"(ingen)"_s); }
+
+        qmltest::WarningsAreFailures guard;
+        FakeClock clock;
+        TestStore store{clock, {1h, 1h}};
+        Task *task;
+        std::unique_ptr<qmltest::Window> window;
+    };
+
+private Q_SLOTS:
+    void shouldShowATagWithoutACode()
+    {
+        const Fixture f;
+        const Theme theme;
+        QVERIFY(f.item("tag")->isVisible());
+        QVERIFY(!f.item("badge")->isVisible());
+        QCOMPARE(f.item("tag")->property("fontSize").toInt(), 12);
+        QCOMPARE(f.item("tag")->property("color").value<QColor>(), theme.secondary());
+        QCOMPARE(f.item("tag")->opacity(), 0.6);
+        QCOMPARE(f.item("picker")->width(), f.item("tag")->width());
+    }
+
+    void shouldShowTheCodeAsABadge()
+    {
+        const Fixture f({}, u"kode-1"_s);
+        const Theme theme;
+        QVERIFY(!f.item("tag")->isVisible());
+        QQuickItem *const text = f.item("badgeText");
+        QCOMPARE(text->property("text").toString(), u"kode-1"_s);
+        QCOMPARE(text->property("font").value<QFont>().pixelSize(), 10);
+        QCOMPARE(text->property("font").value<QFont>().weight(), QFont::Medium);
+        QCOMPARE(text->property("color").value<QColor>(), theme.brandAccent());
+        QCOMPARE(text->position(), QPointF(6, 2));
+        QCOMPARE(f.item("badge")->width(), text->implicitWidth() + 12);
+        QCOMPARE(f.item("badge")->height(), text->height() + 4);
+        QCOMPARE(f.item("badge")->property("radius").toInt(), 4);
+    }
+
+    void shouldShowAnEmptyCodeAsAnEmptyBadgeAndNotCheckNone()
+    {
+        const Fixture f({u"a"_s}, u""_s);
+        QVERIFY(f.item("badge")->isVisible());
+        QVERIFY(!f.item("tag")->isVisible());
+        f.open();
+        QCOMPARE(f.checkedTexts(), QStringList());
+    }
+
+    void shouldOfferNoneAloneWithoutCodesAndNoDivider()
+    {
+        const Fixture f;
+        f.open();
+        QCOMPARE(f.texts(), QStringList{u"Ingen"_s});
+        QCOMPARE(f.checkedTexts(), QStringList{u"Ingen"_s});
+        QVERIFY(!f.item("menuDivider")->isVisible());
+    }
+
+    void shouldOfferAllCodesBySortOrder()
+    {
+        Fixture f({u"b"_s, u"a"_s});
+        f.store.insert<ProjectCode>(u"først"_s, u""_s, -1);
+        f.open();
+        QCOMPARE(f.texts(), (QStringList{u"Ingen"_s, u"først"_s, u"b"_s, u"a \u2013 Støtte"_s}));
+        QVERIFY(f.item("menuDivider")->isVisible());
+        QCOMPARE(f.checkedTexts(), QStringList{u"Ingen"_s});
+    }
+
+    void shouldChooseACodeAndNoneAgain()
+    {
+        const Fixture f({u"a"_s, u"b"_s});
+        f.open();
+        f.click(f.entries().at(2));
+        QCOMPARE(f.code(), u"b"_s);
+        QTRY_VERIFY(f.entries().isEmpty());
+        f.open();
+        QCOMPARE(f.checkedTexts(), QStringList{u"b \u2013 Støtte"_s});
+        // the checked one again changes nothing
+        f.click(f.entries().at(2));
+        QCOMPARE(f.code(), u"b"_s);
+        QTRY_VERIFY(f.entries().isEmpty());
+        f.open();
+        f.click(f.entries().at(0));
+        QCOMPARE(f.code(), u"(ingen)"_s);
+        QCOMPARE(f.count("clicksBehind"), 0);
+    }
+
+    void shouldCheckBothOfTwoEqualCodesAndTellCaseApart()
+    {
+        const Fixture f({u"x"_s, u"y"_s, u"x"_s, u"X"_s}, u"x"_s);
+        f.open();
+        QCOMPARE(f.checkedTexts(), (QStringList{u"x"_s, u"x"_s}));
+    }
+
+    void shouldCheckNothingForACodeThatIsNoMore()
+    {
+        const Fixture f({u"a"_s}, u"slettet"_s);
+        QCOMPARE(f.item("badgeText")->property("text").toString(), u"slettet"_s);
+        f.open();
+        QCOMPARE(f.checkedTexts(), QStringList());
+    }
+
+    void shouldKeepClicksAndKeysFromWhatIsBehindWhileItIsOpen()
+    {
+        const Fixture f({u"a"_s});
+        f.open();
+        f.press(Qt::Key_Left);
+        f.press(Qt::Key_T);
+        QCOMPARE(f.count("keysBehind"), 0);
+        QTest::mouseClick(f.window.get(), Qt::LeftButton, {}, {290, 230});
+        QCOMPARE(f.count("clicksBehind"), 0);
+        QTRY_VERIFY(f.entries().isEmpty());
+        QTest::mouseClick(f.window.get(), Qt::LeftButton, {}, {290, 230});
+        QCOMPARE(f.count("clicksBehind"), 1);
+        QCOMPARE(f.code(), u"(ingen)"_s);
+    }
+
+    void shouldBeUsedByKeyboard()
+    {
+        const Fixture f({u"a"_s, u"b"_s});
+        f.press(Qt::Key_Tab);
+        QVERIFY(f.item("picker")->hasActiveFocus());
+        f.press(Qt::Key_Space);
+        QTRY_VERIFY(!f.entries().isEmpty());
+        f.press(Qt::Key_Down);
+        f.press(Qt::Key_Down);
+        f.press(Qt::Key_Return);
+        QCOMPARE(f.code(), u"a"_s);
+        QTRY_VERIFY(f.entries().isEmpty());
+        QTRY_VERIFY(f.item("picker")->hasActiveFocus());
+        f.press(Qt::Key_Space);
+        QTRY_VERIFY(!f.entries().isEmpty());
+        f.press(Qt::Key_Escape);
+        QTRY_VERIFY(f.entries().isEmpty());
+        QCOMPARE(f.code(), u"a"_s);
+    }
+
+    void shouldNotTakeTheFocusByAClick()
+    {
+        const Fixture f({u"a"_s});
+        f.open();
+        f.press(Qt::Key_Escape);
+        QTRY_VERIFY(f.entries().isEmpty());
+        QTRY_VERIFY(f.item("elsewhere")->hasActiveFocus());
+    }
+
+    void shouldScrollAMenuThatIsTallerThanTheWindow()
+    {
+        QStringList codes;
+        for (int i = 0; i < 200; ++i)
+            codes << u"K%1"_s.arg(i);
+        const Fixture f(codes);
+        f.open();
+        const auto last = [&]() -> const QQuickItem * {
+            const auto entries = f.entries();
+            const auto found =
+                std::find_if(entries.cbegin(), entries.cend(), [](const QQuickItem *entry) {
+                    return entry->property("text") == u"K199"_s;
+                });
+            return found != entries.cend() ? *found : nullptr;
+        };
+        QTRY_VERIFY(last());
+        for (int i = 0; i < 205 && !last()->property("highlighted").toBool(); ++i)
+            f.press(Qt::Key_Down);
+        QTRY_VERIFY(
+            QRectF(0, 0, 300, 240)
+                .contains(last()->mapRectToScene(QRectF(0, 0, last()->width(), last()->height()))));
+        f.press(Qt::Key_Return);
+        QCOMPARE(f.code(), u"K199"_s);
+    }
+
+    void shouldBeNamedForAssistiveTechnology()
+    {
+        const Fixture f({u"a"_s, u"b"_s});
+        QAccessibleInterface *const picker =
+            QAccessible::queryAccessibleInterface(f.item("picker"));
+        QCOMPARE(picker->role(), QAccessible::ButtonMenu);
+        QCOMPARE(picker->text(QAccessible::Name), u"Projektkode: Ingen"_s);
+        picker->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+        QTRY_COMPARE(f.entries().size(), 3);
+        QAccessibleInterface *const entry =
+            QAccessible::queryAccessibleInterface(f.entries().at(1));
+        QCOMPARE(entry->role(), QAccessible::MenuItem);
+        QCOMPARE(entry->text(QAccessible::Name), u"a"_s);
+        QVERIFY(!entry->state().checked);
+        QVERIFY(QAccessible::queryAccessibleInterface(f.entries().at(0))->state().checked);
+        entry->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+        QCOMPARE(f.code(), u"a"_s);
+        QTRY_VERIFY(f.entries().isEmpty());
+        QCOMPARE(picker->text(QAccessible::Name), u"Projektkode: a"_s);
+    }
+};
+
+QTEST_MAIN(TestProjectCodePicker)
+#include "tst_projectcodepicker.moc"

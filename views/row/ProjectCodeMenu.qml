@@ -1,0 +1,143 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Templates as T
+import TimeTracker.Model
+import TimeTracker.Views.Controls
+import TimeTracker.Views.Row
+
+/// The menu of all project codes, and none. Nothing behind it takes keys or clicks while it is
+/// open.
+T.Menu {
+    id: menu
+
+    /// The checked code's text, or undefined for none.
+    required property var selectedCode
+    required property ModelContext modelContext
+
+    readonly property real widestEntry: 320
+    /// What an entry has beside its text: padding, a space, the checkmark.
+    readonly property real entryMargins: 12 + 8 + 16 + 8
+
+    signal codeChosen(var code)
+
+    component Entry: T.MenuItem {
+        id: entry
+
+        objectName: "menuEntry"
+        implicitWidth: label.implicitWidth + menu.entryMargins
+        implicitHeight: label.implicitHeight + topPadding + bottomPadding
+        leftPadding: 12
+        rightPadding: 8
+        font.pixelSize: 13
+        topPadding: 5
+        bottomPadding: 5
+        Accessible.name: text
+        Accessible.checkable: true
+        Accessible.checked: checked
+        Accessible.onPressAction: triggered()
+
+        contentItem: Item {
+            TextLabel {
+                id: label
+
+                anchors.left: parent.left
+                anchors.right: check.left
+                anchors.rightMargin: 8
+                anchors.verticalCenter: parent.verticalCenter
+                text: entry.text
+                font: entry.font
+                maximumLineCount: 1
+                elide: Text.ElideRight
+                showsWholeTextWhenElided: true
+                Accessible.ignored: true
+            }
+
+            SymbolImage {
+                id: check
+
+                objectName: "checkmark"
+                anchors.right: parent.right
+                anchors.verticalCenter: parent.verticalCenter
+                visible: entry.checked
+                name: "checkmark"
+                fontSize: 12
+                color: Theme.primary
+            }
+        }
+
+        background: Rectangle {
+            color: entry.highlighted ? Qt.alpha(Theme.brandAccent, 0.15) : "transparent"
+        }
+    }
+
+    modal: true
+    dim: false
+    focus: true
+    margins: 4
+    padding: 1
+    topPadding: 4
+    bottomPadding: 4
+    implicitWidth: contentWidth + leftPadding + rightPadding
+    implicitHeight: contentHeight + topPadding + bottomPadding
+    contentWidth: Math.min(Math.max(none.implicitWidth, model.textWidth + entryMargins), widestEntry)
+
+    background: Rectangle {
+        radius: 6
+        color: Theme.textBackground
+        border.color: Theme.separator
+    }
+
+    contentItem: ListView {
+        implicitHeight: contentHeight
+        model: menu.contentModel
+        currentIndex: menu.currentIndex
+        highlightMoveDuration: 0
+        interactive: contentHeight > height
+        clip: true
+        boundsBehavior: Flickable.StopAtBounds
+    }
+
+    Entry {
+        id: none
+
+        text: "Ingen"
+        checked: menu.selectedCode === undefined
+        onTriggered: menu.codeChosen(undefined)
+    }
+
+    T.MenuSeparator {
+        objectName: "menuDivider"
+        implicitHeight: visible ? 9 : 0
+        visible: codes.count > 0
+
+        contentItem: Item {
+            Divider {
+                anchors.verticalCenter: parent.verticalCenter
+                width: parent.width
+            }
+        }
+    }
+
+    ProjectCodeMenuModel {
+        id: model
+
+        modelContext: menu.modelContext
+        font: none.font
+    }
+
+    Instantiator {
+        id: codes
+
+        model: model.codes
+        delegate: Entry {
+            required property ProjectCode object
+
+            text: object?.displayName ?? ""
+            checked: menu.selectedCode === object?.code
+            onTriggered: menu.codeChosen(object.code)
+        }
+        onObjectAdded: (index, entry) => menu.insertItem(index + 2, entry)
+        onObjectRemoved: (index, entry) => menu.removeItem(entry)
+    }
+}

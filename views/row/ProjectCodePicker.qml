@@ -1,0 +1,103 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import TimeTracker.Model
+import TimeTracker.Views.Controls
+import TimeTracker.Views.Row
+
+/// Shows a task's project code, and opens the menu of all codes.
+Item {
+    id: picker
+
+    /// The code's text, or undefined for none. An empty text is a code, too.
+    required property var selectedCode
+    required property ModelContext modelContext
+    /// A longer code elides.
+    property real maximumWidth: 160
+
+    readonly property bool hasCode: selectedCode !== undefined
+    readonly property string codeText: hasCode ? selectedCode : ""
+
+    /// The user has chosen a code's text, or none (undefined).
+    signal codeChosen(var code)
+
+    function open() {
+        menu.active = true;
+    }
+
+    implicitWidth: hasCode ? badge.width : tag.width
+    implicitHeight: hasCode ? badge.height : tag.height
+    activeFocusOnTab: true
+
+    Accessible.role: Accessible.ButtonMenu
+    Accessible.name: "Projektkode: " + (hasCode ? codeText : "Ingen")
+    Accessible.onPressAction: open()
+    Keys.onSpacePressed: event => {
+        if (!event.isAutoRepeat)
+            open();
+    }
+
+    MouseArea {
+        anchors.fill: parent
+        onClicked: picker.open()
+    }
+
+    FocusRing {
+        anchors.fill: parent
+        anchors.margins: -3
+        isShown: picker.activeFocus
+        contentRadius: 4
+    }
+
+    SymbolImage {
+        id: tag
+
+        objectName: "tag"
+        visible: !picker.hasCode
+        name: "tag"
+        fontSize: 12
+        color: Theme.secondary
+        opacity: 0.6
+    }
+
+    Rectangle {
+        id: badge
+
+        objectName: "badge"
+        visible: picker.hasCode
+        width: Math.min(code.implicitWidth + 12, picker.maximumWidth)
+        height: code.height + 4
+        radius: 4
+        color: Qt.alpha(Theme.brandAccent, 0.15)
+
+        TextLabel {
+            id: code
+
+            objectName: "badgeText"
+            x: 6
+            y: 2
+            width: parent.width - 12
+            text: picker.codeText
+            maximumLineCount: 1
+            elide: Text.ElideRight
+            showsWholeTextWhenElided: true
+            font.pixelSize: 10
+            font.weight: Font.Medium
+            color: Theme.brandAccent
+            Accessible.ignored: true
+        }
+    }
+
+    OnDemand {
+        id: menu
+
+        ProjectCodeMenu {
+            y: picker.height + 4
+            visible: true
+            selectedCode: picker.selectedCode
+            modelContext: picker.modelContext
+            onCodeChosen: code => picker.codeChosen(code)
+            onClosed: menu.active = false
+        }
+    }
+}
