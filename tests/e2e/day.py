@@ -1,0 +1,224 @@
+"""A day's work in the main window, and what of it is there after the program ended."""
+
+import subprocess
+import tempfile
+import time
+
+import harness
+from harness import STORE, danish_date, is_checked, is_selected, press, seconds, wait_until
+
+UNNAMED = "Unavngivet opgave"
+EMPTY = "Ingen opgaver for denne dag"
+FIRST = "Møde på Ærø"
+SECOND = "Kørsel til Ålborg"
+THIRD = "Blåbærgrød"
+
+
+class DayProgram(harness.Program):
+    """The program as the user of the day view sees it."""
+
+    def row(self, name):
+        return self.see("list item", name)
+
+    def rename(self, old, new):
+        self.press_button("Rediger navn", self.row(old))
+        self.fill_in("Opgavenavn", new)
+        self.row(new)
+
+    def clock(self, name):
+        """The seconds that a task's row shows, and the button that shows them."""
+        button = self.see("button", within=self.row(name), description="Klik for at redigere tid")
+        return seconds(button.get_name()), button
+
+    def wait_for_clock(self, name, at_least):
+        wait_until(lambda: self.clock(name)[0] >= at_least,
+                   f'the clock of "{name}" shows {at_least} s')
+
+    def set_clock(self, name, entry):
+        self.click(self.clock(name)[1])
+        self.fill_in("Tid", entry)
+
+    def see_running(self, name):
+        self.see("button", f"Sæt på pause: {name}")
+
+    def see_stopped(self, name):
+        self.see("button", f"Start {name}")
+
+    def see_selected(self, name):
+        wait_until(lambda: [row.get_name() for row in self.all("list item") if is_selected(row)]
+                   == [name], f'"{name}" alone is selected')
+
+    def see_hours(self, name, hours):
+        self.see("text", hours, within=self.row(name))
+
+
+class Day(harness.Story):
+    program = DayProgram
+
+    def shouldKeepADaysWorkWhenItIsKilled(self):
+        with self.running() as program:
+            self.begin_empty(program)
+            self.time_two_tasks(program)
+            self.look_at_other_days(program)
+            self.use_the_keys(program)
+            self.correct_times(program)
+            self.delete_a_task(program)
+
+            program.see_running(SECOND)
+            before, seen = program.clock(SECOND)[0], time.monotonic()
+            program.kill()
+
+        closed_for = 3
+        wait_until(lambda: time.monotonic() > seen + closed_for, "the program stays closed")
+
+        with self.running() as program:
+            self.assertGreaterEqual(program.clock(SECOND)[0], before + closed_for)
+            self.assertLessEqual(program.clock(SECOND)[0], before + time.monotonic() - seen + 1)
+            program.see_running(SECOND)
+            program.see_stopped(FIRST)
+            self.assertEqual(program.clock(FIRST)[0], 5400)
+            self.assertEqual([row.get_name() for row in program.all("list item")], [FIRST, SECOND])
+            program.wait_for_clock(SECOND, program.clock(SECOND)[0] + 1)
+            program.close_window()
+            program.ends_well()
+
+    def begin_empty(self, program):
+        program.see("text", EMPTY)
+        program.see("text", danish_date())
+        program.see("text", "0.00 t")
+
+        program.press_button("Ny opgave")
+
+        program.row(UNNAMED)
+        program.see_none("text", EMPTY)
+
+    def time_two_tasks(self, program):
+        program.rename(UNNAMED, FIRST)
+        program.press_button(f"Start {FIRST}")
+        program.see_running(FIRST)
+        program.wait_for_clock(FIRST, 1)
+
+        press("ctrl+Return")
+        program.rename(UNNAMED, SECOND)
+        program.press_button(f"Start {SECOND}")
+        program.see_running(SECOND)
+        program.see_stopped(FIRST)
+        stopped_at = program.clock(FIRST)[0]
+        program.wait_for_clock(SECOND, 2)
+        self.assertEqual(program.clock(FIRST)[0], stopped_at)
+
+    def look_at_other_days(self, program):
+        press("Left")
+        program.see("text", danish_date(-1))
+        program.see("text", EMPTY)
+
+        # Had the upper-case letter led to today, the arrow would lead to yesterday.
+        press("ctrl+shift+t", "Left")
+        program.see("text", danish_date(-2))
+
+        press("ctrl+t")
+        program.see("text", danish_date())
+        program.row(FIRST)
+
+        program.press_button("Næste dag")
+        program.see("text", danish_date(1))
+        program.press_button("Forrige dag")
+        program.see("text", danish_date())
+        program.see_running(SECOND)
+
+    def use_the_keys(self, program):
+        press("Down")
+        program.see_selected(FIRST)
+        press("Down", "Down")
+        program.see_selected(SECOND)
+        press("Up")
+        program.see_selected(FIRST)
+
+        press("space")
+        program.see_running(FIRST)
+        program.see_stopped(SECOND)
+        press("space")
+        program.see_stopped(FIRST)
+        press("Down", "space")
+        program.see_running(SECOND)
+        program.see_stopped(FIRST)
+
+    def correct_times(self, program):
+        program.set_clock(FIRST, "1:30")
+        self.assertEqual(program.clock(FIRST)[0], 5400)
+        program.see_stopped(FIRST)
+
+        press("ctrl+Return")
+        program.rename(UNNAMED, THIRD)
+        program.set_clock(THIRD, "10")
+        self.assertEqual(program.clock(THIRD)[0], 600)
+
+        # Ten minutes are two fifths of the quarter that they are billed as.
+        self.assertTrue(is_checked(program.see("radio button", "Fakturerbar")))
+        program.see_hours(THIRD, "0.25")
+        program.see("text", "1.75 t")
+        program.click(program.see("radio button", "Faktisk"))
+        program.see_hours(THIRD, "0.17")
+        program.see_hours(FIRST, "1.50")
+        program.see_none("text", "1.75 t")
+        program.click(program.see("radio button", "Fakturerbar"))
+        program.see_hours(THIRD, "0.25")
+        program.see("text", "1.75 t")
+
+    def delete_a_task(self, program):
+        question = ("Denne opgave har registreret tid. "
+                    f'Er du sikker på, at du vil slette "{THIRD}"?')
+        program.press_button(f"Slet {THIRD}")
+        alert = program.see("alert", "Slet opgave")
+        program.see("text", question, within=alert)
+        program.see("button", "Annuller", within=alert)
+        press("Escape")
+        program.see_none("alert", "Slet opgave")
+        program.row(THIRD)
+
+        program.press_button(f"Slet {THIRD}")
+        program.press_button("Slet", within=program.see("alert", "Slet opgave"))
+        program.see_none("alert", "Slet opgave")
+        program.see_none("list item", THIRD)
+
+    def shouldEndWellWhenItsWindowIsClosed(self):
+        with self.running() as program:
+            program.press_button("Ny opgave")
+            program.row(UNNAMED)
+            program.close_window()
+            program.ends_well()
+
+        with self.running() as program:
+            program.row(UNNAMED)
+
+    def shouldSaveAndEndWellWhenTerminated(self):
+        with self.running() as program:
+            program.press_button("Ny opgave")
+            program.row(UNNAMED)
+            program.terminate()
+            program.ends_well()
+
+        with self.running() as program:
+            program.row(UNNAMED)
+
+    def shouldRefuseAStoreThatAnotherOneHolds(self):
+        with self.running() as program:
+            self.assertTrue(any((self.home / STORE).iterdir()))
+
+            # One on another bus, so that it does not find the first and leave the work to it.
+            with tempfile.TemporaryDirectory() as runtime:
+                second = subprocess.run(
+                    [self.executable], stdin=subprocess.DEVNULL, capture_output=True, text=True,
+                    timeout=harness.DEADLINE,
+                    env=self.environment() | {
+                        "XDG_RUNTIME_DIR": runtime,
+                        "DBUS_SESSION_BUS_ADDRESS": f"unix:path={runtime}/bus"})
+
+            self.assertEqual(second.returncode, 1)
+            self.assertIn("Could not create ModelContainer: ", second.stderr)
+            program.press_button("Ny opgave")
+            program.row(UNNAMED)
+
+
+if __name__ == "__main__":
+    harness.main()

@@ -1,0 +1,298 @@
+"""Starts the real program and drives it as its user does: looks in the accessibility tree, and
+presses keys and mouse buttons. Needs a display with a window manager and a session bus.
+
+Nothing here sleeps for a fixed time in the hope that something has happened: each step waits, up
+to a deadline, for what it wants to see.
+"""
+
+import contextlib
+import datetime
+import os
+import pathlib
+import shutil
+import signal
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+
+import gi
+
+gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi, GLib
+
+TITLE = "TULO Time Tracker"
+STORE = ".local/share/dk.tulo.TimeTracker"
+# How long a change may take to be on disk; what is older survives anything.
+STORED_WITHIN = 0.1
+DEADLINE = 15
+
+# By number, as some names differ between versions of the library.
+ROLES = {
+    "alert": {Atspi.Role.ALERT, Atspi.Role.DIALOG},
+    "button": {43},
+    "field": {Atspi.Role.TEXT, Atspi.Role.ENTRY},
+    "list item": {Atspi.Role.LIST_ITEM},
+    "radio button": {Atspi.Role.RADIO_BUTTON},
+    "text": {Atspi.Role.LABEL},
+}
+ROLES = {role: {int(number) for number in numbers} for role, numbers in ROLES.items()}
+
+WEEKDAYS = ["mandag", "tirsdag", "onsdag", "torsdag", "fredag", "lørdag", "søndag"]
+MONTHS = ["januar", "februar", "marts", "april", "maj", "juni", "juli", "august", "september",
+          "oktober", "november", "december"]
+
+
+def danish_date(days_from_today=0):
+    """The day as the header writes it, "mandag 3. marts 2025"."""
+    day = datetime.date.today() + datetime.timedelta(days_from_today)
+    return f"{WEEKDAYS[day.weekday()]} {day.day}. {MONTHS[day.month - 1]} {day.year}"
+
+
+def seconds(clock):
+    """The seconds of a clock text, "01:02:03"."""
+    hours, minutes, rest = map(int, clock.split(":"))
+    return hours * 3600 + minutes * 60 + rest
+
+
+def wait_until(condition, what, deadline=DEADLINE):
+    """Asks until the answer is true, and returns it. What vanishes while it is read isn't there."""
+    end = time.monotonic() + deadline
+    while True:
+        with contextlib.suppress(GLib.Error):
+            answer = condition()
+            if answer:
+                return answer
+        if time.monotonic() > end:
+            raise AssertionError(f"Not within {deadline} s: {what}")
+        time.sleep(0.02)
+
+
+def xdotool(*arguments):
+    subprocess.run(["xdotool", *map(str, arguments)], check=True)
+
+
+def press(*keys):
+    """Presses keys one after the other, "ctrl+Return"."""
+    xdotool("key", *keys)
+
+
+def walk(node):
+    yield node
+    for index in range(node.get_child_count()):
+        child = node.get_child_at_index(index)
+        if child is not None:
+            yield from walk(child)
+
+
+def has_state(node, state):
+    return node.get_state_set().contains(state)
+
+
+def is_selected(node):
+    return has_state(node, Atspi.StateType.SELECTED)
+
+
+def is_checked(node):
+    return has_state(node, Atspi.StateType.CHECKED)
+
+
+def extents(node):
+    place = node.get_extents(Atspi.CoordType.SCREEN)
+    return place.x, place.y, place.width, place.height
+
+
+class Program:
+    """One run of the program. As a context it leaves pictures behind when what is in it fails, and
+    never leaves the program running.
+    """
+
+    def __init__(self, case):
+        self.case = case
+        self.errors = tempfile.TemporaryFile("w+", encoding="utf-8")
+        self.process = subprocess.Popen(
+            [case.executable], env=case.environment(), stdin=subprocess.DEVNULL,
+            stdout=self.errors, stderr=self.errors)
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, kind, error, trace):
+        try:
+            if kind is not None:
+                self._leave_evidence()
+        finally:
+            if self.process.poll() is None:
+                self.process.kill()
+                self.process.wait()
+            self.errors.close()
+
+    # Looking
+
+    def root(self):
+        """The program in the accessibility tree, or None."""
+        context = GLib.MainContext.default()
+        while context.pending():
+            context.iteration(False)
+        desktop = Atspi.get_desktop(0)
+        for index in range(desktop.get_child_count()):
+            with contextlib.suppress(GLib.Error):
+                child = desktop.get_child_at_index(index)
+                if child is not None and child.get_process_id() == self.process.pid:
+                    return child
+        return None
+
+    def all(self, role, name=None, within=None, description=None):
+        """What is shown now and has the role, and the name and description if they are given."""
+        root = within or self.root()
+        if root is None:
+            return []
+        return [node for node in walk(root)
+                if int(node.get_role()) in ROLES[role]
+                and name in (None, node.get_name())
+                and description in (None, node.get_description())
+                and has_state(node, Atspi.StateType.SHOWING)]
+
+    def see(self, role, name=None, within=None, description=None):
+        """Waits until exactly one such thing is shown, and returns it."""
+        def one():
+            found = self.all(role, name, within, description)
+            return found[0] if len(found) == 1 else None
+        return wait_until(one, f'there is one {role} "{name or description}"')
+
+    def see_none(self, role, name):
+        wait_until(lambda: self.root() is not None and not self.all(role, name),
+                   f'there is no {role} "{name}"')
+
+    def see_window(self):
+        """Waits until the main window is there and has the keyboard."""
+        def window():
+            root = self.root()
+            return root is not None and any(
+                node.get_name() == TITLE and has_state(node, Atspi.StateType.ACTIVE)
+                for node in (root.get_child_at_index(index)
+                             for index in range(root.get_child_count())))
+        wait_until(lambda: self.process.poll() is not None or window(), "the window is active")
+        self.case.assertIsNone(self.process.poll(), "The program has ended")
+
+    # Acting
+
+    def click(self, node):
+        """Clicks the middle of something once it stands still."""
+        def still():
+            place = extents(node)
+            time.sleep(0.03)
+            return place if place == extents(node) and place[2] > 0 and place[3] > 0 else None
+        x, y, width, height = wait_until(still, f'"{node.get_name()}" stands still')
+        xdotool("mousemove", x + width // 2, y + height // 2, "click", 1)
+
+    def press_button(self, name, within=None):
+        self.click(self.see("button", name, within))
+
+    def fill_in(self, name, text):
+        """Replaces the text of a field that has been opened, and presses Return."""
+        field = self.see("field", name)
+        wait_until(lambda: has_state(field, Atspi.StateType.FOCUSED), f'"{name}" has the keyboard')
+        xdotool("key", "ctrl+a", "type", text)
+        press("Return")
+        self.see_none("field", name)
+
+    # Ending
+
+    def wait_for_end(self):
+        try:
+            return self.process.wait(DEADLINE)
+        except subprocess.TimeoutExpired:
+            raise AssertionError(f"The program did not end within {DEADLINE} s") from None
+
+    def ends_well(self):
+        """Waits for the end: status 0, and not a word said in the whole run."""
+        self.case.assertEqual(self.wait_for_end(), 0)
+        self.case.assertEqual(self.output(), "")
+
+    def close_window(self):
+        """Asks the window manager to close the active window, as its close button does."""
+        press("alt+F4")
+
+    def kill(self):
+        """Ends the program with no chance to save, once the last change may be relied upon."""
+        time.sleep(STORED_WITHIN)
+        self.case.assertEqual(self.output(), "")
+        self.process.send_signal(signal.SIGKILL)
+        self.case.assertEqual(self.wait_for_end(), -signal.SIGKILL)
+
+    def terminate(self):
+        self.process.send_signal(signal.SIGTERM)
+
+    def output(self):
+        self.errors.seek(0)
+        return self.errors.read()
+
+    # When it fails
+
+    def _leave_evidence(self):
+        folder = self.case.evidence
+        folder.mkdir(parents=True, exist_ok=True)
+        name = folder / self.case.id().rpartition(".")[2]
+        subprocess.run(["import", "-silent", "-window", "root", f"{name}.png"], check=False)
+        with open(f"{name}.txt", "w", encoding="utf-8") as file:
+            file.write(f"Written by the program:\n{self.output()}\nAccessibility tree:\n")
+            with contextlib.suppress(GLib.Error):
+                self._dump(self.root(), file)
+        print(f"See {name}.png and {name}.txt", file=sys.stderr)
+
+    def _dump(self, node, file, depth=0):
+        if node is None:
+            return
+        states = [state.value_nick for state in node.get_state_set().get_states()]
+        place = extents(node) if "Component" in node.get_interfaces() else ""
+        file.write(f'{"  " * depth}{node.get_role_name()} "{node.get_name()}" '
+                   f'"{node.get_description()}" {place} {" ".join(states)}\n')
+        for index in range(node.get_child_count()):
+            self._dump(node.get_child_at_index(index), file, depth + 1)
+
+
+class Story(unittest.TestCase):
+    """A test case in a home directory of its own; its methods are named shouldDoThis."""
+
+    executable = None
+    evidence = None
+    program = Program
+
+    def setUp(self):
+        self.home = pathlib.Path(tempfile.mkdtemp(prefix="home-"))
+        self.addCleanup(shutil.rmtree, self.home)
+
+    @contextlib.contextmanager
+    def running(self):
+        """The program from its window's appearance on."""
+        with self.program(self) as program:
+            program.see_window()
+            yield program
+
+    def environment(self):
+        kept = ("PATH", "DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "XDG_RUNTIME_DIR", "TZ",
+                "ASAN_OPTIONS", "UBSAN_OPTIONS")
+        return {name: os.environ[name] for name in kept if name in os.environ} | {
+            "HOME": str(self.home), "LC_ALL": "C.UTF-8", "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"}
+
+
+def main():
+    """Runs the stories of the calling script: SCRIPT PROGRAM EVIDENCE_FOLDER [unittest's own]."""
+    Story.executable, Story.evidence = sys.argv[1], pathlib.Path(sys.argv[2])
+    shutil.rmtree(Story.evidence, ignore_errors=True)
+
+    # Noon, more or less, wherever this runs: no day ends in the middle of a story.
+    hours_to_noon = 12 - datetime.datetime.now(datetime.timezone.utc).hour
+    os.environ["TZ"] = f"Etc/GMT{-hours_to_noon:+d}"
+    time.tzset()
+    # So that xdotool need not invent keys for the Danish letters.
+    subprocess.run(["setxkbmap", "dk"], check=True)
+
+    Atspi.init()
+    Atspi.get_desktop(0).set_cache_mask(Atspi.Cache.NONE)
+    loader = unittest.TestLoader()
+    loader.testMethodPrefix = "should"
+    unittest.main(module="__main__", argv=[sys.argv[0], *sys.argv[3:]], testLoader=loader,
+                  verbosity=2)
