@@ -10,6 +10,7 @@ import TimeTracker.Views.Day
 Window {
     id: window
 
+    required property Clock clock
     required property TimerManager timerManager
     required property ModelContext modelContext
 
@@ -25,6 +26,7 @@ Window {
         id: content
 
         anchors.fill: parent
+        clock: window.clock
         timerManager: window.timerManager
         modelContext: window.modelContext
     }

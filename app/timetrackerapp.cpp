@@ -21,7 +21,8 @@ void TimeTrackerApp::show()
 {
     m_engine.addImportPath(u"qrc:/qt/qml"_s);
     m_engine.setInitialProperties(
-        {{u"timerManager"_s, QVariant::fromValue(&m_timerManager)},
+        {{u"clock"_s, QVariant::fromValue(&m_clock)},
+         {u"timerManager"_s, QVariant::fromValue(&m_timerManager)},
          {u"modelContext"_s, QVariant::fromValue(&m_sharedModelContainer->mainContext())}});
     m_engine.load(u"qrc:/qt/qml/TimeTracker/App/MainWindow.qml"_s);
     if (m_engine.rootObjects().isEmpty())

@@ -63,7 +63,7 @@ void TimerManager::syncActiveTask(const TaskList &tasks)
     }
 }
 
-void TimerManager::navigateToDate(Instant date)
+void TimerManager::navigateToDate(double date)
 {
     setSelectedDate(m_clock.calendar().startOfDay(date));
 }

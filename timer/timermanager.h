@@ -54,7 +54,7 @@ public:
     void syncActiveTask(const TaskList &tasks);
 
     /// Selects the day that @p date lies in.
-    void navigateToDate(Instant date);
+    Q_INVOKABLE void navigateToDate(double date);
     Q_INVOKABLE void goToPreviousDay();
     Q_INVOKABLE void goToNextDay();
     Q_INVOKABLE void goToToday();

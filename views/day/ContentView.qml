@@ -5,11 +5,13 @@ import TimeTracker.Model
 import TimeTracker.Timer
 import TimeTracker.Views.Controls
 import TimeTracker.Views.Day
+import TimeTracker.Views.Sidebar
 
 /// The main window's content: one day, and the side column.
 FocusScope {
     id: content
 
+    required property Clock clock
     required property TimerManager timerManager
     required property ModelContext modelContext
 
@@ -117,6 +119,55 @@ FocusScope {
         width: 180
         height: parent.height
         color: Theme.controlBackground
+
+        // The panels share what the calendar leaves.
+        readonly property real panelHeight: (height - calendar.height - 2) / 2
+
+        CalendarView {
+            id: calendar
+
+            objectName: "calendar"
+            width: parent.width
+            height: implicitHeight
+            clock: content.clock
+            selectedDate: content.timerManager.selectedDate
+            onDateSelected: date => content.timerManager.navigateToDate(date)
+        }
+
+        Divider {
+            id: templatesDivider
+
+            anchors.top: calendar.bottom
+            width: parent.width
+            opacity: 0.5
+        }
+
+        TemplateListView {
+            id: templates
+
+            objectName: "templates"
+            anchors.top: templatesDivider.bottom
+            width: parent.width
+            height: Math.floor(sideColumn.panelHeight)
+            modelContext: content.modelContext
+            onAddTask: name => viewModel.addTaskFromTemplate(name)
+        }
+
+        Divider {
+            id: codesDivider
+
+            anchors.top: templates.bottom
+            width: parent.width
+            opacity: 0.5
+        }
+
+        ProjectCodeListView {
+            objectName: "projectCodes"
+            anchors.top: codesDivider.bottom
+            anchors.bottom: parent.bottom
+            width: parent.width
+            modelContext: content.modelContext
+        }
     }
 
     Rectangle {

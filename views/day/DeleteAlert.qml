@@ -13,12 +13,6 @@ T.Dialog {
     signal cancelled
     signal deletionConfirmed
 
-    function pressFocused(event: var) {
-        event.accepted = !(event.modifiers & Qt.ControlModifier);
-        if (event.accepted)
-            (cancelButton.activeFocus ? cancelButton : deleteButton).clicked();
-    }
-
     parent: T.Overlay.overlay
     anchors.centerIn: parent
     width: Math.min(360, parent ? parent.width - 40 : 360)
@@ -65,9 +59,22 @@ T.Dialog {
         }
     }
 
-    contentItem: FocusScope {
+    component AlertContent: FocusScope {
+        id: alertContent
+
+        required property string title
+        required property string message
+
+        signal cancelled
+        signal deletionConfirmed
+
+        function pressFocused(event: var) {
+            event.accepted = !(event.modifiers & Qt.ControlModifier);
+            if (event.accepted)
+                (cancelButton.activeFocus ? cancelButton : deleteButton).clicked();
+        }
+
         implicitHeight: column.implicitHeight
-        focus: true
 
         Column {
             id: column
@@ -78,7 +85,7 @@ T.Dialog {
             TextLabel {
                 objectName: "alertTitle"
                 width: parent.width
-                text: alert.title
+                text: alertContent.title
                 font.weight: Font.DemiBold
                 wrapMode: Text.Wrap
             }
@@ -86,7 +93,7 @@ T.Dialog {
             TextLabel {
                 objectName: "alertMessage"
                 width: parent.width
-                text: alert.message
+                text: alertContent.message
                 wrapMode: Text.Wrap
                 maximumLineCount: 12
                 elide: Text.ElideRight
@@ -95,8 +102,8 @@ T.Dialog {
             Row {
                 anchors.right: parent.right
                 spacing: 8
-                Keys.onReturnPressed: event => alert.pressFocused(event)
-                Keys.onEnterPressed: event => alert.pressFocused(event)
+                Keys.onReturnPressed: event => alertContent.pressFocused(event)
+                Keys.onEnterPressed: event => alertContent.pressFocused(event)
 
                 AlertButton {
                     id: cancelButton
@@ -104,7 +111,7 @@ T.Dialog {
                     objectName: "cancelButton"
                     focus: true
                     text: "Annuller"
-                    onClicked: alert.cancelled()
+                    onClicked: alertContent.cancelled()
                 }
 
                 AlertButton {
@@ -113,9 +120,17 @@ T.Dialog {
                     objectName: "deleteConfirmButton"
                     text: "Slet"
                     textColor: Theme.red
-                    onClicked: alert.deletionConfirmed()
+                    onClicked: alertContent.deletionConfirmed()
                 }
             }
         }
+    }
+
+    contentItem: AlertContent {
+        focus: true
+        title: alert.title
+        message: alert.message
+        onCancelled: alert.cancelled()
+        onDeletionConfirmed: alert.deletionConfirmed()
     }
 }

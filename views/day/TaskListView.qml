@@ -108,7 +108,8 @@ ListView {
             edits: viewModel.edits
             modelContext: list.modelContext
             isActive: entry.object?.isRunning ?? false
-            isSelected: entry.index === list.selectedTaskIndex
+            // A row that fades out has the index -1, as no selection has.
+            isSelected: entry.index >= 0 && entry.index === list.selectedTaskIndex
             onToggle: viewModel.toggle(entry.object)
             onDeleteRequested: list.deleteRequested(entry.object)
             onSelect: list.selectTask(entry.index)

@@ -76,8 +76,11 @@ bool ContentKeys::belongsToFocus(const QKeyEvent &event) const
         return false;
     if (!m_content->isAncestorOf(focus))
         return true;
+    // A text field gives up the shortcuts that mean nothing in it. Ctrl+Left goes back a word.
     if (focus->inherits("QQuickTextInput"))
-        return !event.modifiers().testFlag(Qt::ControlModifier);
+        return !event.modifiers().testFlag(Qt::ControlModifier) ||
+               !(isLowerCaseT(event) || event.key() == Qt::Key_Return ||
+                 event.key() == Qt::Key_Enter);
     // Of a control that Tab has reached, Space is the only key.
     return focus->activeFocusOnTab() && event.key() == Qt::Key_Space;
 }

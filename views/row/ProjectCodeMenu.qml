@@ -21,12 +21,50 @@ T.Menu {
 
     signal codeChosen(var code)
 
+    component EntryContent: Item {
+        id: content
+
+        required property string text
+        required property font font
+        required property bool isChecked
+
+        implicitWidth: label.implicitWidth + 8 + check.width
+        implicitHeight: label.implicitHeight
+
+        TextLabel {
+            id: label
+
+            anchors.left: parent.left
+            anchors.right: check.left
+            anchors.rightMargin: 8
+            anchors.verticalCenter: parent.verticalCenter
+            text: content.text
+            font: content.font
+            maximumLineCount: 1
+            elide: Text.ElideRight
+            showsWholeTextWhenElided: true
+            Accessible.ignored: true
+        }
+
+        SymbolImage {
+            id: check
+
+            objectName: "checkmark"
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            visible: content.isChecked
+            name: "checkmark"
+            fontSize: 12
+            color: Theme.primary
+        }
+    }
+
     component Entry: T.MenuItem {
         id: entry
 
         objectName: "menuEntry"
-        implicitWidth: label.implicitWidth + menu.entryMargins
-        implicitHeight: label.implicitHeight + topPadding + bottomPadding
+        implicitWidth: implicitContentWidth + leftPadding + rightPadding
+        implicitHeight: implicitContentHeight + topPadding + bottomPadding
         leftPadding: 12
         rightPadding: 8
         font.pixelSize: 13
@@ -37,33 +75,10 @@ T.Menu {
         Accessible.checked: checked
         Accessible.onPressAction: triggered()
 
-        contentItem: Item {
-            TextLabel {
-                id: label
-
-                anchors.left: parent.left
-                anchors.right: check.left
-                anchors.rightMargin: 8
-                anchors.verticalCenter: parent.verticalCenter
-                text: entry.text
-                font: entry.font
-                maximumLineCount: 1
-                elide: Text.ElideRight
-                showsWholeTextWhenElided: true
-                Accessible.ignored: true
-            }
-
-            SymbolImage {
-                id: check
-
-                objectName: "checkmark"
-                anchors.right: parent.right
-                anchors.verticalCenter: parent.verticalCenter
-                visible: entry.checked
-                name: "checkmark"
-                fontSize: 12
-                color: Theme.primary
-            }
+        contentItem: EntryContent {
+            text: entry.text
+            font: entry.font
+            isChecked: entry.checked
         }
 
         background: Rectangle {

@@ -1,6 +1,8 @@
 #include "../../support/qmltest.h"
 #include "../../support/teststore.h"
+#include "model/projectcode.h"
 #include "model/tasklist.h"
+#include "model/tasktemplate.h"
 #include "timer/timermanager.h"
 #include "views/controls/theme.h"
 
@@ -8,6 +10,7 @@
 #include <QGuiApplication>
 #include <QQuickItem>
 #include <QTest>
+#include <QWheelEvent>
 
 #include <algorithm>
 #include <cmath>
@@ -36,7 +39,8 @@ private:
         {
             window = std::make_unique<qmltest::Window>(
                 QByteArray("import TimeTracker.Views.Day\nContentView {}"), size,
-                QVariantMap{{u"timerManager"_s, QVariant::fromValue(&timer)},
+                QVariantMap{{u"clock"_s, QVariant::fromValue(&clock)},
+                            {u"timerManager"_s, QVariant::fromValue(&timer)},
                             {u"modelContext"_s, QVariant::fromValue(&store.context())}});
             window->hover({1, 1});
         }
@@ -396,6 +400,7 @@ private Q_SLOTS:
         // it fades out as it was, though its task is gone
         QTRY_VERIFY(removed->opacity() < 0.9);
         QCOMPARE(text(findItem(removed, u"nameText"_s)), u"Opgave 1"_s);
+        QVERIFY(!findItem(removed, u"rowBorder"_s)->isVisible());
         QTRY_VERIFY(!removed);
         QTRY_COMPARE(f.rows().at(0)->mapToScene({}).y(), f.place("taskList").top() + 4);
         QCOMPARE(f.names(), (QStringList{u"Opgave 2"_s, u"Unavngivet opgave"_s}));
@@ -642,7 +647,8 @@ private Q_SLOTS:
         TimerManager another(f.clock, 1h);
         const qmltest::Window window(
             QByteArray("import TimeTracker.Views.Day\nContentView {}"), {650, 450},
-            QVariantMap{{u"timerManager"_s, QVariant::fromValue(&another)},
+            QVariantMap{{u"clock"_s, QVariant::fromValue(&f.clock)},
+                        {u"timerManager"_s, QVariant::fromValue(&another)},
                         {u"modelContext"_s, QVariant::fromValue(&f.store.context())}});
         QCOMPARE(another.activeTaskID().value(), f.tasks().at(0)->id());
     }
@@ -661,6 +667,142 @@ private Q_SLOTS:
         QTRY_VERIFY(f.window->colorAt({100, 60}).lightness() < 100);
         QGuiApplication::setPalette(before);
         QTRY_COMPARE(f.window->colorAt({100, 60}), light);
+    }
+
+    void shouldStackTheSideColumn()
+    {
+        const Fixture f;
+        const QRectF side = f.place("sideColumn");
+        const QRectF calendar = f.place("calendar");
+        const QRectF templates = f.place("templates");
+        const QRectF codes = f.place("projectCodes");
+        QCOMPARE(calendar.topLeft(), side.topLeft());
+        for (const QRectF &part : {calendar, templates, codes})
+            QCOMPARE(part.width(), 180.0);
+        QCOMPARE(templates.top(), calendar.bottom() + 1);
+        QCOMPARE(codes.top(), templates.bottom() + 1);
+        QCOMPARE(codes.bottom(), side.bottom());
+        QVERIFY(std::abs(templates.height() - codes.height()) <= 1);
+    }
+
+    void shouldShowTheDayThatIsClickedInTheCalendar()
+    {
+        Fixture f(2);
+        f.press(Qt::Key_Down);
+        const auto cells = findItems(f.item("calendar"), u"dayCell"_s);
+        // November 2026 begins on a Sunday
+        f.click(cells.at(6 + 9));
+        QCOMPARE(text(f.item("dateText")), u"tirsdag 10. november 2026"_s);
+        QCOMPARE(f.selectedRow(), -1);
+        // the keys are still the day's
+        f.press(Qt::Key_Right);
+        QCOMPARE(text(f.item("dateText")), u"onsdag 11. november 2026"_s);
+    }
+
+    void shouldMakeATaskFromATemplateWithOneClick()
+    {
+        Fixture f;
+        f.store.insert<TaskTemplate>(u"Daglig status"_s);
+        f.timer.goToNextDay();
+        QTRY_VERIFY(f.maybe("templateButton"));
+        f.click("templateButton");
+        QTRY_COMPARE(f.names(), QStringList{u"Daglig status"_s});
+        QCOMPARE(f.tasks().at(0)->date(), f.clock.at(u"2026-11-21T00:00:00"_s));
+        // the keys are still the day's
+        f.press(Qt::Key_Down);
+        QCOMPARE(f.selectedRow(), 0);
+    }
+
+    void shouldLeaveATextFieldOfTheSideColumnEveryKeyWithoutCtrl()
+    {
+        Fixture f(2);
+        f.click(findItem(f.item("templates"), u"plusButton"_s));
+        QQuickItem *const field = findItem(f.item("templates"), u"nameField"_s);
+        QVERIFY(field);
+        QVERIFY(field->hasActiveFocus());
+        QVERIFY(!f.timer.isEditing());
+        f.type(u"a b"_s);
+        for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down,
+                                  Qt::Key_Home, Qt::Key_Left, Qt::Key_Left}) {
+            f.press(key);
+        }
+        // by words, not by days
+        f.press(Qt::Key_Right, Qt::ControlModifier);
+        f.press(Qt::Key_Left, Qt::ControlModifier);
+        QCOMPARE(text(field), u"a b"_s);
+        QVERIFY(f.timer.isToday());
+        QCOMPARE(f.selectedRow(), -1);
+        QVERIFY(f.running().isEmpty());
+
+        // but the two shortcuts act
+        f.press(Qt::Key_Return, Qt::ControlModifier);
+        QCOMPARE(f.tasks().size(), 3);
+        f.timer.goToNextDay();
+        QTest::keyClick(f.window.get(), 't', Qt::ControlModifier);
+        QVERIFY(f.timer.isToday());
+        QCOMPARE(text(field), u"a b"_s);
+
+        // and Escape goes back to the day
+        f.press(Qt::Key_Escape);
+        f.press(Qt::Key_Down);
+        QCOMPARE(f.selectedRow(), 0);
+    }
+
+    void shouldGiveTheKeysBackWhenATemplateHasBeenAdded()
+    {
+        Fixture f(2);
+        f.click(findItem(f.item("templates"), u"plusButton"_s));
+        f.type(u"Ny"_s);
+        f.press(Qt::Key_Return);
+        QTRY_VERIFY(f.maybe("templateButton"));
+        QCOMPARE(f.tasks().size(), 2);
+        f.press(Qt::Key_Down);
+        QCOMPARE(f.selectedRow(), 0);
+    }
+
+    void shouldTakeNoKeyWhileAMenuIsOpen()
+    {
+        Fixture f(2);
+        f.click(f.inRow(0, "picker"));
+        QTRY_VERIFY(f.maybe("menuEntry"));
+        f.press(Qt::Key_Left);
+        f.press(Qt::Key_Return, Qt::ControlModifier);
+        QTest::keyClick(f.window.get(), 't', Qt::ControlModifier);
+        QVERIFY(f.timer.isToday());
+        f.press(Qt::Key_Escape);
+        QTRY_VERIFY(!f.maybe("menuEntry"));
+        QCOMPARE(f.tasks().size(), 2);
+        f.press(Qt::Key_Down);
+        QCOMPARE(f.selectedRow(), 0);
+    }
+
+    void shouldReachEveryButtonOfThePanelsInTheSmallestWindow()
+    {
+        Fixture f(1, {550, 350});
+        for (int i = 0; i < 10; ++i) {
+            f.store.insert<TaskTemplate>(u"Skabelon %1"_s.arg(i), i);
+            f.store.insert<ProjectCode>(u"KODE-%1"_s.arg(i), u"Kunde"_s, i);
+        }
+        for (const char *panel : {"templates", "projectCodes"}) {
+            f.click(findItem(f.item(panel), u"plusButton"_s));
+            const QRectF frame = f.place(panel);
+            for (const char *button : {"addButton", "cancelButton"}) {
+                const QQuickItem *const item = findItem(f.item(panel), QString::fromLatin1(button));
+                QVERIFY2(item, button);
+                // the wheel brings it into the panel's share
+                for (int turn = 0; turn < 20 && !frame.contains(item->mapRectToScene(
+                                                    QRectF(0, 0, item->width(), item->height())));
+                     ++turn) {
+                    QWheelEvent wheel(frame.center(), f.window->mapToGlobal(frame.center()), {},
+                                      {0, -120}, {}, {}, Qt::NoScrollPhase, false);
+                    QCoreApplication::sendEvent(f.window.get(), &wheel);
+                    QCoreApplication::processEvents();
+                }
+                QTRY_VERIFY2(frame.contains(
+                                 item->mapRectToScene(QRectF(0, 0, item->width(), item->height()))),
+                             button);
+            }
+        }
     }
 
     void shouldNameItsControls()

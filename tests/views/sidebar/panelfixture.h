@@ -1,0 +1,153 @@
+#pragma once
+
+#include "model/livequery.h"
+#include "tests/support/qmltest.h"
+#include "tests/support/teststore.h"
+#include "views/controls/theme.h"
+
+#include <QAccessible>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QQuickItem>
+#include <QTest>
+#include <QWheelEvent>
+
+#include <algorithm>
+
+/// A panel in a window, 180 wide, with a focus to return to. A signal `addTask` of the panel is
+/// written down, as is Escape.
+class PanelFixture
+{
+public:
+    /// @p panel is the QML type. The panel gets @p height, the window is higher.
+    void show(const QByteArray &panel, int height)
+    {
+        window = std::make_unique<qmltest::Window>(
+            QByteArray(R"(
+                import QtQuick
+                import TimeTracker.Model
+                import TimeTracker.Views.Controls
+                import TimeTracker.Views.Sidebar
+                Rectangle {
+                    id: root
+                    required property ModelContext modelContext
+                    required property double panelHeight
+                    property var added: []
+                    property var keys: []
+                    color: Theme.controlBackground
+                    FocusScope {
+                        anchors.fill: parent
+                        focus: true
+                        Keys.onPressed: event => {
+                            if (event.key !== Qt.Key_Tab)
+                                root.keys = root.keys.concat(event.key);
+                        }
+                        Item { objectName: "elsewhere"; focus: true }
+                        %1 {
+                            objectName: "panel"
+                            width: 180
+                            height: root.panelHeight
+                            modelContext: root.modelContext
+                            Component.onCompleted: if (panel.addTask)
+                                panel.addTask.connect(name => root.added = root.added.concat(name))
+                            id: panel
+                        }
+                    }
+                })")
+                .replace("%1", panel),
+            QSize(180, 400),
+            QVariantMap{{QStringLiteral("modelContext"), QVariant::fromValue(&store.context())},
+                        {QStringLiteral("panelHeight"), height}});
+        window->hover({1, 399});
+    }
+
+    QQuickItem *root() const { return window->rootObject(); }
+    QQuickItem *item(const char *name) const { return window->item(QString::fromLatin1(name)); }
+    /// The item of that name, or null.
+    QQuickItem *maybe(const char *name) const
+    {
+        return qmltest::findItem(root(), QString::fromLatin1(name));
+    }
+    static QRectF place(const QQuickItem *item)
+    {
+        return item->mapRectToScene(QRectF(0, 0, item->width(), item->height()));
+    }
+    QRectF place(const char *name) const { return place(item(name)); }
+    static QFont font(const QQuickItem *item) { return item->property("font").value<QFont>(); }
+    static QString text(const QQuickItem *item) { return item->property("text").toString(); }
+    static QColor color(const QQuickItem *item) { return item->property("color").value<QColor>(); }
+
+    /// The entries that are there, from top to bottom.
+    QList<QQuickItem *> entries() const
+    {
+        QList<QQuickItem *> entries;
+        for (QQuickItem *mark : qmltest::findItems(item("panelList"), QStringLiteral("deleteMark")))
+            entries << mark->parentItem();
+        std::sort(entries.begin(), entries.end(), [](const QQuickItem *a, const QQuickItem *b) {
+            return a->mapToScene({}).y() < b->mapToScene({}).y();
+        });
+        return entries;
+    }
+    QQuickItem *inEntry(int row, const char *name) const
+    {
+        return qmltest::findItem(entries().at(row), QString::fromLatin1(name));
+    }
+
+    void click(const QQuickItem *target) const
+    {
+        QTest::mouseClick(window.get(), Qt::LeftButton, {}, qmltest::centre(target));
+    }
+    void click(const char *name) const { click(item(name)); }
+    void hover(const QQuickItem *target) const { window->hover(qmltest::centre(target)); }
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) const
+    {
+        QTest::keyClick(window.get(), key, modifiers);
+    }
+    void type(const QString &text) const
+    {
+        for (const QChar character : text)
+            QTest::sendKeyEvent(QTest::Click, window.get(),
+                                character == QLatin1Char(' ') ? Qt::Key_Space : Qt::Key_unknown,
+                                character, {});
+    }
+    void paste(const QString &text) const
+    {
+        QGuiApplication::clipboard()->setText(text);
+        QTest::keyClick(window.get(), Qt::Key_V, Qt::ControlModifier);
+    }
+    /// Turns the mouse wheel far at @p point.
+    void scrollDown(const QPoint &point) const
+    {
+        QWheelEvent wheel(point, window->mapToGlobal(point), {}, {0, -2400}, Qt::NoButton, {},
+                          Qt::NoScrollPhase, false);
+        wheel.setTimestamp(1'000'000); // later than all clicks
+        QCoreApplication::sendEvent(window.get(), &wheel);
+    }
+    /// The keys that reached what is around the panel.
+    QVariantList keys() const { return root()->property("keys").toList(); }
+    QStringList added() const { return root()->property("added").toStringList(); }
+
+    template<class T>
+    QList<T *> records()
+    {
+        return LiveQuery<T>(store.context(), allRecords(), QueryOrder::SortOrder).results();
+    }
+
+    static QAccessibleInterface *accessible(QQuickItem *item)
+    {
+        return QAccessible::queryAccessibleInterface(item);
+    }
+    static QString accessibleName(QQuickItem *item)
+    {
+        return accessible(item)->text(QAccessible::Name);
+    }
+    static void pressAccessibly(QQuickItem *item)
+    {
+        accessible(item)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    }
+
+    qmltest::WarningsAreFailures guard;
+    FakeClock clock;
+    TestStore store{clock, {std::chrono::hours(1), std::chrono::hours(1)}};
+    std::unique_ptr<qmltest::Window> window;
+};

@@ -1,0 +1,393 @@
+#include "tests/support/fakeclock.h"
+#include "tests/support/qmltest.h"
+#include "views/controls/theme.h"
+
+#include <QAccessible>
+#include <QQuickItem>
+#include <QTest>
+
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+using qmltest::centre;
+using qmltest::findItems;
+
+/// The calendar in a window, used with mouse and keys.
+class TestCalendarView : public QObject
+{
+    Q_OBJECT
+
+private:
+    struct Fixture {
+        explicit Fixture(const QString &selected = u"2026-11-18T00:00:00"_s,
+                         const QString &now = u"2026-11-20T08:00:00"_s)
+            : clock(now)
+        {
+            window = std::make_unique<qmltest::Window>(
+                QByteArray(R"(
+                    import QtQuick
+                    import TimeTracker.Model
+                    import TimeTracker.Views.Controls
+                    import TimeTracker.Views.Sidebar
+                    Rectangle {
+                        id: root
+                        required property Clock clock
+                        required property double selectedDate
+                        property bool isFollowing: true
+                        property var picked: []
+                        color: Theme.controlBackground
+                        FocusScope {
+                            anchors.fill: parent
+                            focus: true
+                            Item { objectName: "elsewhere"; focus: true }
+                            CalendarView {
+                                objectName: "calendar"
+                                width: 180
+                                height: implicitHeight
+                                clock: root.clock
+                                selectedDate: root.selectedDate
+                                onDateSelected: date => {
+                                    root.picked = root.picked.concat(date);
+                                    if (root.isFollowing)
+                                        root.selectedDate = date;
+                                }
+                            }
+                        }
+                    })"),
+                QSize(180, 240),
+                QVariantMap{{u"clock"_s, QVariant::fromValue<Clock *>(&clock)},
+                            {u"selectedDate"_s, clock.at(selected)}});
+            window->hover({1, 239});
+        }
+
+        QQuickItem *root() const { return window->rootObject(); }
+        QQuickItem *item(const char *name) const { return window->item(QString::fromLatin1(name)); }
+        QRectF place(const QQuickItem *item) const
+        {
+            return item->mapRectToScene(QRectF(0, 0, item->width(), item->height()));
+        }
+        QString title() const { return item("monthTitle")->property("text").toString(); }
+        /// The cells that are seen.
+        QList<QQuickItem *> cells() const
+        {
+            QList<QQuickItem *> cells = findItems(root(), u"dayCell"_s);
+            cells.removeIf([](const QQuickItem *cell) { return !cell->isVisible(); });
+            return cells;
+        }
+        QQuickItem *cell(int day) const
+        {
+            for (QQuickItem *cell : cells()) {
+                if (cell->property("day").toInt() == day)
+                    return cell;
+            }
+            QTest::qFail("no such day", __FILE__, __LINE__);
+            return nullptr;
+        }
+        static QQuickItem *label(const QQuickItem *cell)
+        {
+            return cell->property("contentItem").value<QQuickItem *>();
+        }
+        static QFont font(const QQuickItem *text) { return text->property("font").value<QFont>(); }
+        QList<int> selected() const
+        {
+            QList<int> days;
+            for (const QQuickItem *cell : cells()) {
+                if (cell->property("isSelected").toBool())
+                    days.append(cell->property("day").toInt());
+            }
+            return days;
+        }
+        QVariantList picked() const { return root()->property("picked").toList(); }
+        void click(const QQuickItem *item) const
+        {
+            QTest::mouseClick(window.get(), Qt::LeftButton, {}, centre(item));
+        }
+        void click(const char *name) const { click(item(name)); }
+        void select(const QString &time) const
+        {
+            root()->setProperty("selectedDate", clock.at(time));
+        }
+
+        qmltest::WarningsAreFailures guard;
+        FakeClock clock;
+        std::unique_ptr<qmltest::Window> window;
+    };
+
+private Q_SLOTS:
+    void shouldLayOutItsParts()
+    {
+        const Fixture f;
+        const QRectF previous = f.place(f.item("previousMonth"));
+        const QRectF title = f.place(f.item("monthTitle"));
+        const QRectF next = f.place(f.item("nextMonth"));
+        const QRectF grid = f.place(f.item("monthGrid"));
+        const auto headings = findItems(f.root(), u"dayOfWeek"_s);
+
+        QCOMPARE(previous.left(), 12.0 + 4);
+        QCOMPARE(next.right(), 180.0 - 12 - 4);
+        QCOMPARE(title.center().x(), 90.0);
+        QVERIFY(std::abs(previous.center().y() - title.center().y()) <= 0.5);
+        QCOMPARE(std::min(title.top(), previous.top()), 12.0);
+        QCOMPARE(f.item("previousMonth")->property("symbol").toString(), u"chevron.left"_s);
+        QCOMPARE(f.item("nextMonth")->property("symbol").toString(), u"chevron.right"_s);
+        QCOMPARE(f.item("previousMonth")->property("symbolSize").toInt(), 10);
+        QCOMPARE(f.item("nextMonth")->property("symbolSize").toInt(), 10);
+        QCOMPARE(Fixture::font(f.item("monthTitle")).pixelSize(), 12);
+        QCOMPARE(Fixture::font(f.item("monthTitle")).weight(), QFont::DemiBold);
+
+        QCOMPARE(headings.size(), 7);
+        QStringList texts;
+        for (int i = 0; i < 7; ++i) {
+            const QQuickItem *const heading = headings.at(i);
+            texts << heading->property("text").toString();
+            QCOMPARE(Fixture::font(heading).pixelSize(), 9);
+            QCOMPARE(Fixture::font(heading).weight(), QFont::Medium);
+            QCOMPARE(heading->property("color").value<QColor>(), Theme().secondary());
+            QVERIFY(std::abs(f.place(heading).left() - (12 + i * 156 / 7.0)) <= 0.5);
+            QVERIFY(std::abs(f.place(heading).width() - 156 / 7.0) <= 0.5);
+            QCOMPARE(f.place(heading).top(), std::max(title.bottom(), previous.bottom()) + 8);
+            QCOMPARE(f.place(heading).bottom() + 8, grid.top());
+        }
+        QCOMPARE(texts,
+                 (QStringList{u"Ma"_s, u"Ti"_s, u"On"_s, u"To"_s, u"Fr"_s, u"Lø"_s, u"Sø"_s}));
+        QCOMPARE(grid.left(), 12.0);
+        QCOMPARE(grid.width(), 156.0);
+        QCOMPARE(grid.height(), 6 * 22.0 + 5 * 2);
+        QCOMPARE(f.item("calendar")->height(), grid.bottom() + 12);
+    }
+
+    void shouldPlaceTheDaysInSevenEqualColumns()
+    {
+        // given a month that begins on a Sunday
+        const Fixture f;
+        const QRectF grid = f.place(f.item("monthGrid"));
+        QCOMPARE(f.cells().size(), 30);
+        for (int day = 1; day <= 30; ++day) {
+            const int place = 6 + day - 1;
+            const QRectF cell = f.place(f.cell(day));
+            QCOMPARE(cell.size(), QSizeF(22, 22));
+            QCOMPARE(cell.left(), std::round(cell.left()));
+            QVERIFY(std::abs(cell.center().x() - (12 + (place % 7 + 0.5) * 156 / 7.0)) <= 0.5);
+            QCOMPARE(cell.top(), grid.top() + (place / 7) * 24);
+            const QQuickItem *const label = Fixture::label(f.cell(day));
+            QCOMPARE(label->property("text").toString(), QString::number(day));
+            QCOMPARE(Fixture::font(label).pixelSize(), 11);
+            QCOMPARE(label->property("horizontalAlignment").toInt(), int(Qt::AlignHCenter));
+            QCOMPARE(label->property("verticalAlignment").toInt(), int(Qt::AlignVCenter));
+        }
+    }
+
+    void shouldBeAsHighAsItsWeeks_data()
+    {
+        QTest::addColumn<QString>("date");
+        QTest::addColumn<int>("weeks");
+        QTest::newRow("four") << u"2027-02-10T00:00:00"_s << 4;
+        QTest::newRow("five") << u"2026-10-10T00:00:00"_s << 5;
+        QTest::newRow("six") << u"2026-08-10T00:00:00"_s << 6;
+    }
+    void shouldBeAsHighAsItsWeeks()
+    {
+        QFETCH(QString, date);
+        QFETCH(int, weeks);
+        const Fixture f(date);
+        QCOMPARE(f.item("monthGrid")->height(), weeks * 24.0 - 2);
+        const double six = f.item("calendar")->height() + (6 - weeks) * 24;
+        f.select(u"2026-11-01T00:00:00"_s);
+        QCOMPARE(f.item("calendar")->height(), six);
+    }
+
+    void shouldMarkTodayAndTheSelectedDay()
+    {
+        const Fixture f;
+        const Theme theme;
+        const auto colour = [&](int day) {
+            return Fixture::label(f.cell(day))->property("color").value<QColor>();
+        };
+        const auto weight = [&](int day) {
+            return Fixture::font(Fixture::label(f.cell(day))).weight();
+        };
+        const auto fill = [&](int day) {
+            return f.window->colorAt(f.cell(day)->mapToScene({11, 1.5}));
+        };
+        QCOMPARE(colour(18), QColor(Qt::white));
+        QCOMPARE(weight(18), QFont::Normal);
+        QCOMPARE(fill(18), theme.brandAccent());
+        // a circle
+        QCOMPARE(f.window->colorAt(f.cell(18)->mapToScene({1, 1})), theme.controlBackground());
+        QCOMPARE(colour(20), theme.brandAccent());
+        QCOMPARE(weight(20), QFont::Bold);
+        QCOMPARE(fill(20), theme.controlBackground());
+        QCOMPARE(colour(19), theme.primary());
+        QCOMPARE(weight(19), QFont::Normal);
+        QCOMPARE(fill(19), theme.controlBackground());
+        // both at once
+        f.click(f.cell(20));
+        QCOMPARE(colour(20), QColor(Qt::white));
+        QCOMPARE(weight(20), QFont::Bold);
+        QTRY_COMPARE(fill(20), theme.brandAccent());
+        QCOMPARE(colour(18), theme.primary());
+    }
+
+    void shouldReportAClickedDayOnce()
+    {
+        const Fixture f;
+        // anywhere in the cell, its corner too
+        QTest::mouseClick(f.window.get(), Qt::LeftButton, {},
+                          f.cell(3)->mapToScene({1, 1}).toPoint());
+        QCOMPARE(f.picked(), QVariantList{f.clock.at(u"2026-11-03T00:00:00"_s)});
+        QCOMPARE(f.selected(), QList<int>{3});
+        // a click between the rows is none
+        QTest::mouseClick(f.window.get(), Qt::LeftButton, {},
+                          f.cell(3)->mapToScene({11, 23}).toPoint());
+        QCOMPARE(f.picked().size(), 1);
+    }
+
+    void shouldMoveTheMarkOnlyWhenItsOwnerDoes()
+    {
+        const Fixture f;
+        f.root()->setProperty("isFollowing", false);
+        f.click(f.cell(3));
+        QCOMPARE(f.picked().size(), 1);
+        QCOMPARE(f.selected(), QList<int>{18});
+        f.select(u"2026-11-03T00:00:00"_s);
+        QCOMPARE(f.selected(), QList<int>{3});
+        // and a click on the selected day is a click
+        f.click(f.cell(3));
+        QCOMPARE(f.picked().size(), 2);
+    }
+
+    void shouldPageWithTheChevrons()
+    {
+        const Fixture f;
+        f.click("nextMonth");
+        QCOMPARE(f.title(), u"december 2026"_s);
+        QVERIFY(f.selected().isEmpty());
+        QCOMPARE(f.cells().size(), 31);
+        f.click("nextMonth");
+        QCOMPARE(f.title(), u"januar 2027"_s);
+        f.click("previousMonth");
+        f.click("previousMonth");
+        QCOMPARE(f.title(), u"november 2026"_s);
+        QCOMPARE(f.selected(), QList<int>{18});
+        QVERIFY(f.picked().isEmpty());
+        QCOMPARE(Fixture::font(Fixture::label(f.cell(20))).weight(), QFont::Bold);
+        f.click("previousMonth");
+        QCOMPARE(f.title(), u"oktober 2026"_s);
+    }
+
+    void shouldFollowADateSelectedElsewhere()
+    {
+        const Fixture f;
+        f.select(u"2026-12-24T00:00:00"_s);
+        QCOMPARE(f.title(), u"december 2026"_s);
+        QCOMPARE(f.selected(), QList<int>{24});
+        f.click("nextMonth");
+        f.select(u"2027-01-02T00:00:00"_s);
+        QCOMPARE(f.title(), u"januar 2027"_s);
+        QCOMPARE(f.selected(), QList<int>{2});
+    }
+
+    void shouldReportDaysOfAPagedMonth()
+    {
+        const Fixture f;
+        f.click("nextMonth");
+        f.click("nextMonth");
+        f.click(f.cell(31));
+        QCOMPARE(f.picked(), QVariantList{f.clock.at(u"2027-01-31T00:00:00"_s)});
+        QCOMPARE(f.title(), u"januar 2027"_s);
+        QCOMPARE(f.selected(), QList<int>{31});
+    }
+
+    void shouldMoveTodayAtMidnight()
+    {
+        Fixture f;
+        f.clock.set(u"2026-11-21T00:00:00"_s);
+        QCOMPARE(Fixture::font(Fixture::label(f.cell(20))).weight(), QFont::Normal);
+        QCOMPARE(Fixture::font(Fixture::label(f.cell(21))).weight(), QFont::Bold);
+        QCOMPARE(f.selected(), QList<int>{18});
+    }
+
+    void shouldShowEveryTitleWhole()
+    {
+        // given all months of a year
+        const Fixture f(u"2026-01-18T00:00:00"_s);
+        const double height = f.item("monthGrid")->y();
+        for (int month = 0; month < 12; ++month) {
+            const QQuickItem *const title = f.item("monthTitle");
+            QVERIFY2(title->property("contentWidth").toReal() <= title->width(),
+                     qPrintable(f.title()));
+            QCOMPARE(f.item("monthGrid")->y(), height);
+            f.click("nextMonth");
+        }
+    }
+
+    void shouldNotTakeTheFocusByAClick()
+    {
+        const Fixture f;
+        f.click("nextMonth");
+        f.click("previousMonth");
+        f.click(f.cell(3));
+        QVERIFY(f.item("elsewhere")->hasActiveFocus());
+    }
+
+    void shouldPickADayByKey()
+    {
+        const Fixture f;
+        // Tab goes to the chevrons, and then from day to day
+        for (int i = 0; i < 5; ++i)
+            QTest::keyClick(f.window.get(), Qt::Key_Tab);
+        QVERIFY(f.cell(3)->hasActiveFocus());
+        QTest::keyClick(f.window.get(), Qt::Key_Space);
+        QCOMPARE(f.selected(), QList<int>{3});
+        QVERIFY(f.cell(3)->hasActiveFocus());
+    }
+
+    void shouldNotLeaveTheFocusOnADayThatIsGone()
+    {
+        const Fixture f;
+        f.cell(29)->forceActiveFocus(Qt::TabFocusReason);
+        // when the month has fewer rows, and when its place is empty
+        f.select(u"2027-02-10T00:00:00"_s);
+        QVERIFY(f.window->activeFocusItem());
+        QVERIFY(f.window->activeFocusItem()->objectName() != "dayCell"_L1);
+        f.select(u"2026-06-10T00:00:00"_s);
+        QQuickItem *const first = f.cell(1);
+        first->forceActiveFocus(Qt::TabFocusReason);
+        f.select(u"2026-11-10T00:00:00"_s);
+        QVERIFY(!first->hasActiveFocus());
+    }
+
+    void shouldNameItsControls()
+    {
+        const Fixture f;
+        const auto interface = [](QQuickItem *item) {
+            return QAccessible::queryAccessibleInterface(item);
+        };
+        const auto press = [&](QQuickItem *item) {
+            interface(item)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+        };
+        for (const auto &[item, name] : {std::pair{"previousMonth", u"Forrige måned"_s},
+                                         std::pair{"nextMonth", u"Næste måned"_s}}) {
+            QCOMPARE(interface(f.item(item))->role(), QAccessible::Button);
+            QCOMPARE(interface(f.item(item))->text(QAccessible::Name), name);
+        }
+        QCOMPARE(interface(f.item("monthTitle"))->role(), QAccessible::StaticText);
+        QCOMPARE(interface(f.item("monthTitle"))->text(QAccessible::Name), u"november 2026"_s);
+        QCOMPARE(interface(findItems(f.root(), u"dayOfWeek"_s).at(5))->text(QAccessible::Name),
+                 u"Lø"_s);
+        QCOMPARE(interface(f.cell(3))->role(), QAccessible::Button);
+        QCOMPARE(interface(f.cell(3))->text(QAccessible::Name), u"tirsdag 3. november 2026"_s);
+        QVERIFY(!interface(f.cell(3))->state().selected);
+        QVERIFY(interface(f.cell(18))->state().selected);
+        press(f.cell(3));
+        QVERIFY(interface(f.cell(3))->state().selected);
+        QCOMPARE(f.picked().size(), 1);
+        press(f.item("nextMonth"));
+        QCOMPARE(f.title(), u"december 2026"_s);
+        press(f.item("previousMonth"));
+        QCOMPARE(f.title(), u"november 2026"_s);
+    }
+};
+
+QTEST_MAIN(TestCalendarView)
+#include "tst_calendarview.moc"

@@ -1,0 +1,233 @@
+#include "tests/support/fakeclock.h"
+#include "views/sidebar/calendarviewmodel.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+#include <limits>
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+class TestCalendarViewModel : public QObject
+{
+    Q_OBJECT
+
+private:
+    struct Fixture {
+        explicit Fixture(const QString &selected = u"2026-11-20T00:00:00"_s,
+                         const QString &now = u"2026-11-20T08:00:00"_s)
+            : clock(now)
+        {
+            calendar.classBegin();
+            calendar.setClock(&clock);
+            select(selected);
+            calendar.componentComplete();
+        }
+
+        void select(const QString &time) { calendar.setSelectedDate(clock.at(time)); }
+        QVariant at(int place, MonthModel::Role role)
+        {
+            MonthModel *const days = calendar.daysInMonth();
+            return days->data(days->index(place), role);
+        }
+        /// The days of the month that bear a mark.
+        QList<int> marked(MonthModel::Role role)
+        {
+            QList<int> days;
+            for (int place = 0; place < calendar.daysInMonth()->rowCount(); ++place) {
+                if (at(place, role).toBool())
+                    days.append(at(place, MonthModel::DayRole).toInt());
+            }
+            return days;
+        }
+
+        FakeClock clock;
+        CalendarViewModel calendar;
+    };
+
+private Q_SLOTS:
+    void shouldShowTheSelectedMonthAtFirst()
+    {
+        Fixture f(u"2025-03-03T00:00:00"_s);
+        QCOMPARE(f.calendar.title(), u"marts 2025"_s);
+        QCOMPARE(f.marked(MonthModel::IsSelectedRole), QList<int>{3});
+        QVERIFY(f.marked(MonthModel::IsTodayRole).isEmpty());
+    }
+
+    void shouldNameTheMonthInDanish_data()
+    {
+        QTest::addColumn<int>("steps");
+        QTest::addColumn<QString>("title");
+        QTest::newRow("same year") << 0 << u"november 2026"_s;
+        QTest::newRow("next year") << 2 << u"januar 2027"_s;
+        QTest::newRow("may") << 6 << u"maj 2027"_s;
+    }
+    void shouldNameTheMonthInDanish()
+    {
+        QFETCH(int, steps);
+        QFETCH(QString, title);
+        Fixture f;
+        for (int i = 0; i < steps; ++i)
+            f.calendar.nextMonth();
+        QCOMPARE(f.calendar.title(), title);
+    }
+
+    void shouldPageFromLongMonthsToShortOnesWithoutSkippingAny()
+    {
+        Fixture f(u"2027-01-31T00:00:00"_s);
+        QStringList titles;
+        for (int i = 0; i < 12; ++i) {
+            f.calendar.nextMonth();
+            titles << f.calendar.title();
+        }
+        QCOMPARE(titles.mid(0, 3),
+                 (QStringList{u"februar 2027"_s, u"marts 2027"_s, u"april 2027"_s}));
+        QCOMPARE(titles.last(), u"januar 2028"_s);
+        for (int i = 0; i < 13; ++i)
+            f.calendar.previousMonth();
+        QCOMPARE(f.calendar.title(), u"december 2026"_s);
+    }
+
+    void shouldTurnToTheMonthOfADateSelectedElsewhere()
+    {
+        Fixture f;
+        f.select(u"2026-12-01T00:00:00"_s);
+        QCOMPARE(f.calendar.title(), u"december 2026"_s);
+        QCOMPARE(f.marked(MonthModel::IsSelectedRole), QList<int>{1});
+        f.select(u"2025-12-01T00:00:00"_s);
+        QCOMPARE(f.calendar.title(), u"december 2025"_s);
+    }
+
+    void shouldLeaveThePageAloneWhenADateOfTheShownMonthIsSelected()
+    {
+        Fixture f;
+        QSignalSpy turned(&f.calendar, &CalendarViewModel::titleChanged);
+        f.select(u"2026-11-02T00:00:00"_s);
+        QCOMPARE(turned.count(), 0);
+        QCOMPARE(f.marked(MonthModel::IsSelectedRole), QList<int>{2});
+        // also when it was paged to
+        f.calendar.nextMonth();
+        QCOMPARE(turned.count(), 1);
+        f.select(u"2026-12-24T00:00:00"_s);
+        QCOMPARE(turned.count(), 1);
+        QCOMPARE(f.marked(MonthModel::IsSelectedRole), QList<int>{24});
+    }
+
+    void shouldTurnBackWhenAnotherDayOfTheSelectedMonthIsSelected()
+    {
+        Fixture f;
+        f.calendar.nextMonth();
+        f.calendar.nextMonth();
+        f.select(u"2026-11-21T00:00:00"_s);
+        QCOMPARE(f.calendar.title(), u"november 2026"_s);
+    }
+
+    void shouldNotChangeTheSelectionByPaging()
+    {
+        Fixture f;
+        const Instant selected = f.calendar.selectedDate();
+        f.calendar.previousMonth();
+        QVERIFY(f.marked(MonthModel::IsSelectedRole).isEmpty());
+        f.calendar.nextMonth();
+        QCOMPARE(f.calendar.selectedDate(), selected);
+        QCOMPARE(f.marked(MonthModel::IsSelectedRole), QList<int>{20});
+        QCOMPARE(f.marked(MonthModel::IsTodayRole), QList<int>{20});
+    }
+
+    void shouldMarkTheSelectedDayWhateverTheTimeOfDay()
+    {
+        Fixture f(u"2026-11-20T23:59:59"_s);
+        QCOMPARE(f.marked(MonthModel::IsSelectedRole), QList<int>{20});
+    }
+
+    void shouldMoveTheMarkOfTodayWithTheClock()
+    {
+        Fixture f(u"2026-11-20T00:00:00"_s, u"2026-11-30T23:59:59"_s);
+        QCOMPARE(f.marked(MonthModel::IsTodayRole), QList<int>{30});
+        f.clock.advance(1);
+        QVERIFY(f.marked(MonthModel::IsTodayRole).isEmpty());
+        // neither page nor selection follow it
+        QCOMPARE(f.calendar.title(), u"november 2026"_s);
+        QCOMPARE(f.marked(MonthModel::IsSelectedRole), QList<int>{20});
+        f.calendar.nextMonth();
+        QCOMPARE(f.marked(MonthModel::IsTodayRole), QList<int>{1});
+    }
+
+    void shouldGiveTheFirstMomentOfEachDay()
+    {
+        // given a month in which the clock is set back
+        Fixture f(u"2026-10-20T00:00:00"_s);
+        QCOMPARE(f.at(3, MonthModel::DayRole).toInt(), 1);
+        QCOMPARE(f.at(3, MonthModel::DateRole).toDouble(), f.clock.at(u"2026-10-01T00:00:00"_s));
+        QCOMPARE(f.at(27, MonthModel::DateRole).toDouble(), f.clock.at(u"2026-10-25T00:00:00"_s));
+        QCOMPARE(f.at(28, MonthModel::DateRole).toDouble(),
+                 f.at(27, MonthModel::DateRole).toDouble() + 25 * 3600);
+    }
+
+    void shouldNameEachDayInFull()
+    {
+        Fixture f(u"2025-03-20T00:00:00"_s);
+        QCOMPARE(f.at(7, MonthModel::NameRole).toString(), u"mandag 3. marts 2025"_s);
+        QCOMPARE(f.at(0, MonthModel::DayRole).toInt(), 0);
+        QCOMPARE(f.at(0, MonthModel::NameRole).toString(), QString());
+    }
+
+    void shouldKeepThePlacesThatBothMonthsHave()
+    {
+        // given a month of six rows
+        Fixture f(u"2026-08-20T00:00:00"_s);
+        MonthModel *const days = f.calendar.daysInMonth();
+        QCOMPARE(days->rowCount(), 42);
+        QSignalSpy reset(days, &MonthModel::modelReset);
+        QSignalSpy removed(days, &MonthModel::rowsRemoved);
+        QSignalSpy inserted(days, &MonthModel::rowsInserted);
+        // when the next one has five
+        f.calendar.nextMonth();
+        QCOMPARE(days->rowCount(), 35);
+        QCOMPARE(removed.count(), 1);
+        f.calendar.previousMonth();
+        QCOMPARE(days->rowCount(), 42);
+        QCOMPARE(inserted.count(), 1);
+        QCOMPARE(reset.count(), 0);
+    }
+
+    void shouldShowTheMonthOfNowWhileTheSelectedDateIsBeyondTheCalendar_data()
+    {
+        QTest::addColumn<double>("date");
+        QTest::newRow("not a number") << std::numeric_limits<double>::quiet_NaN();
+        QTest::newRow("infinite") << std::numeric_limits<double>::infinity();
+        QTest::newRow("too late") << 1e300;
+    }
+    void shouldShowTheMonthOfNowWhileTheSelectedDateIsBeyondTheCalendar()
+    {
+        QFETCH(double, date);
+        FakeClock clock;
+        CalendarViewModel calendar;
+        calendar.setClock(&clock);
+        calendar.setSelectedDate(date);
+        calendar.componentComplete();
+        QCOMPARE(calendar.title(), u"november 2026"_s);
+        QCOMPARE(calendar.daysInMonth()->rowCount(), 42);
+    }
+
+    void shouldNotCrashWhileItHasNoClock()
+    {
+        CalendarViewModel calendar;
+        calendar.setSelectedDate(0);
+        calendar.componentComplete();
+        calendar.nextMonth();
+        QCOMPARE(calendar.title(), QString());
+        QCOMPARE(calendar.daysInMonth()->rowCount(), 0);
+
+        auto clock = std::make_unique<FakeClock>();
+        calendar.setClock(clock.get());
+        QCOMPARE(calendar.title(), u"januar 1970"_s);
+        clock.reset();
+        calendar.nextMonth();
+        QCOMPARE(calendar.title(), u"januar 1970"_s);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestCalendarViewModel)
+#include "tst_calendarviewmodel.moc"

@@ -1,0 +1,313 @@
+#include "model/livequery.h"
+#include "tests/support/teststore.h"
+#include "views/sidebar/projectcodelistviewmodel.h"
+#include "views/sidebar/templatelistviewmodel.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace
+{
+
+const QString NoBreakSpace(QChar(0xa0));
+
+QStringList names(TemplateListViewModel &panel)
+{
+    QStringList names;
+    for (QObject *object : panel.rows()->objects())
+        names << static_cast<TaskTemplate *>(object)->name();
+    return names;
+}
+
+QStringList codes(ProjectCodeListViewModel &panel)
+{
+    QStringList codes;
+    for (QObject *object : panel.rows()->objects())
+        codes << static_cast<ProjectCode *>(object)->displayName();
+    return codes;
+}
+
+} // namespace
+
+class TestPanelViewModels : public QObject
+{
+    Q_OBJECT
+
+private:
+    struct Fixture {
+        Fixture()
+        {
+            templates.setModelContext(&store.context());
+            codes.setModelContext(&store.context());
+        }
+
+        TaskTemplate *taskTemplate(int row)
+        {
+            return static_cast<TaskTemplate *>(templates.rows()->objects().at(row));
+        }
+        ProjectCode *code(int row)
+        {
+            return static_cast<ProjectCode *>(codes.rows()->objects().at(row));
+        }
+        void addTemplate(const QString &name)
+        {
+            templates.startAdding();
+            templates.setNewTemplateName(name);
+            templates.addTemplate();
+        }
+        void addCode(const QString &code, const QString &name = {})
+        {
+            codes.startAdding();
+            codes.setNewCode(code);
+            codes.setNewName(name);
+            codes.addProjectCode();
+        }
+
+        FakeClock clock;
+        TestStore store{clock, {1h, 1h}};
+        TemplateListViewModel templates;
+        ProjectCodeListViewModel codes;
+    };
+
+private Q_SLOTS:
+    void shouldListTemplatesBySortOrder()
+    {
+        Fixture f;
+        f.store.insert<TaskTemplate>(u"c"_s, 2);
+        f.store.insert<TaskTemplate>(u"a"_s, 0);
+        TaskTemplate *const b = f.store.insert<TaskTemplate>(u"b"_s, 1);
+        QCOMPARE(names(f.templates), (QStringList{u"a"_s, u"b"_s, u"c"_s}));
+        b->setSortOrder(5);
+        QCOMPARE(names(f.templates), (QStringList{u"a"_s, u"c"_s, u"b"_s}));
+    }
+
+    void shouldSayThatThereIsNoneOnlyWhileTheFormIsClosed()
+    {
+        Fixture f;
+        QSignalSpy changed(&f.templates, &PanelViewModel::showEmptyTextChanged);
+        QVERIFY(f.templates.showEmptyText());
+        f.templates.startAdding();
+        QVERIFY(!f.templates.showEmptyText());
+        f.templates.cancelAdding();
+        QVERIFY(f.templates.showEmptyText());
+        QVERIFY(changed.count() >= 2);
+        f.addTemplate(u"Møde"_s);
+        QVERIFY(!f.templates.showEmptyText());
+        f.templates.deleteTemplate(f.taskTemplate(0));
+        QVERIFY(f.templates.showEmptyText());
+    }
+
+    void shouldAddATrimmedTemplateAtTheEndAndCloseTheForm()
+    {
+        Fixture f;
+        f.addTemplate(u"Frokost"_s);
+        QSignalSpy added(&f.templates, &PanelViewModel::added);
+        f.addTemplate(u"  Møde  "_s);
+        QCOMPARE(names(f.templates), (QStringList{u"Frokost"_s, u"Møde"_s}));
+        QCOMPARE(f.taskTemplate(1)->sortOrder(), 1);
+        QCOMPARE(f.taskTemplate(1)->createdAt(), f.clock.now());
+        QVERIFY(!f.templates.isAdding());
+        QCOMPARE(f.templates.newTemplateName(), QString());
+        QCOMPARE(added, (QList<QVariantList>{{1}}));
+        // and another of that name
+        f.addTemplate(u"Møde"_s);
+        QCOMPARE(names(f.templates), (QStringList{u"Frokost"_s, u"Møde"_s, u"Møde"_s}));
+    }
+
+    void shouldNotAddATemplateOfBlanks_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::newRow("nothing") << QString();
+        QTest::newRow("spaces") << u"   "_s;
+        QTest::newRow("tab") << u"\t"_s;
+        QTest::newRow("no-break spaces") << NoBreakSpace + NoBreakSpace;
+        QTest::newRow("all of Unicode") << u" \u1680\u2000\u2007\u202f\u205f\u3000"_s;
+    }
+    void shouldNotAddATemplateOfBlanks()
+    {
+        QFETCH(QString, text);
+        Fixture f;
+        f.templates.startAdding();
+        f.templates.setNewTemplateName(text);
+        QVERIFY(!f.templates.canAdd());
+        f.templates.addTemplate();
+        QVERIFY(f.templates.isAdding());
+        QCOMPARE(f.templates.newTemplateName(), text);
+        QVERIFY(names(f.templates).isEmpty());
+    }
+
+    void shouldTrimOnlyBlanksAtTheEnds_data()
+    {
+        QTest::addColumn<QString>("entered");
+        QTest::addColumn<QString>("stored");
+        QTest::newRow("no-break space") << NoBreakSpace + u"Møde"_s << u"Møde"_s;
+        QTest::newRow("tabs") << u"\tKaffe\tog kage\t"_s << u"Kaffe\tog kage"_s;
+        QTest::newRow("line breaks stay") << u" \nMøde\n "_s << u"\nMøde\n"_s;
+        QTest::newRow("a line break alone") << u"\n"_s << u"\n"_s;
+        QTest::newRow("emoji") << u" 👩‍💻 "_s << u"👩‍💻"_s;
+        QTest::newRow("right to left") << u" اجتماع "_s << u"اجتماع"_s;
+        QTest::newRow("long") << u" "_s + QString(10000, u'å') << QString(10000, u'å');
+    }
+    void shouldTrimOnlyBlanksAtTheEnds()
+    {
+        QFETCH(QString, entered);
+        QFETCH(QString, stored);
+        Fixture f;
+        f.addTemplate(entered);
+        QCOMPARE(names(f.templates), QStringList{stored});
+        f.addCode(entered, entered);
+        QCOMPARE(f.code(0)->code(), stored);
+        QCOMPARE(f.code(0)->name(), stored);
+        // and it is there after a restart
+        f.templates.setModelContext(nullptr);
+        f.codes.setModelContext(nullptr);
+        f.store.reopen();
+        f.templates.setModelContext(&f.store.context());
+        QCOMPARE(names(f.templates), QStringList{stored});
+    }
+
+    void shouldCountTheListForTheOrderOfANewTemplate()
+    {
+        // given three, the middle one deleted
+        Fixture f;
+        for (const QString &name : {u"a"_s, u"b"_s, u"c"_s})
+            f.addTemplate(name);
+        f.templates.deleteTemplate(f.taskTemplate(1));
+        // when another is added
+        f.addTemplate(u"d"_s);
+        // then two have the same order, and both are listed
+        QCOMPARE(names(f.templates), (QStringList{u"a"_s, u"c"_s, u"d"_s}));
+        QCOMPARE(f.taskTemplate(1)->sortOrder(), 2);
+        QCOMPARE(f.taskTemplate(2)->sortOrder(), 2);
+    }
+
+    void shouldTellWhereARecordWasAdded()
+    {
+        // given an order with a gap
+        Fixture f;
+        f.store.insert<TaskTemplate>(u"last"_s, 10);
+        QSignalSpy added(&f.templates, &PanelViewModel::added);
+        f.addTemplate(u"first"_s);
+        QCOMPARE(added, (QList<QVariantList>{{0}}));
+    }
+
+    void shouldEmptyTheFormEachTimeItIsOpened()
+    {
+        Fixture f;
+        QSignalSpy started(&f.templates, &PanelViewModel::addingStarted);
+        f.templates.startAdding();
+        f.templates.setNewTemplateName(u"Halv"_s);
+        f.templates.startAdding();
+        QVERIFY(f.templates.isAdding());
+        QCOMPARE(f.templates.newTemplateName(), QString());
+        QCOMPARE(started.count(), 2);
+        f.templates.setNewTemplateName(u"Halv"_s);
+        f.templates.cancelAdding();
+        QVERIFY(!f.templates.isAdding());
+        QCOMPARE(f.templates.newTemplateName(), QString());
+
+        f.codes.startAdding();
+        f.codes.setNewCode(u"1"_s);
+        f.codes.setNewName(u"2"_s);
+        f.codes.startAdding();
+        QCOMPARE(f.codes.newCode() + f.codes.newName(), QString());
+        f.codes.setNewCode(u"1"_s);
+        f.codes.setNewName(u"2"_s);
+        f.codes.cancelAdding();
+        QVERIFY(!f.codes.isAdding());
+        QCOMPARE(f.codes.newCode() + f.codes.newName(), QString());
+    }
+
+    void shouldAddATrimmedCodeWithItsNameAtTheEnd()
+    {
+        Fixture f;
+        f.addCode(u"4711"_s);
+        f.addCode(u"\t4712 "_s, u" Support "_s);
+        QCOMPARE(codes(f.codes), (QStringList{u"4711"_s, u"4712 – Support"_s}));
+        QCOMPARE(f.code(1)->sortOrder(), 1);
+        QVERIFY(!f.codes.isAdding());
+        QCOMPARE(f.codes.newCode() + f.codes.newName(), QString());
+    }
+
+    void shouldNotAddACodeOfBlanks()
+    {
+        Fixture f;
+        f.codes.startAdding();
+        f.codes.setNewCode(u"  "_s);
+        f.codes.setNewName(u"Support"_s);
+        QVERIFY(!f.codes.canAdd());
+        f.codes.addProjectCode();
+        QVERIFY(f.codes.isAdding());
+        QCOMPARE(f.codes.newCode(), u"  "_s);
+        QCOMPARE(f.codes.newName(), u"Support"_s);
+        QVERIFY(codes(f.codes).isEmpty());
+    }
+
+    void shouldStoreANameOfBlanksAsNone()
+    {
+        Fixture f;
+        f.addCode(u"4711"_s, u"  "_s + NoBreakSpace);
+        QCOMPARE(f.code(0)->name(), QString());
+        QCOMPARE(f.code(0)->displayName(), u"4711"_s);
+    }
+
+    void shouldKeepTheCaseOfACode()
+    {
+        Fixture f;
+        f.addCode(u"abc"_s);
+        QCOMPARE(f.code(0)->code(), u"abc"_s);
+    }
+
+    void shouldAddACodeThatThereIsAlready()
+    {
+        Fixture f;
+        f.addCode(u"4711"_s);
+        f.addCode(u"4711"_s);
+        QCOMPARE(codes(f.codes), (QStringList{u"4711"_s, u"4711"_s}));
+        QVERIFY(f.code(0)->id() != f.code(1)->id());
+    }
+
+    void shouldLeaveTasksAloneWhenTheirCodeIsDeleted()
+    {
+        Fixture f;
+        f.addCode(u"4711"_s);
+        const Task *const task =
+            f.store.insert<Task>(u"Møde"_s, f.clock.now(), std::optional<QString>(u"4711"_s));
+        f.codes.deleteProjectCode(f.code(0));
+        QVERIFY(codes(f.codes).isEmpty());
+        QCOMPARE(task->projectCode(), std::optional<QString>(u"4711"_s));
+    }
+
+    void shouldFollowRecordsAddedAndDeletedElsewhere()
+    {
+        Fixture f;
+        ProjectCodeListViewModel other;
+        other.setModelContext(&f.store.context());
+        f.addCode(u"4711"_s);
+        QCOMPARE(codes(other), QStringList{u"4711"_s});
+        other.deleteProjectCode(f.code(0));
+        QVERIFY(codes(f.codes).isEmpty());
+    }
+
+    void shouldNotCrashWithoutAStore()
+    {
+        TemplateListViewModel templates;
+        QVERIFY(!templates.showEmptyText());
+        templates.startAdding();
+        templates.setNewTemplateName(u"Møde"_s);
+        templates.addTemplate();
+        templates.deleteTemplate(nullptr);
+        QVERIFY(templates.isAdding());
+        ProjectCodeListViewModel codes;
+        codes.setNewCode(u"4711"_s);
+        codes.addProjectCode();
+        codes.deleteProjectCode(nullptr);
+        QCOMPARE(codes.rows()->count(), 0);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestPanelViewModels)
+#include "tst_panelviewmodels.moc"

@@ -1,0 +1,48 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import TimeTracker.Views.Controls
+
+/// One day of the calendar.
+PlainButton {
+    id: cell
+
+    /// The day of the month.
+    required property int day
+    /// The date in full.
+    required property string name
+    required property bool isSelected
+    required property bool isToday
+
+    readonly property color foregroundColor: isSelected ? "white" : isToday ? Theme.brandAccent : Theme.primary
+    readonly property color backgroundColor: isSelected ? Theme.brandAccent : "transparent"
+
+    signal tap
+
+    width: 22
+    height: 22
+    radius: 11
+    text: name
+    Accessible.selectable: true
+    Accessible.selected: isSelected
+    onClicked: tap()
+
+    // A bare text: there are many cells, and the button says what assistive technology is told.
+    contentItem: Text {
+        text: cell.day
+        textFormat: Text.PlainText
+        renderType: Text.NativeRendering
+        horizontalAlignment: Text.AlignHCenter
+        verticalAlignment: Text.AlignVCenter
+        font.pixelSize: 11
+        font.weight: cell.isToday ? Font.Bold : Font.Normal
+        color: cell.foregroundColor
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        z: -1
+        radius: cell.radius
+        color: cell.backgroundColor
+    }
+}

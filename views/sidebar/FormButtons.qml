@@ -1,0 +1,35 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import TimeTracker.Views.Controls
+
+/// The end of a panel's form: add it or not.
+Row {
+    id: buttons
+
+    required property string addName
+    required property bool canAdd
+
+    signal add
+    signal cancel
+
+    SymbolButton {
+        objectName: "addButton"
+        enabled: buttons.canAdd
+        opacity: enabled ? 1 : 0.4
+        text: buttons.addName
+        symbol: "checkmark"
+        symbolSize: 9
+        symbolColor: Theme.green
+        onClicked: buttons.add()
+    }
+
+    SymbolButton {
+        objectName: "cancelButton"
+        text: "Annuller"
+        symbol: "xmark"
+        symbolSize: 9
+        symbolColor: Theme.red
+        onClicked: buttons.cancel()
+    }
+}

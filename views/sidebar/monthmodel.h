@@ -1,0 +1,51 @@
+#pragma once
+
+#include "model/calendar.h"
+
+#include <QAbstractListModel>
+#include <QDate>
+#include <QtQmlIntegration>
+
+#include <optional>
+#include <vector>
+
+/// The places of a month's grid, in reading order. A place keeps its delegate when the month
+/// changes.
+class MonthModel : public QAbstractListModel
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Belongs to the calendar")
+
+public:
+    enum Role {
+        DayRole = Qt::UserRole + 1, ///< "day": the day of the month, or 0 in an empty place.
+        DateRole,                   ///< "date": the day's first moment.
+        NameRole,                   ///< "name": the date in full, "mandag 3. marts 2025".
+        IsSelectedRole,             ///< "isSelected"
+        IsTodayRole,                ///< "isToday"
+    };
+
+    using QAbstractListModel::QAbstractListModel;
+
+    /// Shows the month that @p month lies in, as @p calendar has it.
+    void setMonth(QDate month, const Calendar &calendar);
+    /// The day to be marked as selected; an invalid date for none.
+    void setSelectedDay(QDate day);
+    /// The day to be marked as today.
+    void setToday(QDate day);
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+private:
+    int count() const { return static_cast<int>(m_grid.size()); }
+    void resize(int newCount);
+    void announce(const QList<int> &roles);
+
+    Calendar m_calendar;
+    std::vector<std::optional<QDate>> m_grid;
+    QDate m_selectedDay;
+    QDate m_today;
+};

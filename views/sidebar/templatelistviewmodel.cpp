@@ -1,0 +1,38 @@
+#include "views/sidebar/templatelistviewmodel.h"
+
+#include "views/controls/trimming.h"
+
+TemplateListViewModel::TemplateListViewModel(QObject *parent)
+    : PanelViewModel(TaskTemplate::type, parent)
+{
+}
+
+void TemplateListViewModel::addTemplate()
+{
+    if (canAdd() && modelContext())
+        add(std::make_unique<TaskTemplate>(modelContext()->clock(),
+                                           trimmedOfBlanks(m_newTemplateName), count()));
+}
+
+void TemplateListViewModel::deleteTemplate(TaskTemplate *taskTemplate)
+{
+    remove(taskTemplate);
+}
+
+void TemplateListViewModel::setNewTemplateName(const QString &name)
+{
+    if (m_newTemplateName == name)
+        return;
+    m_newTemplateName = name;
+    Q_EMIT newTemplateNameChanged();
+}
+
+bool TemplateListViewModel::canAdd() const
+{
+    return !trimmedOfBlanks(m_newTemplateName).isEmpty();
+}
+
+void TemplateListViewModel::clear()
+{
+    setNewTemplateName({});
+}

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "model/tasktemplate.h"
+#include "views/sidebar/panelviewmodel.h"
+
+/// The templates, and the adding and deleting of one.
+class TemplateListViewModel : public PanelViewModel
+{
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(QString newTemplateName READ newTemplateName WRITE setNewTemplateName NOTIFY
+                   newTemplateNameChanged)
+    Q_PROPERTY(bool canAdd READ canAdd NOTIFY newTemplateNameChanged)
+
+public:
+    explicit TemplateListViewModel(QObject *parent = nullptr);
+
+    /// Adds a template of the entered name, without blanks at its ends, and closes the form. Does
+    /// nothing if no name is left.
+    Q_INVOKABLE void addTemplate();
+    Q_INVOKABLE void deleteTemplate(TaskTemplate *taskTemplate);
+
+    const QString &newTemplateName() const { return m_newTemplateName; }
+    void setNewTemplateName(const QString &name);
+    bool canAdd() const;
+
+Q_SIGNALS:
+    void newTemplateNameChanged();
+
+protected:
+    void clear() override;
+
+private:
+    QString m_newTemplateName;
+};
