@@ -111,7 +111,7 @@ QDateTime Calendar::dateTime(QDate day, QTime time) const
 
 QDateTime Calendar::firstMoment(QDate day) const
 {
-    const QDateTime first = m_zone ? day.startOfDay(*m_zone) : day.startOfDay();
+    QDateTime first = m_zone ? day.startOfDay(*m_zone) : day.startOfDay();
     // Where midnight comes twice, Qt may give the second one.
     if (const QDateTime before = first.addMSecs(-1); first.isValid() && before.date() == day)
         return first.addSecs(first.offsetFromUtc() - before.offsetFromUtc());

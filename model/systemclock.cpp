@@ -12,9 +12,20 @@
 
 using namespace Qt::StringLiterals;
 
+namespace
+{
+
+Instant systemTime()
+{
+    return std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch())
+        .count();
+}
+
+} // namespace
+
 SystemClock::SystemClock(Calendar calendar)
     : Clock(std::move(calendar))
-    , m_day(this->calendar().dayOf(now()))
+    , m_day(this->calendar().dayOf(systemTime()))
 {
 #ifdef Q_OS_LINUX
     m_alarm = ::timerfd_create(CLOCK_REALTIME, TFD_NONBLOCK | TFD_CLOEXEC);
@@ -44,13 +55,12 @@ SystemClock::~SystemClock()
 
 Instant SystemClock::now() const
 {
-    return std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch())
-        .count();
+    return systemTime();
 }
 
 void SystemClock::waitForMidnight()
 {
-    const Instant midnight = calendar().dayInterval(now()).end;
+    const Instant midnight = calendar().dayInterval(systemTime()).end;
 #ifdef Q_OS_LINUX
     if (m_alarm >= 0) {
         itimerspec alarm{};
@@ -62,7 +72,7 @@ void SystemClock::waitForMidnight()
     // Suspend and a setting of the clock may make it late or early, but never lose a day.
     constexpr double longest = 3600;
     m_timer.start(std::chrono::milliseconds(
-        static_cast<qint64>(std::clamp(midnight - now(), 0.001, longest) * 1000)));
+        static_cast<qint64>(std::clamp(midnight - systemTime(), 0.001, longest) * 1000)));
 }
 
 void SystemClock::lookAtTheDay()

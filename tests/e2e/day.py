@@ -5,51 +5,13 @@ import tempfile
 import time
 
 import harness
-from harness import STORE, danish_date, is_checked, is_selected, press, seconds, wait_until
+from dayprogram import UNNAMED, DayProgram
+from harness import STORE, danish_date, is_checked, press, wait_until
 
-UNNAMED = "Unavngivet opgave"
 EMPTY = "Ingen opgaver for denne dag"
 FIRST = "Møde på Ærø"
 SECOND = "Kørsel til Ålborg"
 THIRD = "Blåbærgrød"
-
-
-class DayProgram(harness.Program):
-    """The program as the user of the day view sees it."""
-
-    def row(self, name):
-        return self.see("list item", name)
-
-    def rename(self, old, new):
-        self.press_button("Rediger navn", self.row(old))
-        self.fill_in("Opgavenavn", new)
-        self.row(new)
-
-    def clock(self, name):
-        """The seconds that a task's row shows, and the button that shows them."""
-        button = self.see("button", within=self.row(name), description="Klik for at redigere tid")
-        return seconds(button.get_name()), button
-
-    def wait_for_clock(self, name, at_least):
-        wait_until(lambda: self.clock(name)[0] >= at_least,
-                   f'the clock of "{name}" shows {at_least} s')
-
-    def set_clock(self, name, entry):
-        self.click(self.clock(name)[1])
-        self.fill_in("Tid", entry)
-
-    def see_running(self, name):
-        self.see("button", f"Sæt på pause: {name}")
-
-    def see_stopped(self, name):
-        self.see("button", f"Start {name}")
-
-    def see_selected(self, name):
-        wait_until(lambda: [row.get_name() for row in self.all("list item") if is_selected(row)]
-                   == [name], f'"{name}" alone is selected')
-
-    def see_hours(self, name, hours):
-        self.see("text", hours, within=self.row(name))
 
 
 class Day(harness.Story):

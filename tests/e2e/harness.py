@@ -34,6 +34,7 @@ ROLES = {
     "button": {43},
     "field": {Atspi.Role.TEXT, Atspi.Role.ENTRY},
     "list item": {Atspi.Role.LIST_ITEM},
+    "menu item": {Atspi.Role.MENU_ITEM, Atspi.Role.CHECK_MENU_ITEM},
     "radio button": {Atspi.Role.RADIO_BUTTON},
     "text": {Atspi.Role.LABEL},
 }

@@ -38,6 +38,7 @@ ListView {
         show(selectedTaskIndex)
 
     Accessible.role: Accessible.List
+    Accessible.name: "Opgaver"
 
     TaskListViewModel {
         id: viewModel
