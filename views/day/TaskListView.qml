@@ -1,8 +1,10 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
+import QtQuick.Templates as T
 import TimeTracker.Model
 import TimeTracker.Timer
+import TimeTracker.Views.Controls
 import TimeTracker.Views.Day
 import TimeTracker.Views.Row
 
@@ -39,6 +41,12 @@ ListView {
 
     Accessible.role: Accessible.List
     Accessible.name: "Opgaver"
+
+    T.ScrollBar.vertical: OverlayScrollBar {
+    }
+
+    FocusReveal {
+    }
 
     TaskListViewModel {
         id: viewModel

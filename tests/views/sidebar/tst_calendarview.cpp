@@ -168,7 +168,8 @@ private Q_SLOTS:
             QCOMPARE(cell.size(), QSizeF(22, 22));
             QCOMPARE(cell.left(), std::round(cell.left()));
             QVERIFY(std::abs(cell.center().x() - (12 + (place % 7 + 0.5) * 156 / 7.0)) <= 0.5);
-            QCOMPARE(cell.top(), grid.top() + (place / 7) * 24);
+            const int row = place / 7;
+            QCOMPARE(cell.top(), grid.top() + row * 24);
             const QQuickItem *const label = Fixture::label(f.cell(day));
             QCOMPARE(label->property("text").toString(), QString::number(day));
             QCOMPARE(Fixture::font(label).pixelSize(), 11);
