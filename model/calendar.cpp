@@ -78,10 +78,10 @@ std::optional<Instant> Calendar::addingDays(Instant instant, int days) const
     // The clock jumps over that time. Qt's versions resolve it in different ways, so the moment
     // of the jump is sought: the first one at which the wall clock is past the time wanted.
     qint64 before = first.toMSecsSinceEpoch();
-    const QDateTime wanted(day, time, Qt::UTC);
+    const QDateTime wanted(day, time, QTimeZone::utc());
     const auto isPast = [&](qint64 moment) {
         const QDateTime local = dateTime(static_cast<double>(moment) / 1000.0);
-        return QDateTime(local.date(), local.time(), Qt::UTC) >= wanted;
+        return QDateTime(local.date(), local.time(), QTimeZone::utc()) >= wanted;
     };
     if (isPast(before))
         return instantOf(first);
