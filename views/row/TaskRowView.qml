@@ -92,7 +92,7 @@ FocusScope {
         anchors.verticalCenter: parent.verticalCenter
         // Half of what it shares with the name.
         maximumWidth: (time.x - startButton.x - startButton.width - 3 * row.spacing) / 2
-        selectedCode: row.task?.projectCode
+        selectedCode: viewModel.projectCode
         modelContext: row.modelContext
         onCodeChosen: code => row.task.projectCode = code
     }

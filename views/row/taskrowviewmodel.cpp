@@ -61,8 +61,10 @@ void TaskRowViewModel::setTask(Task *task)
     m_task = task;
     if (task) {
         connect(task, &Task::nameChanged, this, &TaskRowViewModel::updateName);
+        connect(task, &Task::projectCodeChanged, this, &TaskRowViewModel::updateProjectCode);
         connect(task, &Record::changed, this, &TaskRowViewModel::updateFigures);
         updateName();
+        updateProjectCode();
         updateFigures();
     }
     Q_EMIT taskChanged();
@@ -127,6 +129,12 @@ void TaskRowViewModel::updateName()
     m_isNamed = !m_task->name().isEmpty();
     m_shownName = m_isNamed ? m_task->name() : u"Unavngivet opgave"_s;
     Q_EMIT nameChanged();
+}
+
+void TaskRowViewModel::updateProjectCode()
+{
+    m_projectCode = m_task->projectCode() ? QVariant(*m_task->projectCode()) : QVariant();
+    Q_EMIT projectCodeChanged();
 }
 
 void TaskRowViewModel::updateFigures()

@@ -23,6 +23,7 @@ class TaskRowViewModel : public QObject, public QQmlParserStatus
 
     Q_PROPERTY(QString shownName READ shownName NOTIFY nameChanged)
     Q_PROPERTY(bool isNamed READ isNamed NOTIFY nameChanged)
+    Q_PROPERTY(QVariant projectCode READ projectCode NOTIFY projectCodeChanged)
     Q_PROPERTY(QString displayedTime READ displayedTime NOTIFY displayedTimeChanged)
     Q_PROPERTY(QString displayedHours READ displayedHours NOTIFY displayedHoursChanged)
 
@@ -54,6 +55,8 @@ public:
     /// The task's name, or what stands for an empty one.
     QString shownName() const { return m_shownName; }
     bool isNamed() const { return m_isNamed; }
+    /// The task's project code; invalid for none.
+    QVariant projectCode() const { return m_projectCode; }
     /// The clock, "01:02:05". Never rounded.
     QString displayedTime() const { return m_displayedTime; }
     /// Hours with two decimals: billable or plain ones, as the timer manager's switch says.
@@ -74,6 +77,7 @@ Q_SIGNALS:
     void timerManagerChanged();
     void editsChanged();
     void nameChanged();
+    void projectCodeChanged();
     void displayedTimeChanged();
     void displayedHoursChanged();
     void isEditingNameChanged();
@@ -86,6 +90,7 @@ Q_SIGNALS:
 
 private:
     void updateName();
+    void updateProjectCode();
     void updateFigures();
     void keepEdit();
     void setIsEditingName(bool isEditing);
@@ -96,6 +101,7 @@ private:
     QPointer<RowEdits> m_edits;
     QString m_shownName;
     bool m_isNamed = false;
+    QVariant m_projectCode;
     QString m_displayedTime;
     QString m_displayedHours;
     RowEdit m_edit;

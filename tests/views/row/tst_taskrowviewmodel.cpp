@@ -188,10 +188,12 @@ private Q_SLOTS:
     {
         Fixture f;
         f.task->setAccumulatedSeconds(60);
+        f.task->setProjectCode(u"4711"_s);
         f.store.context().remove(f.task);
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QTRY_VERIFY(!f.row.task());
         QCOMPARE(f.row.shownName(), u"Møde"_s);
+        QCOMPARE(f.row.projectCode().toString(), u"4711"_s);
         QCOMPARE(f.row.displayedTime(), u"00:01:00"_s);
         f.timer.setShowBillableTime(false);
         f.row.commitTimeEdit();
