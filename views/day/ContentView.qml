@@ -182,9 +182,9 @@ FocusScope {
 
         DeleteAlert {
             message: viewModel.deleteMessage
-            visible: true
             onCancelled: viewModel.cancelDelete()
             onDeletionConfirmed: viewModel.performDelete()
+            Component.onCompleted: open()
         }
     }
 }

@@ -93,11 +93,12 @@ Item {
 
         ProjectCodeMenu {
             y: picker.height + 4
-            visible: true
             selectedCode: picker.selectedCode
             modelContext: picker.modelContext
             onCodeChosen: code => picker.codeChosen(code)
             onClosed: menu.active = false
+            // Not visible from the start: Qt 6.8 wants its parent first.
+            Component.onCompleted: open()
         }
     }
 }

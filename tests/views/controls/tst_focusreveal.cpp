@@ -20,9 +20,8 @@ constexpr auto Area = R"(
         objectName: "area"
         contentHeight: 130
         FocusReveal {}
-        component Button: PlainButton { width: 60; height: 20; text: "Knap" }
-        Button { objectName: "first" }
-        Button { objectName: "second"; y: 20 }
+        PlainButton { width: 60; height: 20; text: "Knap"; objectName: "first" }
+        PlainButton { width: 60; height: 20; text: "Knap"; objectName: "second"; y: 20 }
         ListView {
             objectName: "list"
             y: 50
@@ -30,9 +29,9 @@ constexpr auto Area = R"(
             clip: true
             keyNavigationEnabled: false
             model: 5
-            delegate: Button { objectName: "entry" }
+            delegate: PlainButton { width: 60; height: 20; text: "Knap"; objectName: "entry" }
         }
-        Button { objectName: "last"; y: 110 }
+        PlainButton { width: 60; height: 20; text: "Knap"; objectName: "last"; y: 110 }
     })";
 
 } // namespace

@@ -583,7 +583,8 @@ private Q_SLOTS:
         f.timer.goToPreviousDay();
         QTRY_COMPARE(f.names().first(), u"Opgave 1"_s);
         f.press(Qt::Key_Down);
-        QVERIFY(f.rows().first()->mapToScene({}).y() >= f.place("taskList").top());
+        QTRY_COMPARE(f.rows().first()->mapToScene({}).y(), f.place("taskList").top() + 4);
+        QCOMPARE(f.selectedRow(), 0);
     }
 
     void shouldScrollANewTasksRowIntoView()

@@ -321,6 +321,7 @@ private Q_SLOTS:
         f.type(u"4711"_s);
         f.scrollDown({90, 6});
         QTRY_VERIFY(f.place("cancelButton").bottom() <= 50);
+        QTRY_VERIFY(!f.item("panel")->property("moving").toBool());
         f.click("addButton");
         QCOMPARE(f.names().size(), 4);
         // the page goes back to where the content now ends

@@ -6,7 +6,6 @@
 using namespace Qt::StringLiterals;
 using qmltest::centre;
 using qmltest::findItem;
-using qmltest::findItems;
 
 /// The templates panel, used with mouse and keys.
 class TestTemplateListView : public QObject
