@@ -28,7 +28,7 @@ FocusScope {
         timerManager: content.timerManager
         modelContext: content.modelContext
         onTaskAdded: index => list.show(index)
-        onDayChanged: list.positionViewAtBeginning()
+        onDayChanged: list.showBeginning()
     }
 
     ContentKeys {

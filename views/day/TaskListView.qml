@@ -25,6 +25,14 @@ ListView {
 
     function show(index: int) {
         positionViewAtIndex(index, ListView.Contain);
+        if (index === 0)
+            showBeginning();
+    }
+
+    /// The list's own beginning leaves out the margin above it.
+    function showBeginning() {
+        positionViewAtBeginning();
+        contentY = originY - topMargin;
     }
 
     clip: true

@@ -366,6 +366,7 @@ private Q_SLOTS:
         QVERIFY(f.item("emptyDay")->isVisible());
         f.press(Qt::Key_Right);
         QTRY_COMPARE(f.rows().size(), 2);
+        QTRY_COMPARE(f.rows().first()->mapToScene({}).y(), f.place("taskList").top() + 4);
         QCOMPARE(f.selectedRow(), -1);
         f.press(Qt::Key_Left);
         f.press(Qt::Key_Left);
@@ -583,7 +584,7 @@ private Q_SLOTS:
         f.timer.goToPreviousDay();
         QTRY_COMPARE(f.names().first(), u"Opgave 1"_s);
         f.press(Qt::Key_Down);
-        QTRY_VERIFY(f.rows().first()->mapToScene({}).y() >= f.place("taskList").top());
+        QTRY_COMPARE(f.rows().first()->mapToScene({}).y(), f.place("taskList").top() + 4);
         QCOMPARE(f.selectedRow(), 0);
     }
 
