@@ -15,6 +15,8 @@ class Task : public Record
     QML_UNCREATABLE("Tasks are made by the program's views and owned by the store")
     Q_PROPERTY(QString name READ name WRITE setName NOTIFY nameChanged)
     Q_PROPERTY(bool isRunning READ isRunning NOTIFY lastStartTimeChanged)
+    // While the task runs it also grows with the clock, of which nothing tells.
+    Q_PROPERTY(QString formattedTime READ formattedTime NOTIFY changed)
     // Invalid (QML's undefined) for none.
     Q_PROPERTY(QVariant projectCode READ projectCodeVariant WRITE setProjectCodeVariant NOTIFY
                    projectCodeChanged)

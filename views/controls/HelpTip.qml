@@ -10,7 +10,7 @@ T.ToolTip {
     id: tip
 
     /// Text wider than this wraps.
-    property real maximumWidth: 320
+    readonly property real maximumWidth: Math.min(320, parent.Window.width - 2 * margins - leftPadding - rightPadding)
 
     readonly property real gap: 4
 

@@ -1,0 +1,172 @@
+#include "tests/support/teststore.h"
+#include "views/menubar/menubarviewmodel.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+/// The panel's tasks, total and actions.
+class TestMenuBarViewModel : public QObject
+{
+    Q_OBJECT
+
+private:
+    struct Fixture {
+        explicit Fixture(std::chrono::milliseconds beat = 1h)
+            : timer(clock, beat)
+        {
+        }
+
+        Task *yesterdays(const QString &name)
+        {
+            return store.insert<Task>(name, clock.now() - 86400, std::nullopt);
+        }
+
+        FakeClock clock;
+        TestStore store{clock, {1h, 1h}};
+        TimerManager timer;
+        AllTasks allTasks{store.context()};
+    };
+
+    static QStringList names(const MenuBarViewModel &panel)
+    {
+        QStringList names;
+        const QList<Task *> tasks = panel.todaysTasks();
+        for (const Task *task : tasks)
+            names << task->name();
+        return names;
+    }
+
+private Q_SLOTS:
+    void shouldBeEmptyWithATotalOfZeroWhenNoTaskIsOfToday()
+    {
+        Fixture f;
+        f.yesterdays(u"I går"_s);
+        const MenuBarViewModel panel(f.timer, f.store.context());
+        QVERIFY(panel.isEmpty());
+        QCOMPARE(panel.totalText(), u"0.00 t"_s);
+    }
+
+    void shouldListTodaysTasksBySortOrder()
+    {
+        Fixture f;
+        f.store.insertTask(u"C"_s, 3);
+        f.store.insertTask(u"A"_s, 1);
+        f.store.insertTask(u"B"_s, 2);
+        f.yesterdays(u"I går"_s);
+        MenuBarViewModel panel(f.timer, f.store.context());
+        QCOMPARE(names(panel), QStringList({u"A"_s, u"B"_s, u"C"_s}));
+        QCOMPARE(panel.rows()->count(), 3);
+        QVERIFY(!panel.isEmpty());
+    }
+
+    void shouldShowTodayWhateverDayIsSelected()
+    {
+        Fixture f;
+        f.store.insertTask(u"I dag"_s);
+        f.yesterdays(u"I går"_s);
+        const MenuBarViewModel panel(f.timer, f.store.context());
+        f.timer.goToPreviousDay();
+        QCOMPARE(names(panel), QStringList{u"I dag"_s});
+    }
+
+    void shouldShowTheNewDayAfterMidnight()
+    {
+        Fixture f;
+        f.store.insertTask(u"I går"_s);
+        f.store.insert<Task>(u"I dag"_s, f.clock.now() + 86400, std::nullopt);
+        const MenuBarViewModel panel(f.timer, f.store.context());
+        f.clock.set(u"2026-11-21T00:00:00"_s);
+        QCOMPARE(names(panel), QStringList{u"I dag"_s});
+    }
+
+    void shouldAddPlainHoursWhateverTheBillableSwitch()
+    {
+        Fixture f;
+        f.store.insertTask(u"A"_s)->setAccumulatedSeconds(3600);
+        f.store.insertTask(u"B"_s)->setAccumulatedSeconds(450);
+        const MenuBarViewModel panel(f.timer, f.store.context());
+        QVERIFY(f.timer.showBillableTime());
+        QCOMPARE(panel.totalTodayHours(), 1.125);
+        QCOMPARE(panel.totalText(), u"1.12 t"_s);
+        f.timer.setShowBillableTime(false);
+        QCOMPARE(panel.totalText(), u"1.12 t"_s);
+    }
+
+    void shouldFollowTheTickWithItsTotal()
+    {
+        Fixture f(1ms);
+        Task *const task = f.store.insertTask(u"A"_s);
+        MenuBarViewModel panel(f.timer, f.store.context());
+        panel.toggleTask(task);
+        f.clock.advance(1800);
+        QTRY_COMPARE(panel.totalText(), u"0.50 t"_s);
+    }
+
+    void shouldStartATaskAndStopTheActiveOneOfAnotherDay()
+    {
+        Fixture f;
+        Task *const old = f.yesterdays(u"I går"_s);
+        Task *const task = f.store.insertTask(u"A"_s);
+        f.timer.startTask(old, f.allTasks, f.store.context());
+        MenuBarViewModel panel(f.timer, f.store.context());
+        panel.toggleTask(task);
+        QVERIFY(!old->isRunning());
+        QVERIFY(task->isRunning());
+        QCOMPARE(f.timer.activeTaskID(), task->id());
+    }
+
+    void shouldLeaveARunningTaskOfAnotherDayAloneThatIsNotActive()
+    {
+        Fixture f;
+        Task *const old = f.yesterdays(u"I går"_s);
+        old->start();
+        Task *const task = f.store.insertTask(u"A"_s);
+        MenuBarViewModel panel(f.timer, f.store.context());
+        panel.toggleTask(task);
+        QVERIFY(old->isRunning());
+        QVERIFY(task->isRunning());
+        QCOMPARE(names(panel), QStringList{u"A"_s});
+    }
+
+    void shouldStopARunningTask()
+    {
+        Fixture f;
+        Task *const task = f.store.insertTask(u"A"_s);
+        MenuBarViewModel panel(f.timer, f.store.context());
+        panel.toggleTask(task);
+        panel.toggleTask(task);
+        QVERIFY(!task->isRunning());
+        QVERIFY(!f.timer.isTicking());
+    }
+
+    void shouldFollowTasksThatComeAndGo()
+    {
+        Fixture f;
+        MenuBarViewModel panel(f.timer, f.store.context());
+        QSignalSpy changes(&panel, &MenuBarViewModel::todaysTasksChanged);
+        Task *const task = f.store.insertTask(u"A"_s);
+        QCOMPARE(changes.size(), 1);
+        QCOMPARE(panel.rows()->objects(), QList<QObject *>{task});
+        f.store.context().remove(task);
+        QVERIFY(panel.isEmpty());
+        QCOMPARE(panel.rows()->count(), 0);
+    }
+
+    void shouldSurviveAPartialSetUp()
+    {
+        FakeClock clock;
+        TimerManager timer(clock);
+        MenuBarViewModel panel;
+        panel.setTimerManager(&timer);
+        panel.componentComplete();
+        panel.toggleTask(nullptr);
+        QVERIFY(panel.todaysTasks().isEmpty());
+        QVERIFY(!panel.isEmpty());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestMenuBarViewModel)
+#include "tst_menubarviewmodel.moc"

@@ -1,0 +1,196 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Templates as T
+import TimeTracker.Model
+import TimeTracker.Timer
+import TimeTracker.Views.Controls
+import TimeTracker.Views.MenuBar
+
+/// The panel of the menu-bar item: today's tasks, their total, the way to the main window and out.
+FocusScope {
+    id: panel
+
+    required property TimerManager timerManager
+    required property ModelContext modelContext
+
+    signal openMainWindow
+    signal quit
+    signal closeRequested
+
+    component Command: PlainButton {
+        id: command
+
+        property string symbol
+
+        width: panel.width
+        leftPadding: 12
+        rightPadding: 12
+        topPadding: 8
+        bottomPadding: 8
+        leftInset: 2
+        rightInset: 2
+        topInset: 2
+        bottomInset: 2
+
+        contentItem: Row {
+            spacing: 8
+
+            SymbolImage {
+                anchors.verticalCenter: parent.verticalCenter
+                name: command.symbol
+                color: Theme.primary
+            }
+
+            TextLabel {
+                anchors.verticalCenter: parent.verticalCenter
+                text: command.text
+                Accessible.ignored: true
+            }
+        }
+    }
+
+    function moveFocus(forward: bool) {
+        (Window.activeFocusItem ?? panel).nextItemInFocusChain(forward).forceActiveFocus(Qt.TabFocusReason);
+    }
+
+    function pressFocused(event: KeyEvent) {
+        if (!event.isAutoRepeat)
+            (Window.activeFocusItem as PlainButton)?.clicked();
+    }
+
+    implicitWidth: 240
+    implicitHeight: parts.height
+    focus: true
+
+    Keys.onUpPressed: moveFocus(false)
+    Keys.onDownPressed: moveFocus(true)
+    Keys.onReturnPressed: event => pressFocused(event)
+    Keys.onEnterPressed: event => pressFocused(event)
+    Keys.onEscapePressed: closeRequested()
+
+    MenuBarViewModel {
+        id: viewModel
+
+        timerManager: panel.timerManager
+        modelContext: panel.modelContext
+    }
+
+    Column {
+        id: parts
+
+        width: parent.width
+
+        Item {
+            objectName: "panelHeader"
+            width: parent.width
+            height: Math.max(title.height, total.height) + 8 + 8
+
+            TextLabel {
+                id: title
+
+                objectName: "panelTitle"
+                anchors.left: parent.left
+                anchors.leftMargin: 12
+                anchors.verticalCenter: parent.verticalCenter
+                text: "I dag"
+                font.pixelSize: 12
+                font.weight: Font.DemiBold
+                color: Theme.secondary
+            }
+
+            MonospacedLabel {
+                id: total
+
+                objectName: "panelTotal"
+                anchors.right: parent.right
+                anchors.rightMargin: 12
+                anchors.verticalCenter: parent.verticalCenter
+                text: viewModel.totalText
+                font.pixelSize: 12
+                font.weight: Font.Medium
+            }
+        }
+
+        Divider {
+            width: parent.width
+        }
+
+        TextLabel {
+            objectName: "emptyText"
+            visible: viewModel.isEmpty
+            padding: 12
+            width: parent.width
+            text: "Ingen opgaver i dag"
+            font.pixelSize: 12
+            color: Theme.secondary
+        }
+
+        Item {
+            objectName: "panelTasks"
+            width: parent.width
+            height: Math.min(list.contentHeight + list.topMargin + list.bottomMargin, list.height)
+            visible: !viewModel.isEmpty
+            clip: true
+
+            // Always of full height, so that it makes at once as many rows as can be seen: from them
+            // the panel takes its own height, before it is shown.
+            ListView {
+                id: list
+
+                objectName: "panelList"
+                width: parent.width
+                height: 200
+                spacing: 2
+                topMargin: 4
+                bottomMargin: 4
+                boundsBehavior: Flickable.StopAtBounds
+                keyNavigationEnabled: false
+                currentIndex: -1
+                model: viewModel.rows
+
+                Accessible.role: Accessible.List
+                Accessible.name: "Opgaver i dag"
+                Component.onCompleted: forceLayout()
+
+                T.ScrollBar.vertical: OverlayScrollBar {
+                }
+
+                FocusReveal {
+                }
+
+                delegate: MenuBarTaskRow {
+                    required property Task object
+
+                    width: ListView.view.width
+                    task: object
+                    isActive: object?.isRunning ?? false
+                    tick: panel.timerManager.tick
+                    onToggle: viewModel.toggleTask(object)
+                }
+            }
+        }
+
+        Divider {
+            width: parent.width
+        }
+
+        Command {
+            objectName: "openButton"
+            text: "Åbn Time Tracker"
+            symbol: "timer"
+            onClicked: panel.openMainWindow()
+        }
+
+        Divider {
+            width: parent.width
+        }
+
+        Command {
+            objectName: "quitButton"
+            text: "Afslut"
+            symbol: "power"
+            onClicked: panel.quit()
+        }
+    }
+}
