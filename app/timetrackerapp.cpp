@@ -7,26 +7,30 @@
 
 using namespace Qt::StringLiterals;
 
-TimeTrackerApp::TimeTrackerApp()
+TimeTrackerApp::TimeTrackerApp(const QDBusConnection &connection)
     : m_sharedModelContainer(openStore(m_clock))
     , m_timerManager(m_clock)
+    , m_mainWindow(m_engine, m_clock, m_timerManager, m_sharedModelContainer->mainContext())
+    , m_menuBarExtra(connection, m_engine, m_timerManager, m_sharedModelContainer->mainContext())
 {
+    m_engine.addImportPath(u"qrc:/qt/qml"_s);
+
     ModelContext &context = m_sharedModelContainer->mainContext();
     connect(qApp, &QCoreApplication::aboutToQuit, &context, &ModelContext::save);
     connect(qApp, &QGuiApplication::commitDataRequest, &context, &ModelContext::save);
     quitOnUnixSignals(this);
+
+    // The menu-bar extra keeps the program going.
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    connect(&m_mainWindow, &MainWindow::isOpenChanged, &m_menuBarExtra,
+            [this] { m_menuBarExtra.setIsMainWindowOpen(m_mainWindow.isOpen()); });
+    connect(&m_menuBarExtra, &MenuBarExtra::openMainWindow, this, &TimeTrackerApp::openMainWindow);
+    connect(&m_menuBarExtra, &MenuBarExtra::quit, qApp, &QCoreApplication::quit);
 }
 
-void TimeTrackerApp::show()
+void TimeTrackerApp::openMainWindow(const QString &activationToken)
 {
-    m_engine.addImportPath(u"qrc:/qt/qml"_s);
-    m_engine.setInitialProperties(
-        {{u"clock"_s, QVariant::fromValue(&m_clock)},
-         {u"timerManager"_s, QVariant::fromValue(&m_timerManager)},
-         {u"modelContext"_s, QVariant::fromValue(&m_sharedModelContainer->mainContext())}});
-    m_engine.load(u"qrc:/qt/qml/TimeTracker/App/MainWindow.qml"_s);
-    if (m_engine.rootObjects().isEmpty())
-        fatalError("The main window could not be made");
+    m_mainWindow.open(activationToken);
 }
 
 std::unique_ptr<ModelContainer> TimeTrackerApp::openStore(const Clock &clock)

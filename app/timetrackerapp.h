@@ -1,23 +1,27 @@
 #pragma once
 
+#include "app/menubar/menubarextra.h"
+#include "app/windows/mainwindow.h"
 #include "model/modelcontainer.h"
 #include "model/systemclock.h"
 #include "timer/timermanager.h"
 
-#include <QQmlApplicationEngine>
+#include <QQmlEngine>
 
-/// The application: makes the store, the timer manager and the main window, and wires them
-/// together. They live as long as it does.
+/// The application: makes the store, the timer manager, the main window and the menu-bar extra, and
+/// wires them together. They live as long as it does.
 class TimeTrackerApp : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Opens the user's store; if that fails the program ends with a message.
-    TimeTrackerApp();
+    /// Opens the user's store; if that fails the program ends with a message. @p connection is the
+    /// session bus, or one that is not connected.
+    explicit TimeTrackerApp(const QDBusConnection &connection);
 
-    /// Shows the main window.
-    void show();
+    /// Opens the main window, or brings the open one forward. @p activationToken is what the
+    /// desktop gave to who asked for it, or empty.
+    void openMainWindow(const QString &activationToken = {});
 
 private:
     static std::unique_ptr<ModelContainer> openStore(const Clock &clock);
@@ -25,6 +29,8 @@ private:
     SystemClock m_clock;
     std::unique_ptr<ModelContainer> m_sharedModelContainer;
     TimerManager m_timerManager;
-    // Last: the window goes before what it shows.
-    QQmlApplicationEngine m_engine;
+    // The windows go before the engine, and both before what they show.
+    QQmlEngine m_engine;
+    MainWindow m_mainWindow;
+    MenuBarExtra m_menuBarExtra;
 };

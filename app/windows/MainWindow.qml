@@ -1,6 +1,7 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
+import TimeTracker.App.Windows
 import TimeTracker.Model
 import TimeTracker.Timer
 import TimeTracker.Views.Controls
@@ -18,7 +19,6 @@ Window {
     height: 450
     minimumWidth: content.minimumWidth
     minimumHeight: content.minimumHeight
-    visible: true
     title: "TULO Time Tracker"
     color: Theme.windowBackground
 

@@ -1,0 +1,65 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import TimeTracker.App.MenuBar
+import TimeTracker.App.Windows
+import TimeTracker.Model
+import TimeTracker.Timer
+import TimeTracker.Views.Controls
+import TimeTracker.Views.MenuBar
+
+/// The clock where the desktop has no place for an item of ours: a click opens the panel, a drag
+/// moves it.
+Window {
+    id: window
+
+    required property TimerManager timerManager
+    required property ModelContext modelContext
+
+    signal activated
+
+    flags: Qt.Window | Qt.FramelessWindowHint | Qt.WindowStaysOnTopHint
+    title: "Ur"
+    color: Theme.windowBackground
+
+    FixedSize {
+        size: Qt.size(Math.max(120, label.implicitWidth + 2 * 10), 28)
+    }
+
+    PlainButton {
+        id: button
+
+        objectName: "clockButton"
+        anchors.fill: parent
+        focus: true
+        text: "Vis dagens opgaver"
+        leftInset: 2
+        rightInset: 2
+        topInset: 2
+        bottomInset: 2
+        onClicked: window.activated()
+        Keys.onReturnPressed: window.activated()
+        Keys.onEnterPressed: window.activated()
+
+        DragHandler {
+            target: null
+            onActiveChanged: if (active)
+                window.startSystemMove()
+        }
+    }
+
+    MenuBarLabel {
+        id: label
+
+        anchors.centerIn: parent
+        timerManager: window.timerManager
+        modelContext: window.modelContext
+    }
+
+    // The window has no frame of the desktop's.
+    Rectangle {
+        anchors.fill: parent
+        color: "transparent"
+        border.color: Theme.separator
+    }
+}

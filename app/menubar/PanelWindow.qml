@@ -1,0 +1,45 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import TimeTracker.App.MenuBar
+import TimeTracker.App.Windows
+import TimeTracker.Model
+import TimeTracker.Timer
+import TimeTracker.Views.Controls
+import TimeTracker.Views.MenuBar
+
+/// The window of the menu-bar panel, as large as its content.
+Window {
+    id: window
+
+    required property TimerManager timerManager
+    required property ModelContext modelContext
+
+    signal openMainWindow
+    signal quit
+
+    title: "I dag"
+    color: Theme.windowBackground
+
+    FixedSize {
+        size: Qt.size(view.implicitWidth, view.implicitHeight)
+    }
+
+    MenuBarView {
+        id: view
+
+        anchors.fill: parent
+        timerManager: window.timerManager
+        modelContext: window.modelContext
+        onOpenMainWindow: window.openMainWindow()
+        onQuit: window.quit()
+        onCloseRequested: window.close()
+    }
+
+    // The window has no frame of the desktop's.
+    Rectangle {
+        anchors.fill: parent
+        color: "transparent"
+        border.color: Theme.separator
+    }
+}

@@ -1,0 +1,25 @@
+#pragma once
+
+/// How the menu-bar item gets onto the desktop.
+enum class Backend {
+    /// Not yet: something better than what is there may still come.
+    None,
+    /// An item in the desktop's panel, with icon, label, tooltip and menu.
+    StatusNotifier,
+    /// An icon in an X11 tray.
+    XEmbed,
+    /// A small window with the clock.
+    ClockWindow,
+};
+
+/// What the desktop offers at the moment.
+struct DesktopTrays {
+    /// The watcher of status notifier items is there; it may come long before its host.
+    bool hasStatusNotifierWatcher = false;
+    bool hasStatusNotifierHost = false;
+    bool hasXEmbedTray = false;
+    /// It has been like this for long enough: nothing else is on its way.
+    bool isSettled = false;
+};
+
+Backend chooseBackend(const DesktopTrays &trays);

@@ -1,0 +1,34 @@
+#include "app/menubar/clockwindow.h"
+
+#include "app/windows/makewindow.h"
+#include "model/modelcontext.h"
+
+#include <QScreen>
+
+using namespace Qt::StringLiterals;
+
+ClockWindow::ClockWindow(QQmlEngine &engine, TimerManager &timerManager, ModelContext &modelContext)
+{
+    m_window = makeWindow(engine, u"qrc:/qt/qml/TimeTracker/App/MenuBar/ClockWindow.qml"_s,
+                          {{u"timerManager"_s, QVariant::fromValue(&timerManager)},
+                           {u"modelContext"_s, QVariant::fromValue(&modelContext)}});
+    connect(m_window.get(), SIGNAL(activated()), this, SIGNAL(activated()));
+    m_window->installEventFilter(this);
+    const QRect room = m_window->screen()->availableGeometry();
+    m_window->setPosition(room.right() + 1 - m_window->width(), room.top());
+    show();
+}
+
+ClockWindow::~ClockWindow() = default;
+
+void ClockWindow::show()
+{
+    m_window->show();
+}
+
+bool ClockWindow::eventFilter(QObject *, QEvent *event)
+{
+    if (event->type() == QEvent::Close)
+        Q_EMIT closed();
+    return false;
+}

@@ -1,0 +1,127 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusContext>
+#include <QDBusVariant>
+#include <QList>
+#include <QMetaType>
+#include <QObject>
+#include <QVariantMap>
+
+#include <optional>
+
+class QDBusArgument;
+
+/// One line of a menu.
+struct MenuLine {
+    /// Positive, and the line's own for as long as it is the same line.
+    int id = 0;
+    /// As the user reads it; a separator has none.
+    QString label = {};
+    bool isSeparator = false;
+    bool isEnabled = true;
+    /// Has a check mark or the place for one.
+    std::optional<bool> isChecked = std::nullopt;
+
+    bool operator==(const MenuLine &) const = default;
+};
+
+/// An item with all below it, as the bus carries it.
+struct DBusMenuLayout {
+    int id = 0;
+    QVariantMap properties;
+    QList<QDBusVariant> children;
+};
+Q_DECLARE_METATYPE(DBusMenuLayout)
+
+/// An item's properties, as the bus carries them.
+struct DBusMenuProperties {
+    int id = 0;
+    QVariantMap properties;
+};
+Q_DECLARE_METATYPE(DBusMenuProperties)
+
+/// Names of an item's properties, as the bus carries them.
+struct DBusMenuPropertyNames {
+    int id = 0;
+    QStringList names;
+};
+Q_DECLARE_METATYPE(DBusMenuPropertyNames)
+
+/// What has happened to an item, as the bus carries it.
+struct DBusMenuEvent {
+    int id = 0;
+    QString name;
+    QDBusVariant data;
+    uint timestamp = 0;
+};
+Q_DECLARE_METATYPE(DBusMenuEvent)
+
+QDBusArgument &operator<<(QDBusArgument &argument, const DBusMenuLayout &layout);
+const QDBusArgument &operator>>(const QDBusArgument &argument, DBusMenuLayout &layout);
+QDBusArgument &operator<<(QDBusArgument &argument, const DBusMenuProperties &properties);
+const QDBusArgument &operator>>(const QDBusArgument &argument, DBusMenuProperties &properties);
+QDBusArgument &operator<<(QDBusArgument &argument, const DBusMenuPropertyNames &names);
+const QDBusArgument &operator>>(const QDBusArgument &argument, DBusMenuPropertyNames &names);
+QDBusArgument &operator<<(QDBusArgument &argument, const DBusMenuEvent &event);
+const QDBusArgument &operator>>(const QDBusArgument &argument, DBusMenuEvent &event);
+
+/// A flat menu that the desktop's panel shows in its own style. It tells the panel of what differs
+/// and of nothing else. Its names on the bus are fixed by the protocol.
+class DBusMenu : public QObject, protected QDBusContext
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "com.canonical.dbusmenu")
+    Q_PROPERTY(uint Version READ version)
+    Q_PROPERTY(QString TextDirection READ textDirection)
+    Q_PROPERTY(QString Status READ status)
+    Q_PROPERTY(QStringList IconThemePath READ iconThemePath)
+
+public:
+    /// Exports the menu on @p connection under @p path, for as long as it lives.
+    DBusMenu(const QDBusConnection &connection, const QString &path);
+    ~DBusMenu() override;
+
+    void setLines(const QList<MenuLine> &lines);
+    /// Whether some panel shows the menu now.
+    bool isOpen() const { return m_isOpen; }
+
+    uint version() const { return 3; }
+    QString textDirection() const;
+    QString status() const;
+    QStringList iconThemePath() const { return {}; }
+
+public Q_SLOTS:
+    Q_SCRIPTABLE uint GetLayout(int parentId, int recursionDepth, const QStringList &propertyNames,
+                                DBusMenuLayout &layout);
+    Q_SCRIPTABLE QList<DBusMenuProperties> GetGroupProperties(const QList<int> &ids,
+                                                              const QStringList &propertyNames);
+    Q_SCRIPTABLE QDBusVariant GetProperty(int id, const QString &name);
+    Q_SCRIPTABLE void Event(int id, const QString &eventId, const QDBusVariant &data,
+                            uint timestamp);
+    Q_SCRIPTABLE QList<int> EventGroup(const QList<DBusMenuEvent> &events);
+    Q_SCRIPTABLE bool AboutToShow(int id);
+    Q_SCRIPTABLE QList<int> AboutToShowGroup(const QList<int> &ids, QList<int> &idErrors);
+
+Q_SIGNALS:
+    Q_SCRIPTABLE void ItemsPropertiesUpdated(const QList<DBusMenuProperties> &updated,
+                                             const QList<DBusMenuPropertyNames> &removed);
+    Q_SCRIPTABLE void LayoutUpdated(uint revision, int parentId);
+    Q_SCRIPTABLE void ItemActivationRequested(int id, uint timestamp);
+
+    /// The menu is about to be seen: its lines had better be up to date.
+    void aboutToShow();
+    /// The user has chosen a line.
+    void chosen(int id);
+
+private:
+    const MenuLine *find(int id) const;
+    DBusMenuLayout layoutOf(int id, int depth, const QStringList &propertyNames) const;
+    bool handle(int id, const QString &eventId);
+
+    QDBusConnection m_connection;
+    QString m_path;
+    QList<MenuLine> m_lines;
+    uint m_revision = 1;
+    bool m_isOpen = false;
+};

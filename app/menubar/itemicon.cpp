@@ -1,0 +1,101 @@
+#include "app/menubar/itemicon.h"
+
+#include "resources/brandcolors.h"
+
+#include <QBuffer>
+#include <QDBusArgument>
+#include <QDir>
+#include <QImage>
+#include <QPainter>
+#include <QSaveFile>
+#include <QStandardPaths>
+#include <QSvgRenderer>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+constexpr int Sizes[] = {16, 22, 24, 32, 48};
+
+QImage picture(int side)
+{
+    QImage image(side, side, QImage::Format_ARGB32);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    QSvgRenderer(u":/timetracker/symbols/timer.svg"_s).render(&painter);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    painter.fillRect(image.rect(), QColor(BrandAccent.dark));
+    return image;
+}
+
+} // namespace
+
+QDBusArgument &operator<<(QDBusArgument &argument, const IconPixmap &pixmap)
+{
+    argument.beginStructure();
+    argument << pixmap.width << pixmap.height << pixmap.pixels;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument &operator>>(const QDBusArgument &argument, IconPixmap &pixmap)
+{
+    argument.beginStructure();
+    argument >> pixmap.width >> pixmap.height >> pixmap.pixels;
+    argument.endStructure();
+    return argument;
+}
+
+QIcon itemicon::icon()
+{
+    QIcon icon;
+    for (const int side : Sizes)
+        icon.addPixmap(QPixmap::fromImage(picture(side)));
+    return icon;
+}
+
+QList<IconPixmap> itemicon::pixmaps()
+{
+    QList<IconPixmap> pixmaps;
+    for (const int side : Sizes) {
+        const QImage image = picture(side);
+        QByteArray pixels;
+        pixels.reserve(image.sizeInBytes());
+        for (int y = 0; y < side; ++y) {
+            for (int x = 0; x < side; ++x) {
+                const QRgb pixel = image.pixel(x, y);
+                for (const int channel : {qAlpha(pixel), qRed(pixel), qGreen(pixel), qBlue(pixel)})
+                    pixels.append(static_cast<char>(channel));
+            }
+        }
+        pixmaps.append({side, side, pixels});
+    }
+    return pixmaps;
+}
+
+QString itemicon::nameOrPath()
+{
+    // By its file: to ask the icon theme would mean to read all of it.
+    const QString name = u"dk.tulo.TimeTracker-symbolic"_s;
+    if (!QStandardPaths::locate(QStandardPaths::GenericDataLocation,
+                                u"icons/hicolor/symbolic/apps/"_s + name + u".svg"_s)
+             .isEmpty())
+        return name;
+
+    QByteArray content;
+    QBuffer buffer(&content);
+    buffer.open(QIODevice::WriteOnly);
+    picture(48).save(&buffer, "PNG");
+
+    const QDir cache(QStandardPaths::writableLocation(QStandardPaths::CacheLocation));
+    const QString path = cache.filePath(u"panel-icon.png"_s);
+    QFile present(path);
+    if (present.open(QIODevice::ReadOnly) && present.readAll() == content)
+        return path;
+    QSaveFile file(path);
+    if (!cache.mkpath(u"."_s) || !file.open(QIODevice::WriteOnly) ||
+        file.write(content) != content.size() || !file.commit())
+        return {};
+    return path;
+}

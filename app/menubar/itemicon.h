@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QByteArray>
+#include <QIcon>
+#include <QList>
+#include <QMetaType>
+#include <QString>
+
+class QDBusArgument;
+
+/// One size of an icon as the bus carries it: ARGB32, most significant byte first.
+struct IconPixmap {
+    int width = 0;
+    int height = 0;
+    QByteArray pixels;
+};
+Q_DECLARE_METATYPE(IconPixmap)
+
+QDBusArgument &operator<<(QDBusArgument &argument, const IconPixmap &pixmap);
+const QDBusArgument &operator>>(const QDBusArgument &argument, IconPixmap &pixmap);
+
+/// The menu-bar item's symbol "timer" in the forms that desktops ask for. Its colour can be seen on
+/// light and on dark panels: of those that do not recolour it, nothing tells which they are.
+namespace itemicon
+{
+
+/// In all sizes that panels use.
+QIcon icon();
+QList<IconPixmap> pixmaps();
+/// The installed symbolic icon's name, which panels recolour; where it is not installed the path of
+/// a picture, which is written to the user's cache. Empty if that fails.
+QString nameOrPath();
+
+} // namespace itemicon

@@ -1,0 +1,133 @@
+#include "app/menubar/menubarextra.h"
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+MenuBarExtra::MenuBarExtra(const QDBusConnection &connection, QQmlEngine &engine,
+                           TimerManager &timerManager, ModelContext &modelContext,
+                           std::chrono::milliseconds settling)
+    : m_connection(connection)
+    , m_engine(engine)
+    , m_timerManager(timerManager)
+    , m_modelContext(modelContext)
+    , m_label(timerManager, modelContext)
+    , m_panel(engine, timerManager, modelContext)
+{
+    connect(&m_label, &MenuBarLabelViewModel::displayTextChanged, this, &MenuBarExtra::showLabel);
+    connect(&m_panel, &MenuBarPanel::openMainWindow, this, [this] {
+        m_panel.close();
+        requestMainWindow();
+    });
+    connect(&m_panel, &MenuBarPanel::quit, this, &MenuBarExtra::quit);
+
+    m_settlingTimer.setSingleShot(true);
+    m_settlingTimer.setInterval(settling);
+    connect(&m_settlingTimer, &QTimer::timeout, this, &MenuBarExtra::choose);
+    connect(&m_xembedTray, &XEmbedTray::changed, this, &MenuBarExtra::onTraysChanged);
+    if (m_connection.isConnected()) {
+        m_statusNotifierLink = std::make_unique<StatusNotifierLink>(m_connection);
+        connect(m_statusNotifierLink.get(), &StatusNotifierLink::changed, this,
+                &MenuBarExtra::onTraysChanged);
+    }
+    onTraysChanged();
+}
+
+void MenuBarExtra::setIsMainWindowOpen(bool isOpen)
+{
+    m_isMainWindowOpen = isOpen;
+    if (!isOpen && m_clockWindow)
+        m_clockWindow->show();
+}
+
+void MenuBarExtra::onTraysChanged()
+{
+    // A desktop's panel may be on its way, at login or after a crash.
+    m_settlingTimer.start();
+    choose();
+}
+
+void MenuBarExtra::choose()
+{
+    const Backend backend = chooseBackend(
+        {.hasStatusNotifierWatcher = m_statusNotifierLink && m_statusNotifierLink->hasWatcher(),
+         .hasStatusNotifierHost = m_statusNotifierLink && m_statusNotifierLink->hasHost(),
+         .hasXEmbedTray = m_xembedTray.isThere(),
+         .isSettled = !m_settlingTimer.isActive()});
+    if (backend == m_backend)
+        return;
+    m_backend = backend;
+    m_panel.close();
+    m_trayIcon.reset();
+    m_clockWindow.reset();
+    switch (backend) {
+    case Backend::None:
+        break;
+    case Backend::StatusNotifier:
+        makeStatusNotifierItem();
+        break;
+    case Backend::XEmbed:
+        makeTrayIcon();
+        break;
+    case Backend::ClockWindow:
+        makeClockWindow();
+        break;
+    }
+    showLabel();
+    Q_EMIT backendChanged();
+}
+
+void MenuBarExtra::makeStatusNotifierItem()
+{
+    if (m_item)
+        return;
+    m_item = std::make_unique<StatusNotifierItem>(m_connection);
+    connect(m_item.get(), &StatusNotifierItem::activated, &m_panel, &MenuBarPanel::toggle);
+    connect(m_item.get(), &StatusNotifierItem::activationTokenProvided, this,
+            [this](const QString &token) { m_activationToken = token; });
+    m_menu = std::make_unique<MenuBarMenu>(m_connection, m_timerManager, m_modelContext);
+    connect(m_menu.get(), &MenuBarMenu::openMainWindow, this, &MenuBarExtra::requestMainWindow);
+    connect(m_menu.get(), &MenuBarMenu::quit, this, &MenuBarExtra::quit);
+    m_statusNotifierLink->keepRegistered();
+}
+
+void MenuBarExtra::makeTrayIcon()
+{
+    m_trayIcon = std::make_unique<QSystemTrayIcon>(itemicon::icon());
+    connect(m_trayIcon.get(), &QSystemTrayIcon::activated, this, [this] {
+        if (const QRect place = m_trayIcon->geometry(); place.isValid())
+            m_panel.toggleAt(place);
+        else
+            m_panel.toggle();
+    });
+    m_trayIcon->show();
+}
+
+void MenuBarExtra::makeClockWindow()
+{
+    m_clockWindow = std::make_unique<ClockWindow>(m_engine, m_timerManager, m_modelContext);
+    connect(m_clockWindow.get(), &ClockWindow::activated, this, [this] {
+        QWindow &window = *m_clockWindow->window();
+        m_panel.toggleAt(window.geometry(), &window);
+    });
+    connect(m_clockWindow.get(), &ClockWindow::closed, this, [this] {
+        if (!m_isMainWindowOpen)
+            Q_EMIT quit();
+    });
+}
+
+void MenuBarExtra::showLabel()
+{
+    if (m_backend == Backend::StatusNotifier)
+        m_item->setLabel(m_label.displayText());
+    if (m_backend == Backend::XEmbed) {
+        const QString clock = m_label.displayText();
+        m_trayIcon->setToolTip(u"TULO Time Tracker"_s +
+                               (clock.isEmpty() ? QString() : u"\n"_s + clock));
+    }
+}
+
+void MenuBarExtra::requestMainWindow()
+{
+    Q_EMIT openMainWindow(std::exchange(m_activationToken, {}));
+}

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "app/menubar/backendchoice.h"
+#include "app/menubar/clockwindow.h"
+#include "app/menubar/menubarmenu.h"
+#include "app/menubar/menubarpanel.h"
+#include "app/menubar/statusnotifieritem.h"
+#include "app/menubar/statusnotifierlink.h"
+#include "app/menubar/xembedtray.h"
+#include "views/menubar/menubarlabelviewmodel.h"
+
+#include <QSystemTrayIcon>
+
+/// The menu-bar extra: puts the label on the desktop, in the best way that the desktop has at the
+/// moment, and opens the panel when it is clicked.
+class MenuBarExtra : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// All collaborators outlive it. @p connection may be one that is not connected. After
+    /// @p settling without a tray the clock window is shown.
+    MenuBarExtra(const QDBusConnection &connection, QQmlEngine &engine, TimerManager &timerManager,
+                 ModelContext &modelContext,
+                 std::chrono::milliseconds settling = std::chrono::seconds(4));
+
+    Backend backend() const { return m_backend; }
+    const MenuBarPanel &panel() const { return m_panel; }
+
+    /// Whether the main window is open. When it is not, the clock window must not be missing where
+    /// it alone leads to the program, and closing it quits.
+    void setIsMainWindowOpen(bool isOpen);
+
+Q_SIGNALS:
+    /// @p activationToken allows the window to come forward, if the desktop has given one.
+    void openMainWindow(const QString &activationToken);
+    void quit();
+    void backendChanged();
+
+private:
+    void onTraysChanged();
+    void choose();
+    void makeStatusNotifierItem();
+    void makeTrayIcon();
+    void makeClockWindow();
+    void showLabel();
+    void requestMainWindow();
+
+    QDBusConnection m_connection;
+    QQmlEngine &m_engine;
+    TimerManager &m_timerManager;
+    ModelContext &m_modelContext;
+    MenuBarLabelViewModel m_label;
+    MenuBarPanel m_panel;
+    Backend m_backend = Backend::None;
+    bool m_isMainWindowOpen = true;
+    QString m_activationToken;
+
+    std::unique_ptr<StatusNotifierLink> m_statusNotifierLink;
+    XEmbedTray m_xembedTray;
+    QTimer m_settlingTimer;
+
+    // Kept once it is made: a panel that comes back finds it as it was.
+    std::unique_ptr<StatusNotifierItem> m_item;
+    std::unique_ptr<MenuBarMenu> m_menu;
+    std::unique_ptr<QSystemTrayIcon> m_trayIcon;
+    std::unique_ptr<ClockWindow> m_clockWindow;
+};

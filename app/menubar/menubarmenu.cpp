@@ -1,0 +1,99 @@
+#include "app/menubar/menubarmenu.h"
+
+#include "app/menubar/statusnotifieritem.h"
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+enum FixedLine {
+    TotalLine = 1,
+    TasksSeparator,
+    NoTasksLine,
+    CommandsSeparator,
+    OpenLine,
+    QuitLine
+};
+
+/// A name that does not make the menu wider than the screen, on one line.
+QString shortName(const Task &task)
+{
+    constexpr qsizetype Longest = 60;
+    const QString name = task.name().isEmpty() ? u"Unavngivet"_s : task.name().simplified();
+    if (name.size() <= Longest)
+        return name;
+    const qsizetype end = name[Longest - 2].isHighSurrogate() ? Longest - 2 : Longest - 1;
+    return name.first(end) + u'…';
+}
+
+/// The clock first: it goes on while the menu is open, and so nothing moves.
+QString labelOf(const Task &task)
+{
+    QString label = task.formattedTime() + u"   "_s + shortName(task);
+    if (task.projectCode())
+        label += u" ("_s + task.projectCode()->simplified() + u')';
+    return label;
+}
+
+} // namespace
+
+MenuBarMenu::MenuBarMenu(const QDBusConnection &connection, TimerManager &timerManager,
+                         ModelContext &modelContext)
+    : m_viewModel(timerManager, modelContext)
+    , m_menu(connection, StatusNotifierItem::menuPath())
+    , m_lastTaskID(QuitLine)
+{
+    m_updateTimer.setSingleShot(true);
+    connect(&m_updateTimer, &QTimer::timeout, this, &MenuBarMenu::update);
+    connect(&m_viewModel, &MenuBarViewModel::todaysTasksChanged, &m_updateTimer,
+            qOverload<>(&QTimer::start));
+    // What only the clock changes is told while somebody looks.
+    connect(&timerManager, &TimerManager::tickChanged, this, [this] {
+        if (m_menu.isOpen())
+            update();
+    });
+    connect(&m_menu, &DBusMenu::aboutToShow, this, &MenuBarMenu::update);
+    connect(&m_menu, &DBusMenu::chosen, this, &MenuBarMenu::choose);
+    update();
+}
+
+void MenuBarMenu::update()
+{
+    QList<MenuLine> lines;
+    lines.append(
+        {.id = TotalLine, .label = u"I dag "_s + m_viewModel.totalText(), .isEnabled = false});
+    lines.append({.id = TasksSeparator, .isSeparator = true});
+    if (m_viewModel.isEmpty())
+        lines.append({.id = NoTasksLine, .label = u"Ingen opgaver i dag"_s, .isEnabled = false});
+    const QList<Task *> tasks = m_viewModel.todaysTasks();
+    for (const Task *task : tasks)
+        lines.append({.id = idOf(*task), .label = labelOf(*task), .isChecked = task->isRunning()});
+    lines.append({.id = CommandsSeparator, .isSeparator = true});
+    lines.append({.id = OpenLine, .label = u"Åbn Time Tracker"_s});
+    lines.append({.id = QuitLine, .label = u"Afslut"_s});
+    m_menu.setLines(lines);
+}
+
+void MenuBarMenu::choose(int id)
+{
+    if (id == OpenLine)
+        Q_EMIT openMainWindow();
+    if (id == QuitLine)
+        Q_EMIT quit();
+    const QList<Task *> tasks = m_viewModel.todaysTasks();
+    for (Task *task : tasks) {
+        if (idOf(*task) == id) {
+            m_viewModel.toggleTask(task);
+            return;
+        }
+    }
+}
+
+int MenuBarMenu::idOf(const Task &task)
+{
+    int &id = m_taskIDs[task.id()];
+    if (id == 0)
+        id = ++m_lastTaskID;
+    return id;
+}

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "app/menubar/dbusmenu.h"
+#include "views/menubar/menubarviewmodel.h"
+
+#include <QHash>
+#include <QTimer>
+#include <QUuid>
+
+/// The panel's content as a menu, for desktops that open only menus.
+class MenuBarMenu : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Both collaborators outlive it.
+    MenuBarMenu(const QDBusConnection &connection, TimerManager &timerManager,
+                ModelContext &modelContext);
+
+Q_SIGNALS:
+    void openMainWindow();
+    void quit();
+
+private:
+    void update();
+    void choose(int id);
+    int idOf(const Task &task);
+
+    MenuBarViewModel m_viewModel;
+    DBusMenu m_menu;
+    // Several changes at once are told once.
+    QTimer m_updateTimer;
+    QHash<QUuid, int> m_taskIDs;
+    int m_lastTaskID;
+};

@@ -1,0 +1,132 @@
+#include "app/menubar/menubarpanel.h"
+
+#include "app/windows/makewindow.h"
+#include "model/modelcontext.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QScreen>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+bool isWayland()
+{
+    return QGuiApplication::platformName().startsWith(u"wayland"_s);
+}
+
+QList<PanelScreen> panelScreens()
+{
+    QList<PanelScreen> screens;
+    for (const QScreen *screen : QGuiApplication::screens())
+        screens.append(
+            {screen->geometry(), screen->availableGeometry(), screen->devicePixelRatio()});
+    return screens;
+}
+
+} // namespace
+
+MenuBarPanel::MenuBarPanel(QQmlEngine &engine, TimerManager &timerManager,
+                           ModelContext &modelContext, std::chrono::milliseconds sameClick)
+    : m_engine(engine)
+    , m_timerManager(timerManager)
+    , m_modelContext(modelContext)
+    , m_sameClick(sameClick)
+{
+    // A window that belongs to another one is not told of losing the keyboard to it.
+    connect(qGuiApp, &QGuiApplication::focusWindowChanged, this,
+            &MenuBarPanel::onFocusWindowChanged);
+}
+
+MenuBarPanel::~MenuBarPanel() = default;
+
+void MenuBarPanel::toggle(const QPoint &reported)
+{
+    if (closesInstead())
+        return;
+    // On Wayland nothing is known of places, and the compositor chooses the panel's.
+    PanelClick click{reported, std::nullopt};
+    if (!isWayland())
+        click.pointer = QCursor::pos();
+    open(panelAnchor(click, panelScreens()), nullptr);
+}
+
+void MenuBarPanel::toggleAt(const QRect &anchor, QWindow *item)
+{
+    if (!closesInstead())
+        open(anchor, item);
+}
+
+void MenuBarPanel::close()
+{
+    if (m_window)
+        m_window->close();
+}
+
+/// Whether a click on the item means the panel's end, which may have come already.
+bool MenuBarPanel::closesInstead()
+{
+    if (isOpen()) {
+        close();
+        return true;
+    }
+    const bool isSameClick =
+        m_sinceFocusLoss.isValid() && !m_sinceFocusLoss.hasExpired(m_sameClick.count());
+    m_sinceFocusLoss.invalidate();
+    return isSameClick;
+}
+
+void MenuBarPanel::open(const QRect &anchor, QWindow *item)
+{
+    m_window = makeWindow(m_engine, u"qrc:/qt/qml/TimeTracker/App/MenuBar/PanelWindow.qml"_s,
+                          {{u"timerManager"_s, QVariant::fromValue(&m_timerManager)},
+                           {u"modelContext"_s, QVariant::fromValue(&m_modelContext)}});
+
+    // On X11 a popup without a parent gets no keyboard and learns of no click elsewhere.
+    if (item && isWayland())
+        m_window->setFlags(Qt::Popup);
+    else
+        m_window->setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+    m_window->setTransientParent(item);
+    m_anchor = anchor;
+    m_hadFocus = false;
+
+    connect(m_window.get(), SIGNAL(openMainWindow()), this, SIGNAL(openMainWindow()));
+    connect(m_window.get(), SIGNAL(quit()), this, SIGNAL(quit()));
+    connect(m_window.get(), &QWindow::heightChanged, this, &MenuBarPanel::place);
+    connect(m_window.get(), &QWindow::visibleChanged, this, [this](bool isVisible) {
+        if (!isVisible)
+            drop();
+    });
+    place();
+    m_window->show();
+    m_window->raise();
+    m_window->requestActivate();
+}
+
+void MenuBarPanel::place()
+{
+    m_window->setPosition(panelPosition(m_window->size(), m_anchor, panelScreens()));
+}
+
+void MenuBarPanel::onFocusWindowChanged(QWindow *focus)
+{
+    if (!m_window)
+        return;
+    if (focus == m_window.get()) {
+        m_hadFocus = true;
+    } else if (m_hadFocus) {
+        m_hadFocus = false;
+        m_sinceFocusLoss.start();
+        m_window->close();
+    }
+}
+
+void MenuBarPanel::drop()
+{
+    m_window->disconnect(this);
+    // Later: the window is still in the middle of it.
+    m_window.release()->deleteLater();
+}

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "app/menubar/panelplacement.h"
+#include "timer/timermanager.h"
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QQmlEngine>
+#include <QQuickWindow>
+
+#include <chrono>
+#include <memory>
+
+/// The panel of the menu-bar item. Its window is made when it is opened and goes when it is closed:
+/// by Escape, by a second click on the item, or when another window gets the keyboard.
+class MenuBarPanel : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// All collaborators outlive it. A click on the item within @p sameClick of the panel's closing
+    /// for another window's sake is the click that closed it.
+    MenuBarPanel(QQmlEngine &engine, TimerManager &timerManager, ModelContext &modelContext,
+                 std::chrono::milliseconds sameClick = std::chrono::milliseconds(300));
+    ~MenuBarPanel() override;
+
+    /// The item has been clicked: opens the panel near it, or closes it. @p reported is where the
+    /// desktop says that was, in physical pixels; (0, 0) if it does not say.
+    void toggle(const QPoint &reported = {});
+    /// The same for an item whose place is known, in logical pixels. Where @p item is a window of
+    /// our own, the panel belongs to it.
+    void toggleAt(const QRect &anchor, QWindow *item = nullptr);
+    void close();
+
+    bool isOpen() const { return m_window != nullptr; }
+    /// Null while it is closed.
+    QQuickWindow *window() const { return m_window.get(); }
+
+Q_SIGNALS:
+    void openMainWindow();
+    void quit();
+
+private:
+    bool closesInstead();
+    void open(const QRect &anchor, QWindow *item);
+    void place();
+    void onFocusWindowChanged(QWindow *focus);
+    void drop();
+
+    QQmlEngine &m_engine;
+    TimerManager &m_timerManager;
+    ModelContext &m_modelContext;
+    std::chrono::milliseconds m_sameClick;
+    std::unique_ptr<QQuickWindow> m_window;
+    QRect m_anchor;
+    bool m_hadFocus = false;
+    QElapsedTimer m_sinceFocusLoss;
+};

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QList>
+#include <QPoint>
+#include <QRect>
+#include <QSize>
+
+#include <optional>
+
+/// One screen, in logical pixels. With scaling, its corner keeps its physical coordinates.
+struct PanelScreen {
+    QRect geometry;
+    /// What the desktop's own panels leave free.
+    QRect available;
+    /// Physical pixels for each logical one.
+    double scale = 1;
+};
+
+/// Where the item was clicked, as far as it is known.
+struct PanelClick {
+    /// What the desktop's panel says, in physical pixels: (0, 0) if it does not know. Some name a
+    /// point inside of their own window.
+    QPoint reported;
+    /// Where the pointer is, in logical pixels.
+    std::optional<QPoint> pointer;
+};
+
+/// The place of the item, as well as it can be told, in logical pixels: the pointer, if it is where
+/// desktops have their panels; else what was reported; else the first screen's top right corner.
+/// @p screens is not empty; the first one is the primary one.
+QRect panelAnchor(const PanelClick &click, const QList<PanelScreen> &screens);
+
+/// Where the top left corner of a panel of @p size goes that belongs to @p anchor: below it in the
+/// upper half of its screen, above it in the lower one, and inside what is available there.
+QPoint panelPosition(const QSize &size, const QRect &anchor, const QList<PanelScreen> &screens);

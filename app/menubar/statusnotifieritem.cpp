@@ -1,0 +1,117 @@
+#include "app/menubar/statusnotifieritem.h"
+
+#include <QDBusArgument>
+#include <QDBusMetaType>
+
+using namespace Qt::StringLiterals;
+
+QDBusArgument &operator<<(QDBusArgument &argument, const StatusNotifierToolTip &toolTip)
+{
+    argument.beginStructure();
+    argument << toolTip.iconName << toolTip.iconPixmap << toolTip.title << toolTip.text;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument &operator>>(const QDBusArgument &argument, StatusNotifierToolTip &toolTip)
+{
+    argument.beginStructure();
+    argument >> toolTip.iconName >> toolTip.iconPixmap >> toolTip.title >> toolTip.text;
+    argument.endStructure();
+    return argument;
+}
+
+QString StatusNotifierItem::path()
+{
+    return u"/StatusNotifierItem"_s;
+}
+
+QString StatusNotifierItem::menuPath()
+{
+    return u"/MenuBar"_s;
+}
+
+StatusNotifierItem::StatusNotifierItem(const QDBusConnection &connection)
+    : m_connection(connection)
+    , m_iconName(itemicon::nameOrPath())
+    , m_iconPixmap(itemicon::pixmaps())
+{
+    qDBusRegisterMetaType<IconPixmap>();
+    qDBusRegisterMetaType<QList<IconPixmap>>();
+    qDBusRegisterMetaType<StatusNotifierToolTip>();
+    m_connection.registerObject(path(), this,
+                                QDBusConnection::ExportAllProperties |
+                                    QDBusConnection::ExportScriptableSlots |
+                                    QDBusConnection::ExportScriptableSignals);
+}
+
+StatusNotifierItem::~StatusNotifierItem()
+{
+    m_connection.unregisterObject(path());
+}
+
+void StatusNotifierItem::setLabel(const QString &label)
+{
+    if (m_label == label)
+        return;
+    m_label = label;
+    Q_EMIT XAyatanaNewLabel(m_label, labelGuide());
+    Q_EMIT NewToolTip();
+}
+
+QString StatusNotifierItem::category() const
+{
+    return u"ApplicationStatus"_s;
+}
+
+QString StatusNotifierItem::id() const
+{
+    return u"dk.tulo.TimeTracker"_s;
+}
+
+QString StatusNotifierItem::title() const
+{
+    return u"TULO Time Tracker"_s;
+}
+
+QString StatusNotifierItem::status() const
+{
+    return u"Active"_s;
+}
+
+StatusNotifierToolTip StatusNotifierItem::toolTip() const
+{
+    return {QString(), {}, title(), m_label};
+}
+
+QString StatusNotifierItem::labelGuide() const
+{
+    return u"00:00:00"_s;
+}
+
+void StatusNotifierItem::Activate(int x, int y)
+{
+    Q_EMIT activated(QPoint(x, y));
+}
+
+void StatusNotifierItem::SecondaryActivate(int x, int y)
+{
+    Q_EMIT activated(QPoint(x, y));
+}
+
+void StatusNotifierItem::ContextMenu(int x, int y)
+{
+    Q_EMIT activated(QPoint(x, y));
+}
+
+void StatusNotifierItem::Scroll(int, const QString &) {}
+
+void StatusNotifierItem::XAyatanaSecondaryActivate(uint)
+{
+    Q_EMIT activated(QPoint());
+}
+
+void StatusNotifierItem::ProvideXdgActivationToken(const QString &token)
+{
+    Q_EMIT activationTokenProvided(token);
+}

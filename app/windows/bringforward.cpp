@@ -1,0 +1,30 @@
+#include "app/windows/bringforward.h"
+
+#include <QGuiApplication>
+#include <QTimer>
+#include <QWindow>
+
+using namespace Qt::StringLiterals;
+
+void bringForward(QWindow &window, const QString &activationToken)
+{
+    // From here Qt takes it with the request that follows.
+    if (!activationToken.isEmpty())
+        qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8());
+    window.setWindowStates(window.windowStates() & ~Qt::WindowMinimized);
+    // show() would make a maximised window a normal one.
+    window.setVisible(true);
+    window.raise();
+    window.requestActivate();
+
+    if (QGuiApplication::platformName().startsWith(u"wayland"_s)) {
+        // Some compositors raise no window but new ones.
+        QTimer::singleShot(300, &window, [&window] {
+            if (window.isActive() || !window.isVisible())
+                return;
+            window.setVisible(false);
+            window.setVisible(true);
+            window.requestActivate();
+        });
+    }
+}

@@ -1,0 +1,28 @@
+#include "app/windows/fixedsize.h"
+
+#include <QQuickItem>
+#include <QQuickWindow>
+
+void FixedSize::setSize(const QSizeF &size)
+{
+    if (m_size == size)
+        return;
+    m_size = size;
+    Q_EMIT sizeChanged();
+    apply();
+}
+
+void FixedSize::apply()
+{
+    // What a window holds is its content item's child.
+    const auto *const content = qobject_cast<QQuickItem *>(parent());
+    QQuickWindow *const window = content ? content->window() : nullptr;
+    if (!window)
+        return;
+    // The limits first: a window manager would hold the new size against the old ones.
+    const QSize whole = m_size.toSize();
+    window->setMinimumSize({});
+    window->setMaximumSize(whole);
+    window->setMinimumSize(whole);
+    window->resize(whole);
+}

@@ -1,0 +1,251 @@
+#include "app/menubar/menubarextra.h"
+#include "bus.h"
+#include "tests/support/qmltest.h"
+#include "tests/support/teststore.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QQuickItem>
+#include <QScreen>
+#include <QSignalSpy>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+/// The extra as a whole: which backend when, and what its items do.
+class TestMenuBarExtra : public QObject
+{
+    Q_OBJECT
+
+private:
+    struct Fixture {
+        explicit Fixture(std::chrono::milliseconds settling = 1h,
+                         std::chrono::milliseconds beat = 1h)
+            : timer(clock, beat)
+            , settlingTime(settling)
+        {
+            engine.addImportPath(u"qrc:/qt/qml"_s);
+            QCursor::setPos(QGuiApplication::primaryScreen()->geometry().center());
+        }
+
+        void start()
+        {
+            extra =
+                std::make_unique<MenuBarExtra>(bus, engine, timer, store.context(), settlingTime);
+        }
+        QDBusMessage callItem(const QString &method, const QVariantList &arguments)
+        {
+            return host.call(bus.baseService(), StatusNotifierItem::path(),
+                             u"org.kde.StatusNotifierItem"_s, method, arguments);
+        }
+        QString label()
+        {
+            return host
+                .property(bus.baseService(), StatusNotifierItem::path(),
+                          u"org.kde.StatusNotifierItem"_s, u"XAyatanaLabel"_s)
+                .toString();
+        }
+        static QWindow *clockWindow()
+        {
+            const QWindowList windows = QGuiApplication::topLevelWindows();
+            for (QWindow *window : windows) {
+                if (window->title() == u"Ur"_s)
+                    return window;
+            }
+            return nullptr;
+        }
+
+        qmltest::WarningsAreFailures guard;
+        FakeClock clock;
+        TestStore store{clock, {1h, 1h}};
+        TimerManager timer;
+        std::chrono::milliseconds settlingTime;
+        QQmlEngine engine;
+        QDBusConnection bus = QDBusConnection::sessionBus();
+        Peer host{u"host"_s};
+        std::unique_ptr<MenuBarExtra> extra;
+    };
+
+private Q_SLOTS:
+    void initTestCase() { qputenv("XDG_CACHE_HOME", m_cache.path().toLocal8Bit()); }
+
+    void shouldBeAnItemInTheDesktopsPanel()
+    {
+        Fixture f;
+        const Watcher watcher;
+        f.start();
+        QTRY_COMPARE(f.extra->backend(), Backend::StatusNotifier);
+        QTRY_COMPARE(watcher.items(), QStringList{f.bus.baseService()});
+        QVERIFY(!f.clockWindow());
+    }
+
+    void shouldShowTheRunningTasksClockEachSecond()
+    {
+        Fixture f(1h, 1ms);
+        const Watcher watcher;
+        Task *const task = f.store.insertTask(u"A"_s);
+        task->setAccumulatedSeconds(3725);
+        f.start();
+        QTRY_COMPARE(watcher.items().size(), 1);
+        QCOMPARE(f.label(), u""_s);
+        f.timer.startTask(task, AllTasks(f.store.context()), f.store.context());
+        QCOMPARE(f.label(), u"01:02:05"_s);
+        f.clock.advance(1);
+        QTRY_COMPARE(f.label(), u"01:02:06"_s);
+        f.timer.stopTask(task, f.store.context());
+        QCOMPARE(f.label(), u""_s);
+    }
+
+    void shouldShowATaskThatWasLeftRunningBeforeAnythingTicks()
+    {
+        Fixture f;
+        const Watcher watcher;
+        f.store.insertTask(u"A"_s)->start();
+        f.clock.advance(90);
+        f.start();
+        QTRY_COMPARE(watcher.items().size(), 1);
+        QCOMPARE(f.label(), u"00:01:30"_s);
+        QVERIFY(!f.timer.isTicking());
+    }
+
+    void shouldStaySilentWhileNothingChanges()
+    {
+        Fixture f(1h, 1ms);
+        Watcher watcher;
+        Task *const task = f.store.insertTask(u"A"_s);
+        f.start();
+        QTRY_COMPARE(watcher.items().size(), 1);
+        f.host.listenTo(f.bus.baseService());
+        f.host.heard(f.bus.baseService());
+        f.clock.advance(600);
+        QCOMPARE(f.host.heard(f.bus.baseService()), QStringList());
+        // Ticks within one second change no text.
+        f.timer.startTask(task, AllTasks(f.store.context()), f.store.context());
+        QVERIFY(f.host.heard(f.bus.baseService()).contains(u"XAyatanaNewLabel"_s));
+        const qint64 tick = f.timer.tick();
+        QTRY_VERIFY(f.timer.tick() > tick + 5);
+        QCOMPARE(f.host.heard(f.bus.baseService()), QStringList());
+    }
+
+    void shouldOpenAndCloseThePanelWithClicksOnTheItem()
+    {
+        Fixture f;
+        const Watcher watcher;
+        f.start();
+        QTRY_COMPARE(watcher.items().size(), 1);
+        f.callItem(u"Activate"_s, {700, 10});
+        QVERIFY(f.extra->panel().isOpen());
+        f.callItem(u"Activate"_s, {700, 10});
+        QVERIFY(!f.extra->panel().isOpen());
+    }
+
+    void shouldPassTheActivationTokenToTheMainWindowOnce()
+    {
+        Fixture f;
+        const Watcher watcher;
+        f.start();
+        QTRY_COMPARE(watcher.items().size(), 1);
+        QSignalSpy open(f.extra.get(), &MenuBarExtra::openMainWindow);
+        f.callItem(u"ProvideXdgActivationToken"_s, {u"token"_s});
+        f.callItem(u"Activate"_s, {700, 10});
+        for (const QString &token : {u"token"_s, QString()}) {
+            if (!f.extra->panel().isOpen())
+                f.callItem(u"Activate"_s, {700, 10});
+            QQuickWindow *const window = f.extra->panel().window();
+            QVERIFY(QTest::qWaitForWindowExposed(window));
+            QTest::mouseClick(
+                window, Qt::LeftButton, {},
+                qmltest::centre(qmltest::findItem(window->contentItem(), u"openButton"_s)));
+            QCOMPARE(open.size(), 1);
+            QCOMPARE(open.takeFirst().at(0), token);
+            QVERIFY(!f.extra->panel().isOpen());
+        }
+    }
+
+    void shouldShowTheClockWindowWhereNoTrayComes()
+    {
+        Fixture f(1ms);
+        Task *const task = f.store.insertTask(u"A"_s);
+        task->setAccumulatedSeconds(3725);
+        task->start();
+        f.start();
+        QCOMPARE(f.extra->backend(), Backend::None);
+        QTRY_COMPARE(f.extra->backend(), Backend::ClockWindow);
+        auto *const window = qobject_cast<QQuickWindow *>(f.clockWindow());
+        QVERIFY(window && window->isVisible());
+        QCOMPARE(window->size(), QSize(120, 28));
+        QCOMPARE(qmltest::findItem(window->contentItem(), u"labelText"_s)->property("text"),
+                 u"01:02:05"_s);
+        QTest::mouseClick(window, Qt::LeftButton, {}, {60, 14});
+        QVERIFY(f.extra->panel().isOpen());
+    }
+
+    void shouldGrowTheClockWindowWithALongClock()
+    {
+        Fixture f(1ms);
+        Task *const task = f.store.insertTask(u"A"_s);
+        task->setAccumulatedSeconds(qint64(123456789) * 3600);
+        f.start();
+        QTRY_COMPARE(f.extra->backend(), Backend::ClockWindow);
+        task->start();
+        QTRY_VERIFY(f.clockWindow()->width() > 120);
+    }
+
+    void shouldWorkWithoutABus()
+    {
+        Fixture f(1ms);
+        f.bus = QDBusConnection(u"none"_s);
+        f.start();
+        QTRY_COMPARE(f.extra->backend(), Backend::ClockWindow);
+    }
+
+    void shouldChangeItsBackendAsTraysComeAndGo()
+    {
+        Fixture f(1ms);
+        f.start();
+        QTRY_COMPARE(f.extra->backend(), Backend::ClockWindow);
+        auto watcher = std::make_unique<Watcher>();
+        QTRY_COMPARE(f.extra->backend(), Backend::StatusNotifier);
+        QTRY_COMPARE(watcher->items().size(), 1);
+        QVERIFY(!f.clockWindow());
+        watcher.reset();
+        QTRY_COMPARE(f.extra->backend(), Backend::ClockWindow);
+        watcher = std::make_unique<Watcher>();
+        QTRY_COMPARE(f.extra->backend(), Backend::StatusNotifier);
+        QTRY_COMPARE(watcher->items().size(), 1);
+        QCOMPARE(f.label(), u""_s);
+    }
+
+    void shouldGiveAPanelThatRestartsTimeToComeBack()
+    {
+        Fixture f;
+        auto watcher = std::make_unique<Watcher>();
+        f.start();
+        QTRY_COMPARE(f.extra->backend(), Backend::StatusNotifier);
+        watcher.reset();
+        QTRY_COMPARE(f.extra->backend(), Backend::None);
+        QVERIFY(!f.clockWindow());
+    }
+
+    void shouldQuitWhenItsClockWindowIsTheLastToClose()
+    {
+        Fixture f(1ms);
+        f.start();
+        QTRY_COMPARE(f.extra->backend(), Backend::ClockWindow);
+        QSignalSpy quit(f.extra.get(), &MenuBarExtra::quit);
+        f.clockWindow()->close();
+        QCOMPARE(quit.size(), 0);
+        QVERIFY(!f.clockWindow()->isVisible());
+        // Without it no window would lead to the program.
+        f.extra->setIsMainWindowOpen(false);
+        QVERIFY(f.clockWindow()->isVisible());
+        f.clockWindow()->close();
+        QCOMPARE(quit.size(), 1);
+    }
+
+private:
+    QTemporaryDir m_cache;
+};
+
+QTEST_MAIN(TestMenuBarExtra)
+#include "tst_menubarextra.moc"

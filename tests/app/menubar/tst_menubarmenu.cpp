@@ -1,0 +1,211 @@
+#include "app/menubar/menubarmenu.h"
+#include "app/menubar/statusnotifieritem.h"
+#include "bus.h"
+#include "tests/support/teststore.h"
+
+#include <QDBusArgument>
+#include <QSignalSpy>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+/// The menu's content, as a desktop's panel reads it.
+class TestMenuBarMenu : public QObject
+{
+    Q_OBJECT
+
+private:
+    struct Line {
+        int id;
+        QVariantMap properties;
+    };
+
+    struct Fixture {
+        explicit Fixture(std::chrono::milliseconds beat = 1h)
+            : timer(clock, beat)
+        {
+        }
+
+        QDBusMessage call(const QString &method, const QVariantList &arguments)
+        {
+            return host.call(service, StatusNotifierItem::menuPath(), u"com.canonical.dbusmenu"_s,
+                             method, arguments);
+        }
+        void event(int id, const QString &name)
+        {
+            call(u"Event"_s, {id, name, QVariant::fromValue(QDBusVariant(QString())), 0u});
+        }
+        QList<Line> lines()
+        {
+            const QDBusMessage reply = call(u"GetLayout"_s, {0, -1, QStringList()});
+            const auto root =
+                qdbus_cast<DBusMenuLayout>(reply.arguments().at(1).value<QDBusArgument>());
+            QList<Line> lines;
+            for (const QDBusVariant &child : root.children) {
+                const auto line =
+                    qdbus_cast<DBusMenuLayout>(child.variant().value<QDBusArgument>());
+                lines.append({line.id, line.properties});
+            }
+            return lines;
+        }
+        /// The lines' labels, with a check mark's state; a separator is "-".
+        QStringList labels()
+        {
+            QStringList labels;
+            for (const Line &line : lines()) {
+                QString label = line.properties.value(u"label"_s, u"-"_s).toString();
+                if (line.properties.contains(u"toggle-state"_s))
+                    label.prepend(line.properties.value(u"toggle-state"_s).toInt() ? u"[x] "_s
+                                                                                   : u"[ ] "_s);
+                labels << label;
+            }
+            return labels;
+        }
+        int idOf(const QString &part)
+        {
+            for (const Line &line : lines()) {
+                if (line.properties.value(u"label"_s).toString().contains(part))
+                    return line.id;
+            }
+            return -1;
+        }
+
+        FakeClock clock;
+        TestStore store{clock, {1h, 1h}};
+        TimerManager timer;
+        QDBusConnection connection = QDBusConnection::sessionBus();
+        QString service = connection.baseService();
+        Peer host{u"host"_s};
+        MenuBarMenu menu{connection, timer, store.context()};
+    };
+
+private Q_SLOTS:
+    void shouldMirrorAnEmptyPanel()
+    {
+        Fixture f;
+        QCOMPARE(f.labels(), QStringList({u"I dag 0.00 t"_s, u"-"_s, u"Ingen opgaver i dag"_s,
+                                          u"-"_s, u"Åbn Time Tracker"_s, u"Afslut"_s}));
+        QCOMPARE(f.lines().at(0).properties.value(u"enabled"_s), false);
+        QCOMPARE(f.lines().at(2).properties.value(u"enabled"_s), false);
+    }
+
+    void shouldMirrorTodaysTasks()
+    {
+        Fixture f;
+        f.store.insert<Task>(u"en_to"_s, f.clock.now(), u"K1"_s, 0)->setAccumulatedSeconds(3725);
+        f.store.insertTask(QString(), 1)->start();
+        f.store.insert<Task>(u"I går"_s, f.clock.now() - 86400, std::nullopt);
+        QCoreApplication::processEvents();
+        QCOMPARE(f.labels(),
+                 QStringList({u"I dag 1.03 t"_s, u"-"_s, u"[ ] 01:02:05   en__to (K1)"_s,
+                              u"[x] 00:00:00   Unavngivet"_s, u"-"_s, u"Åbn Time Tracker"_s,
+                              u"Afslut"_s}));
+    }
+
+    void shouldKeepALongNameShortAndOnOneLine()
+    {
+        Fixture f;
+        f.store.insertTask(QString(u"😀"_s).repeated(100) + u"\nmere"_s);
+        QCoreApplication::processEvents();
+        const QString label = f.labels().at(2);
+        QVERIFY(label.size() < 80);
+        QVERIFY(label.endsWith(u"😀…"_s));
+    }
+
+    void shouldStartAndStopATask()
+    {
+        Fixture f;
+        Task *const task = f.store.insertTask(u"A"_s);
+        Task *const other = f.store.insertTask(u"B"_s, 1);
+        QCoreApplication::processEvents();
+        f.event(f.idOf(u"   A"_s), u"clicked"_s);
+        QVERIFY(task->isRunning());
+        f.event(f.idOf(u"   B"_s), u"clicked"_s);
+        QVERIFY(!task->isRunning());
+        QVERIFY(other->isRunning());
+        f.event(f.idOf(u"   B"_s), u"clicked"_s);
+        QVERIFY(!other->isRunning());
+    }
+
+    void shouldOpenTheMainWindowAndQuit()
+    {
+        Fixture f;
+        QSignalSpy open(&f.menu, &MenuBarMenu::openMainWindow);
+        QSignalSpy quit(&f.menu, &MenuBarMenu::quit);
+        f.event(f.idOf(u"Åbn"_s), u"clicked"_s);
+        QCOMPARE(open.size(), 1);
+        QCOMPARE(quit.size(), 0);
+        f.event(f.idOf(u"Afslut"_s), u"clicked"_s);
+        QCOMPARE(quit.size(), 1);
+    }
+
+    void shouldTellOfATaskThatStartsAlsoWhileItIsClosed()
+    {
+        Fixture f;
+        Task *const task = f.store.insertTask(u"A"_s);
+        QCoreApplication::processEvents();
+        f.host.listenTo(f.service);
+        task->start();
+        QCOMPARE(f.host.heard(f.service), QStringList{u"ItemsPropertiesUpdated"_s});
+    }
+
+    void shouldTellOfSeveralChangesOnce()
+    {
+        Fixture f;
+        f.host.listenTo(f.service);
+        f.store.insertTask(u"A"_s);
+        f.store.insertTask(u"B"_s);
+        QCOMPARE(f.host.heard(f.service), QStringList{u"LayoutUpdated"_s});
+    }
+
+    void shouldFollowTheClockWhileItIsOpenAndBeSilentWhileItIsClosed()
+    {
+        Fixture f(1ms);
+        Task *const task = f.store.insertTask(u"A"_s);
+        f.timer.startTask(task, AllTasks(f.store.context()), f.store.context());
+        QCoreApplication::processEvents();
+        f.host.listenTo(f.service);
+
+        const auto aTickWithANewSecond = [&f] {
+            f.clock.advance(1);
+            const qint64 tick = f.timer.tick();
+            return QTest::qWaitFor([&] { return f.timer.tick() > tick; });
+        };
+        QVERIFY(aTickWithANewSecond());
+        QCOMPARE(f.host.heard(f.service), QStringList());
+        f.event(0, u"opened"_s);
+        QCOMPARE(f.host.heard(f.service), QStringList{u"ItemsPropertiesUpdated"_s});
+        QVERIFY(aTickWithANewSecond());
+        QCOMPARE(f.host.heard(f.service), QStringList{u"ItemsPropertiesUpdated"_s});
+        QVERIFY(f.labels().contains(u"[x] 00:00:02   A"_s));
+        f.event(0, u"closed"_s);
+        QVERIFY(aTickWithANewSecond());
+        QCOMPARE(f.host.heard(f.service), QStringList());
+    }
+
+    void shouldBeUpToDateWhenItIsAboutToShow()
+    {
+        Fixture f;
+        f.store.insertTask(u"A"_s)->start();
+        QCoreApplication::processEvents();
+        f.clock.advance(60);
+        f.call(u"AboutToShow"_s, {0});
+        QVERIFY(f.labels().contains(u"[x] 00:01:00   A"_s));
+    }
+
+    void shouldKeepATasksLineAsOthersComeAndGo()
+    {
+        Fixture f;
+        Task *const first = f.store.insertTask(u"A"_s);
+        f.store.insertTask(u"B"_s, 1);
+        QCoreApplication::processEvents();
+        const int id = f.idOf(u"   B"_s);
+        f.store.context().remove(first);
+        QCoreApplication::processEvents();
+        QCOMPARE(f.idOf(u"   B"_s), id);
+        QCOMPARE(f.idOf(u"   A"_s), -1);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestMenuBarMenu)
+#include "tst_menubarmenu.moc"

@@ -1,0 +1,173 @@
+#include "app/menubar/statusnotifieritem.h"
+#include "bus.h"
+
+#include <QDBusArgument>
+#include <QDir>
+#include <QFileInfo>
+#include <QImage>
+#include <QSignalSpy>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+
+using namespace Qt::StringLiterals;
+
+/// The item as a desktop's panel speaks to it, over a real bus.
+class TestStatusNotifierItem : public QObject
+{
+    Q_OBJECT
+
+private:
+    struct Fixture {
+        QVariant property(const QString &name)
+        {
+            return host.property(service, StatusNotifierItem::path(), interface, name);
+        }
+        QDBusMessage call(const QString &method, const QVariantList &arguments)
+        {
+            return host.call(service, StatusNotifierItem::path(), interface, method, arguments);
+        }
+
+        QDBusConnection connection = QDBusConnection::sessionBus();
+        QString service = connection.baseService();
+        QString interface = u"org.kde.StatusNotifierItem"_s;
+        StatusNotifierItem item{connection};
+        Peer host{u"host"_s};
+    };
+
+private Q_SLOTS:
+    void initTestCase() { qputenv("XDG_CACHE_HOME", m_cache.path().toLocal8Bit()); }
+
+    void shouldShowItsPropertiesAsTheProtocolWantsThem()
+    {
+        Fixture f;
+        QCOMPARE(f.property(u"Category"_s), u"ApplicationStatus"_s);
+        QCOMPARE(f.property(u"Id"_s), u"dk.tulo.TimeTracker"_s);
+        QCOMPARE(f.property(u"Title"_s), u"TULO Time Tracker"_s);
+        QCOMPARE(f.property(u"Status"_s), u"Active"_s);
+        QCOMPARE(f.property(u"ItemIsMenu"_s), false);
+        QCOMPARE(f.property(u"Menu"_s).value<QDBusObjectPath>().path(), u"/MenuBar"_s);
+        QCOMPARE(f.property(u"WindowId"_s), 0u);
+        QCOMPARE(f.property(u"IconAccessibleDesc"_s), u"TULO Time Tracker"_s);
+        QCOMPARE(f.property(u"XAyatanaLabel"_s), u""_s);
+        QCOMPARE(f.property(u"XAyatanaLabelGuide"_s), u"00:00:00"_s);
+        QCOMPARE(f.property(u"XAyatanaOrderingIndex"_s), 0u);
+        for (const QString &name :
+             {u"IconThemePath"_s, u"OverlayIconName"_s, u"AttentionIconName"_s,
+              u"AttentionMovieName"_s, u"AttentionAccessibleDesc"_s})
+            QCOMPARE(f.property(name), u""_s);
+    }
+
+    void shouldGiveItsIconAsPicturesInNetworkByteOrder()
+    {
+        Fixture f;
+        const auto pixmaps =
+            qdbus_cast<QList<IconPixmap>>(f.property(u"IconPixmap"_s).value<QDBusArgument>());
+        QList<int> sizes;
+        for (const IconPixmap &pixmap : pixmaps) {
+            sizes << pixmap.width;
+            QCOMPARE(pixmap.height, pixmap.width);
+            QCOMPARE(pixmap.pixels.size(), 4 * pixmap.width * pixmap.width);
+        }
+        QCOMPARE(sizes, QList<int>({16, 22, 24, 32, 48}));
+        // The opaque pixels: alpha first, then the colour, of which green is more than red.
+        const QByteArray &pixels = pixmaps.last().pixels;
+        int opaque = 0;
+        for (qsizetype i = 0; i < pixels.size(); i += 4) {
+            if (static_cast<uchar>(pixels[i]) == 255) {
+                ++opaque;
+                QVERIFY(static_cast<uchar>(pixels[i + 1]) < static_cast<uchar>(pixels[i + 2]));
+            }
+        }
+        QVERIFY(opaque > 100);
+        QVERIFY(opaque < 48 * 48 / 2);
+    }
+
+    void shouldNameAPictureThatEveryPanelCanRead()
+    {
+        Fixture f;
+        const QString path = f.property(u"IconName"_s).toString();
+        QVERIFY(QFileInfo(path).isAbsolute());
+        QVERIFY(path.startsWith(m_cache.path()));
+        QCOMPARE(QImage(path).size(), QSize(48, 48));
+    }
+
+    void shouldNameNoPictureWhereNoneCanBeWritten()
+    {
+        qputenv("XDG_CACHE_HOME", "/proc/nowhere");
+        Fixture f;
+        qputenv("XDG_CACHE_HOME", m_cache.path().toLocal8Bit());
+        QCOMPARE(f.property(u"IconName"_s), u""_s);
+    }
+
+    void shouldNameTheSymbolicIconWhereItIsInstalled()
+    {
+        const QTemporaryDir data;
+        const QString folder = data.filePath(u"icons/hicolor/symbolic/apps"_s);
+        QVERIFY(QDir().mkpath(folder));
+        QFile file(folder + u"/dk.tulo.TimeTracker-symbolic.svg"_s);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        const QByteArray before = qgetenv("XDG_DATA_DIRS");
+        qputenv("XDG_DATA_DIRS", data.path().toLocal8Bit());
+        Fixture f;
+        qputenv("XDG_DATA_DIRS", before);
+        QCOMPARE(f.property(u"IconName"_s), u"dk.tulo.TimeTracker-symbolic"_s);
+    }
+
+    void shouldTellOfEachNewLabelOnce()
+    {
+        Fixture f;
+        f.host.listenTo(f.service);
+        f.item.setLabel(u"01:02:05"_s);
+        const QList<QDBusMessage> heard = f.host.heardMessages(f.service);
+        QCOMPARE(heard.size(), 2);
+        QCOMPARE(heard[0].member(), u"XAyatanaNewLabel"_s);
+        QCOMPARE(heard[0].arguments(), QVariantList({u"01:02:05"_s, u"00:00:00"_s}));
+        QCOMPARE(heard[1].member(), u"NewToolTip"_s);
+        QCOMPARE(f.property(u"XAyatanaLabel"_s), u"01:02:05"_s);
+        f.item.setLabel(u"01:02:05"_s);
+        QCOMPARE(f.host.heard(f.service), QStringList());
+        f.item.setLabel({});
+        QCOMPARE(f.host.heard(f.service), QStringList({u"XAyatanaNewLabel"_s, u"NewToolTip"_s}));
+        QCOMPARE(f.property(u"XAyatanaLabel"_s), u""_s);
+    }
+
+    void shouldShowTheClockInItsTooltip()
+    {
+        Fixture f;
+        f.item.setLabel(u"01:02:05"_s);
+        const auto tip =
+            qdbus_cast<StatusNotifierToolTip>(f.property(u"ToolTip"_s).value<QDBusArgument>());
+        QCOMPARE(tip.title, u"TULO Time Tracker"_s);
+        QCOMPARE(tip.text, u"01:02:05"_s);
+    }
+
+    void shouldTellOfEveryKindOfClick()
+    {
+        Fixture f;
+        QSignalSpy clicks(&f.item, &StatusNotifierItem::activated);
+        for (const QString &method : {u"Activate"_s, u"SecondaryActivate"_s, u"ContextMenu"_s}) {
+            f.call(method, {900, 14});
+            QCOMPARE(clicks.size(), 1);
+            QCOMPARE(clicks.takeFirst().at(0).toPoint(), QPoint(900, 14));
+        }
+        f.call(u"XAyatanaSecondaryActivate"_s, {0u});
+        QCOMPARE(clicks.takeFirst().at(0).toPoint(), QPoint());
+        f.call(u"Scroll"_s, {1, u"vertical"_s});
+        QCOMPARE(clicks.size(), 0);
+    }
+
+    void shouldPassOnActivationTokens()
+    {
+        Fixture f;
+        QSignalSpy tokens(&f.item, &StatusNotifierItem::activationTokenProvided);
+        f.call(u"ProvideXdgActivationToken"_s, {u"token"_s});
+        QCOMPARE(tokens.size(), 1);
+        QCOMPARE(tokens.at(0).at(0), u"token"_s);
+    }
+
+private:
+    QTemporaryDir m_cache;
+};
+
+QTEST_MAIN(TestStatusNotifierItem)
+#include "tst_statusnotifieritem.moc"
