@@ -1,0 +1,462 @@
+#include "app/instance/singleinstance.h"
+
+#include <QDBusMessage>
+#include <QDBusPendingCall>
+#include <QDir>
+#include <QLocalServer>
+#include <QLocalSocket>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <algorithm>
+#include <csignal>
+#include <memory>
+#include <vector>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+/// One process that starts as the program does, and what it said.
+class Probe
+{
+public:
+    explicit Probe(const QProcessEnvironment &environment, const QStringList &arguments)
+    {
+        m_process.setProcessEnvironment(environment);
+        m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        m_process.start(QStringLiteral(INSTANCEPROBE), arguments);
+        m_process.waitForStarted();
+    }
+    ~Probe()
+    {
+        m_process.kill();
+        m_process.waitForFinished();
+    }
+    Q_DISABLE_COPY_MOVE(Probe)
+
+    const QStringList &lines()
+    {
+        while (m_process.canReadLine())
+            m_lines += QString::fromUtf8(m_process.readLine()).chopped(1);
+        return m_lines;
+    }
+    bool isFirst() { return lines().startsWith(u"first"_s); }
+    bool hasEnded() const { return m_process.state() == QProcess::NotRunning; }
+    /// Minus one for a process that still runs or was killed.
+    int status() const
+    {
+        return hasEnded() && m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode()
+                                                                            : -1;
+    }
+
+    void send(int signal) { ::kill(static_cast<pid_t>(m_process.processId()), signal); }
+    void letGo() { m_process.write("\n"); }
+
+private:
+    QProcess m_process;
+    QStringList m_lines;
+};
+
+/// Owns the name but goes away when it is called.
+class VanishingOwner : public QObject
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
+
+public:
+    explicit VanishingOwner(const QString &connection)
+        : m_connection(connection)
+    {
+    }
+    bool wasCalled() const { return m_wasCalled; }
+
+public Q_SLOTS:
+    void Activate(const QVariantMap &, const QDBusMessage &message)
+    {
+        message.setDelayedReply(true);
+        m_wasCalled = true;
+        QDBusConnection::disconnectFromBus(m_connection);
+    }
+
+private:
+    QString m_connection;
+    bool m_wasCalled = false;
+};
+
+constexpr auto Patient = "60000"_L1;
+constexpr auto Impatient = "100"_L1;
+
+} // namespace
+
+/// What a process has by which it can find others.
+enum class Has { Bus, Folder, Both };
+
+class TestSingleInstance : public QObject
+{
+    Q_OBJECT
+
+private:
+    // Not the program's own, as that may be running.
+    const QString m_service = u"dk.tulo.TimeTracker.Test"_s;
+    const QString m_objectPath = u"/dk/tulo/TimeTracker/Test"_s;
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<QProcess> m_daemon;
+    QString m_address;
+    int m_connections = 0;
+
+    QString lockPath() const { return m_folder->filePath(m_service + ".lock"_L1); }
+    QString socketPath() const { return m_folder->filePath(m_service + ".socket"_L1); }
+
+    /// A folder of its own for who is not to share it: there is no being without.
+    QProcessEnvironment environment(Has what) const
+    {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        for (const QString &name :
+             {u"DBUS_SESSION_BUS_ADDRESS"_s, u"XDG_ACTIVATION_TOKEN"_s, u"DESKTOP_STARTUP_ID"_s})
+            environment.remove(name);
+        if (what != Has::Folder)
+            environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, m_address);
+        environment.insert(u"XDG_RUNTIME_DIR"_s,
+                           what == Has::Bus ? m_folder->filePath(u"other"_s) : m_folder->path());
+        return environment;
+    }
+
+    std::unique_ptr<Probe> start(const QProcessEnvironment &environment,
+                                 QLatin1StringView patience = Patient,
+                                 const QStringList &more = {}) const
+    {
+        return std::make_unique<Probe>(environment,
+                                       QStringList{m_service, QString(patience)} + more);
+    }
+    std::unique_ptr<Probe> start(Has what, QLatin1StringView patience = Patient,
+                                 const QStringList &more = {}) const
+    {
+        return start(environment(what), patience, more);
+    }
+
+    QDBusConnection connectToBus()
+    {
+        return QDBusConnection::connectToBus(m_address, u"test%1"_s.arg(++m_connections));
+    }
+
+    QDBusMessage call(const QString &method, const QVariantList &arguments) const
+    {
+        QDBusMessage message = QDBusMessage::createMethodCall(
+            m_service, m_objectPath, u"org.freedesktop.Application"_s, method);
+        message.setArguments(arguments);
+        return message;
+    }
+
+    static void eachKind()
+    {
+        QTest::addColumn<Has>("has");
+        QTest::newRow("with a bus only") << Has::Bus;
+        QTest::newRow("with a folder only") << Has::Folder;
+        QTest::newRow("with both") << Has::Both;
+    }
+
+private Q_SLOTS:
+    void init()
+    {
+        m_folder = std::make_unique<QTemporaryDir>();
+        QVERIFY(m_folder->isValid());
+        QVERIFY(QDir(m_folder->path()).mkdir(u"other"_s));
+        m_daemon = std::make_unique<QProcess>();
+        // Not named "bus": that is where it would be found without its address.
+        m_daemon->start(u"dbus-daemon"_s,
+                        {u"--session"_s, u"--nofork"_s, u"--nopidfile"_s, u"--print-address"_s,
+                         u"--address=unix:path="_s + m_folder->filePath(u"daemon"_s)});
+        QTRY_VERIFY(m_daemon->canReadLine());
+        m_address = QString::fromUtf8(m_daemon->readLine()).trimmed();
+    }
+    void cleanup()
+    {
+        m_daemon->kill();
+        m_daemon->waitForFinished();
+    }
+
+    void shouldHandOverToTheFirst_data()
+    {
+        QTest::addColumn<Has>("first");
+        QTest::addColumn<Has>("second");
+        QTest::newRow("bus, bus") << Has::Bus << Has::Bus;
+        QTest::newRow("bus, both") << Has::Bus << Has::Both;
+        QTest::newRow("folder, folder") << Has::Folder << Has::Folder;
+        QTest::newRow("folder, both") << Has::Folder << Has::Both;
+        QTest::newRow("both, bus") << Has::Both << Has::Bus;
+        QTest::newRow("both, folder") << Has::Both << Has::Folder;
+        QTest::newRow("both, both") << Has::Both << Has::Both;
+    }
+    void shouldHandOverToTheFirst()
+    {
+        QFETCH(Has, first);
+        QFETCH(Has, second);
+        const auto running = start(first);
+        QTRY_VERIFY(running->isFirst());
+
+        QProcessEnvironment withToken = environment(second);
+        withToken.insert(u"XDG_ACTIVATION_TOKEN"_s, u"a token"_s);
+        withToken.insert(u"DESKTOP_STARTUP_ID"_s, u"an id"_s);
+        const auto later = start(withToken);
+        QTRY_VERIFY(later->hasEnded());
+        QCOMPARE(later->status(), 0);
+        QCOMPARE(later->lines(), QStringList());
+        QTRY_COMPARE(running->lines(), QStringList({u"first"_s, u"activated:a token"_s}));
+
+        QProcessEnvironment withId = environment(second);
+        withId.insert(u"DESKTOP_STARTUP_ID"_s, u"an id"_s);
+        const auto third = start(withId);
+        QTRY_COMPARE(third->status(), 0);
+        QTRY_COMPARE(running->lines().value(2), u"activated:an id"_s);
+
+        const auto fourth = start(second);
+        QTRY_COMPARE(fourth->status(), 0);
+        QTRY_COMPARE(running->lines().value(3), u"activated:"_s);
+    }
+
+    void shouldHaveOneFirstOfMany_data()
+    {
+        QTest::addColumn<QList<Has>>("kinds");
+        QTest::newRow("with a bus only") << QList<Has>(8, Has::Bus);
+        QTest::newRow("with a folder only") << QList<Has>(8, Has::Folder);
+        QTest::newRow("with both") << QList<Has>(8, Has::Both);
+        const QList<Has> pair{Has::Both, Has::Folder};
+        QTest::newRow("mixed") << pair + pair + pair + pair;
+    }
+    void shouldHaveOneFirstOfMany()
+    {
+        QFETCH(QList<Has>, kinds);
+        std::vector<std::unique_ptr<Probe>> probes;
+        for (const Has kind : kinds)
+            probes.push_back(start(kind));
+
+        const auto ended = [&] {
+            return std::count_if(probes.begin(), probes.end(),
+                                 [](const auto &probe) { return probe->hasEnded(); });
+        };
+        QTRY_COMPARE_WITH_TIMEOUT(ended(), 7, 60'000);
+        for (const auto &probe : probes) {
+            if (probe->hasEnded()) {
+                QCOMPARE(probe->status(), 0);
+                QCOMPARE(probe->lines(), QStringList());
+            } else {
+                QTRY_COMPARE(probe->lines(),
+                             QStringList(u"first"_s) + QStringList(7, u"activated:"_s));
+            }
+        }
+    }
+
+    void shouldSucceedOneThatWasKilled_data() { eachKind(); }
+    void shouldSucceedOneThatWasKilled()
+    {
+        QFETCH(Has, has);
+        const auto killed = start(has);
+        QTRY_VERIFY(killed->isFirst());
+        killed->send(SIGKILL);
+        QTRY_VERIFY(killed->hasEnded());
+        // What it leaves behind is to be in the way of nobody.
+        QCOMPARE(QFile::exists(lockPath()), has != Has::Bus);
+        QCOMPARE(QFile::exists(socketPath()), has != Has::Bus);
+
+        const auto next = start(has);
+        QTRY_VERIFY(next->isFirst());
+        const auto last = start(has);
+        QTRY_COMPARE(last->status(), 0);
+        QTRY_COMPARE(next->lines().size(), 2);
+    }
+
+    void shouldFailIfTheFirstIsSilent_data() { eachKind(); }
+    void shouldFailIfTheFirstIsSilent()
+    {
+        QFETCH(Has, has);
+        const auto stopped = start(has);
+        QTRY_VERIFY(stopped->isFirst());
+        stopped->send(SIGSTOP);
+
+        const auto later = start(has, Impatient);
+        QTRY_VERIFY(later->hasEnded());
+        QCOMPARE(later->status(), 1);
+        QCOMPARE(later->lines(), QStringList());
+    }
+
+    void shouldSucceedAnOwnerThatVanishes()
+    {
+        const QString connection = u"vanishing"_s;
+        VanishingOwner owner(connection);
+        {
+            // A connection is open for as long as somebody refers to it.
+            QDBusConnection bus = QDBusConnection::connectToBus(m_address, connection);
+            QVERIFY(bus.registerObject(m_objectPath, &owner, QDBusConnection::ExportAllSlots));
+            QVERIFY(bus.registerService(m_service));
+        }
+
+        const auto next = start(Has::Bus);
+        QTRY_VERIFY(next->isFirst());
+        QVERIFY(owner.wasCalled());
+    }
+
+    void shouldSucceedALockHolderThatVanishes()
+    {
+        auto lock = std::make_unique<UserLock>();
+        QCOMPARE(lock->take(lockPath()), UserLock::Result::Taken);
+        QLocalServer server;
+        QVERIFY(server.listen(socketPath()));
+        bool wasCalled = false;
+        connect(&server, &QLocalServer::newConnection, this, [&] {
+            wasCalled = true;
+            server.close();
+            lock.reset();
+        });
+
+        const auto next = start(Has::Folder);
+        QTRY_VERIFY(next->isFirst());
+        QVERIFY(wasCalled);
+    }
+
+    void shouldWaitForALockHolderThatDoesNotListenYet()
+    {
+        UserLock lock;
+        QCOMPARE(lock.take(lockPath()), UserLock::Result::Taken);
+        const auto later = start(Has::Folder);
+        // It has tried in vain once its thread sleeps, but nothing depends on that.
+        InstanceSocket socket;
+        QVERIFY(socket.listen(socketPath()));
+        QTRY_COMPARE(later->status(), 0);
+    }
+
+    void shouldNotLoseWhatComesBeforeTheEventLoop_data() { eachKind(); }
+    void shouldNotLoseWhatComesBeforeTheEventLoop()
+    {
+        QFETCH(Has, has);
+        const auto held = start(has, Patient, {u"held"_s});
+        QTRY_VERIFY(held->isFirst());
+
+        if (has == Has::Folder) {
+            QLocalSocket socket;
+            socket.connectToServer(socketPath());
+            QVERIFY(socket.waitForConnected());
+            socket.write(QByteArray("early\0\0", 7));
+            QVERIFY(socket.waitForBytesWritten());
+            held->letGo();
+            QTRY_COMPARE(held->lines(), QStringList({u"first"_s, u"activated:early"_s}));
+        } else {
+            QDBusConnection bus = connectToBus();
+            const QDBusPendingCall answer = bus.asyncCall(
+                call(u"Activate"_s, {QVariantMap{{u"activation-token"_s, u"early"_s}}}));
+            // The bus has passed it on once it answers what came after.
+            QVERIFY(bus.call(QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s,
+                                                            u"/org/freedesktop/DBus"_s,
+                                                            u"org.freedesktop.DBus"_s, u"GetId"_s))
+                        .type() == QDBusMessage::ReplyMessage);
+            QVERIFY(!answer.isFinished());
+            held->letGo();
+            QTRY_COMPARE(held->lines(), QStringList({u"first"_s, u"activated:early"_s}));
+            QTRY_VERIFY(answer.isFinished());
+            QVERIFY(!answer.isError());
+        }
+    }
+
+    void shouldTakeADeadBusForNone()
+    {
+        QProcessEnvironment dead = environment(Has::Folder);
+        dead.insert(u"DBUS_SESSION_BUS_ADDRESS"_s,
+                    u"unix:path="_s + m_folder->filePath(u"nothing"_s));
+        const auto first = start(dead);
+        QTRY_VERIFY(first->isFirst());
+        const auto second = start(Has::Both);
+        QTRY_COMPARE(second->status(), 0);
+        const auto third = start(dead);
+        QTRY_COMPARE(third->status(), 0);
+        QTRY_COMPARE(first->lines().size(), 3);
+    }
+
+    void shouldFindTheBusInTheRuntimeFolder()
+    {
+        QVERIFY(QFile::rename(m_folder->filePath(u"daemon"_s), m_folder->filePath(u"bus"_s)));
+        const auto first = start(Has::Folder);
+        QTRY_VERIFY(first->isFirst());
+
+        const QDBusConnection bus = QDBusConnection::connectToBus(
+            u"unix:path="_s + m_folder->filePath(u"bus"_s), u"renamed"_s);
+        QVERIFY(bus.call(call(u"Activate"_s, {QVariantMap()})).type() ==
+                QDBusMessage::ReplyMessage);
+        QTRY_COMPARE(first->lines().size(), 2);
+    }
+
+    void shouldRunWithoutAUsableFolder()
+    {
+        // As long as a path may be that a folder still has, but no socket in it.
+        const QString deep = m_folder->filePath(QString(200, u'x'));
+        QVERIFY(QDir().mkdir(deep));
+        QProcessEnvironment noSocket = environment(Has::Both);
+        noSocket.insert(u"XDG_RUNTIME_DIR"_s, deep);
+        const auto first = start(noSocket);
+        QTRY_VERIFY(first->isFirst());
+        const auto second = start(noSocket);
+        QTRY_COMPARE(second->status(), 0);
+
+        noSocket.remove(u"DBUS_SESSION_BUS_ADDRESS"_s);
+        const auto third = start(noSocket, Impatient);
+        QTRY_COMPARE(third->status(), 1);
+    }
+
+    void shouldRunTogetherWithThoseOnAnotherBusAndFolder()
+    {
+        const auto first = start(Has::Bus);
+        QTRY_VERIFY(first->isFirst());
+        const auto second = start(Has::Folder);
+        QTRY_VERIFY(second->isFirst());
+    }
+
+    void shouldDoAsTheDesktopAsks()
+    {
+        const auto first = start(Has::Both);
+        QTRY_VERIFY(first->isFirst());
+        const QDBusConnection bus = connectToBus();
+        const auto isAnswered = [&](const QString &method, const QVariantList &arguments) {
+            return bus.call(call(method, arguments)).type() == QDBusMessage::ReplyMessage;
+        };
+
+        const QVariantMap data{{u"activation-token"_s, u"t"_s}, {u"desktop-startup-id"_s, u"i"_s}};
+        QVERIFY(isAnswered(u"Activate"_s, {data}));
+        QVERIFY(isAnswered(u"Open"_s, {QStringList{u"file:///x"_s}, QVariantMap()}));
+        QVERIFY(isAnswered(u"ActivateAction"_s, {u"unknown"_s, QVariantList(), QVariantMap()}));
+        QTRY_COMPARE(first->lines(), QStringList({u"first"_s, u"activated:t"_s, u"activated:"_s}));
+
+        // Data that make no sense are no data.
+        QVERIFY(isAnswered(u"Activate"_s, {QVariantMap{{u"activation-token"_s, QVariantList{7}}}}));
+        QTRY_COMPARE(first->lines().value(3), u"activated:"_s);
+        QVERIFY(!first->hasEnded());
+
+        QVERIFY(isAnswered(u"ActivateAction"_s, {u"quit"_s, QVariantList(), QVariantMap()}));
+        QTRY_COMPARE(first->status(), 0);
+        // It has tidied up after itself.
+        QVERIFY(!QFile::exists(socketPath()));
+    }
+
+    void shouldOfferWhatTheInterfaceSays()
+    {
+        const auto first = start(Has::Both);
+        QTRY_VERIFY(first->isFirst());
+        const QDBusMessage reply = connectToBus().call(QDBusMessage::createMethodCall(
+            m_service, m_objectPath, u"org.freedesktop.DBus.Introspectable"_s, u"Introspect"_s));
+        QString interface = reply.arguments().value(0).toString();
+        interface.remove(0,
+                         interface.indexOf("<interface name=\"org.freedesktop.Application\">"_L1));
+        interface.truncate(interface.indexOf("</interface>"_L1));
+
+        QString types;
+        static const QRegularExpression each(u"method name=\"(\\w+)\"|<arg.*type=\"([^\"]+)\""_s);
+        for (const auto &match : each.globalMatch(interface))
+            types +=
+                match.captured(1).isEmpty() ? u' ' + match.captured(2) : u';' + match.captured(1);
+        QCOMPARE(types, u";Activate a{sv};Open as a{sv};ActivateAction s av a{sv}"_s);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestSingleInstance)
+#include "tst_singleinstance.moc"
