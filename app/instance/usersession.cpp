@@ -19,20 +19,20 @@ bool isOwnSocket(const QString &path)
            status.st_uid == ::geteuid();
 }
 
-bool isBusPromised()
-{
-    const QString address = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
-    if (!address.isEmpty())
-        return !address.contains("autolaunch:"_L1);
-    const QString folder = qEnvironmentVariable("XDG_RUNTIME_DIR");
-    return !folder.isEmpty() && isOwnSocket(folder + "/bus"_L1);
-}
-
 } // namespace
 
-QDBusConnection userSessionBus()
+void neverStartABus()
 {
-    return isBusPromised() ? QDBusConnection::sessionBus() : QDBusConnection(u"none"_s);
+    const QString address = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
+    if (!address.isEmpty() && !address.contains("autolaunch:"_L1))
+        return;
+    const QString folder = qEnvironmentVariable("XDG_RUNTIME_DIR");
+    if (!folder.isEmpty() && isOwnSocket(folder + "/bus"_L1))
+        // This is where it is looked for first.
+        qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+    else
+        // No kind of bus that anybody knows.
+        qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:");
 }
 
 bool isPrivateFolder(const QString &path)
@@ -47,13 +47,13 @@ QString userRuntimeFolder()
 {
     // Not QStandardPaths: where the variable is missing, as in some jobs and remote logins, it
     // complains and leads to another folder than it does in the user's session.
-    const QString given = qEnvironmentVariable("XDG_RUNTIME_DIR");
+    QString given = qEnvironmentVariable("XDG_RUNTIME_DIR");
     if (QDir::isAbsolutePath(given) && isPrivateFolder(given))
         return given;
     const QString user = QString::number(::geteuid());
-    if (const QString usual = u"/run/user/"_s + user; isPrivateFolder(usual))
+    if (QString usual = u"/run/user/"_s + user; isPrivateFolder(usual))
         return usual;
-    const QString own = QDir::tempPath() + "/dk.tulo.TimeTracker-"_L1 + user;
+    QString own = QDir::tempPath() + "/dk.tulo.TimeTracker-"_L1 + user;
     ::mkdir(QFile::encodeName(own).constData(), S_IRWXU);
     return isPrivateFolder(own) ? own : QString();
 }

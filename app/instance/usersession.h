@@ -1,11 +1,11 @@
 #pragma once
 
-#include <QDBusConnection>
 #include <QString>
 
-/// The user's session bus, or a connection that is not connected. Never has one started: that
-/// would be a bus that nobody else is on.
-QDBusConnection userSessionBus();
+/// Has the session bus looked for only where the environment promises one, from now on and by
+/// everybody in this process: a search would end in one being started, and nobody else would be
+/// on it. To be called before the application object is made, which already searches.
+void neverStartABus();
 
 /// The folder for what only the running processes of this user share, or empty if there is none
 /// that is safe from other users. The same one for all of them, whatever their HOME.

@@ -22,10 +22,11 @@ void say(const QString &line)
 int main(int argc, char *argv[])
 {
     const StartTokens tokens = StartTokens::fromEnvironment();
+    neverStartABus();
     const QCoreApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
 
-    SingleInstance instance(userSessionBus(), userRuntimeFolder(), arguments.at(1));
+    SingleInstance instance(QDBusConnection::sessionBus(), userRuntimeFolder(), arguments.at(1));
     const auto claim =
         instance.claim(tokens, std::chrono::milliseconds(arguments.at(2).toLongLong()));
     if (claim != SingleInstance::Claim::First)
