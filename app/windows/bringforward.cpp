@@ -1,5 +1,7 @@
 #include "app/windows/bringforward.h"
 
+#include "app/windows/activateonx11.h"
+
 #include <QGuiApplication>
 #include <QTimer>
 #include <QWindow>
@@ -16,6 +18,7 @@ void bringForward(QWindow &window, const QString &activationToken)
     window.setVisible(true);
     window.raise();
     window.requestActivate();
+    activateOnX11(window);
 
     if (QGuiApplication::platformName().startsWith(u"wayland"_s)) {
         // Some compositors raise no window but new ones.

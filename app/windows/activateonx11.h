@@ -1,0 +1,8 @@
+#pragma once
+
+class QWindow;
+
+/// On X11, shows the desktop that @p window lies on and gives it the keyboard there; elsewhere does
+/// nothing. Qt asks for it in the program's own name, and then some window managers only mark a
+/// window of another desktop as wanting attention.
+void activateOnX11(const QWindow &window);

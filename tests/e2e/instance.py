@@ -1,0 +1,136 @@
+"""A second start brings the window of the one that runs forward, wherever it is, and ends."""
+
+import contextlib
+import signal
+import subprocess
+import tempfile
+
+import harness
+from dayprogram import UNNAMED, DayProgram
+from gi.repository import Gio, GLib
+from harness import TITLE, wait_until, xdotool
+
+
+def answer(*arguments):
+    """What xdotool says, or None if it fails: there may be no active window just now."""
+    run = subprocess.run(["xdotool", *map(str, arguments)], capture_output=True, text=True,
+                         check=False)
+    return run.stdout.strip() if run.returncode == 0 else None
+
+
+def active_window():
+    return answer("getactivewindow")
+
+
+def is_visible(window):
+    return window in (answer("search", "--onlyvisible", "--name", TITLE) or "").split()
+
+
+@contextlib.contextmanager
+def another_window():
+    """A window of another program, which covers everything and has the keyboard."""
+    process = subprocess.Popen(
+        ["display", "-title", "Another", "-geometry", "+0+0", "-size", "1200x760", "xc:grey"],
+        stdin=subprocess.DEVNULL)
+    try:
+        window = wait_until(lambda: answer("search", "--onlyvisible", "--name", "^Another$"),
+                            "the other window is there")
+        xdotool("windowactivate", window)
+        wait_until(lambda: active_window() == window, "the other window is active")
+        yield
+    finally:
+        process.kill()
+        process.wait()
+
+
+class Instance(harness.Story):
+    program = DayProgram
+
+    def setUp(self):
+        super().setUp()
+        self.addCleanup(xdotool, "set_desktop", 0)
+
+    def start_again(self, without=(), **more):
+        environment = {name: value for name, value in (self.environment() | more).items()
+                       if name not in without}
+        second = subprocess.run([self.executable], stdin=subprocess.DEVNULL, capture_output=True,
+                                text=True, timeout=harness.DEADLINE, env=environment)
+        self.assertEqual((second.returncode, second.stdout, second.stderr), (0, "", ""))
+
+    @contextlib.contextmanager
+    def running_with_window(self):
+        with self.running() as program:
+            yield program, wait_until(active_window, "its window is active")
+
+    def shouldRaiseAWindowBehindAnother(self):
+        with self.running_with_window() as (program, window), another_window():
+            self.start_again()
+            wait_until(lambda: active_window() == window, "the window is active")
+            program.see_window()
+            program.press_button("Ny opgave")
+            program.row(UNNAMED)
+
+    def shouldRaiseAMinimisedWindow(self):
+        with self.running_with_window() as (program, window):
+            xdotool("windowminimize", window)
+            wait_until(lambda: not is_visible(window), "the window is minimised")
+            self.start_again()
+            wait_until(lambda: is_visible(window) and active_window() == window,
+                       "the window is active")
+            program.see_window()
+
+    def shouldRaiseAWindowOfAnotherDesktop(self):
+        with self.running_with_window() as (program, window):
+            xdotool("set_desktop", 1)
+            wait_until(lambda: answer("get_desktop") == "1" and not is_visible(window),
+                       "the other desktop is shown")
+            with another_window():
+                self.start_again()
+                wait_until(lambda: active_window() == window, "the window is active")
+                self.assertEqual(answer("get_desktop"), answer("get_desktop_for_window", window))
+                program.see_window()
+
+    def shouldBeFoundWithoutABus(self):
+        with self.running_with_window() as (program, window), another_window():
+            self.start_again(without=["DBUS_SESSION_BUS_ADDRESS"])
+            wait_until(lambda: active_window() == window, "the window is active")
+
+    def shouldBeFoundFromAnotherHome(self):
+        with self.running_with_window() as (program, window), another_window():
+            with tempfile.TemporaryDirectory() as home:
+                self.start_again(HOME=home)
+            wait_until(lambda: active_window() == window, "the window is active")
+
+    def shouldEndWellWhenTheDesktopAsksForIt(self):
+        with self.running() as program:
+            program.press_button("Ny opgave")
+            program.row(UNNAMED)
+            Gio.bus_get_sync(Gio.BusType.SESSION).call_sync(
+                "dk.tulo.TimeTracker", "/dk/tulo/TimeTracker", "org.freedesktop.Application",
+                "ActivateAction", GLib.Variant("(sava{sv})", ("quit", [], {})), None,
+                Gio.DBusCallFlags.NO_AUTO_START, -1)
+            program.ends_well()
+
+        with self.running() as program:
+            program.row(UNNAMED)
+
+    def shouldSucceedOneThatWasKilled(self):
+        with self.running() as program:
+            program.kill()
+        with self.running_with_window() as (program, window):
+            self.start_again()
+
+    def shouldSayThatTheFirstDoesNotAnswer(self):
+        with self.running() as program:
+            program.process.send_signal(signal.SIGSTOP)
+            second = subprocess.run(
+                [self.executable], stdin=subprocess.DEVNULL, capture_output=True, text=True,
+                timeout=4 * harness.DEADLINE, env=self.environment())
+            program.process.send_signal(signal.SIGCONT)
+            self.assertEqual((second.returncode, second.stdout, second.stderr),
+                             (1, "", "TULO Time Tracker is running already, but does not answer\n"))
+            program.see_window()
+
+
+if __name__ == "__main__":
+    harness.main()
