@@ -17,6 +17,8 @@ display_packages=(xvfb openbox dbus-daemon xdotool imagemagick)
 test_packages=(
   qml6-module-qttest tzdata
   python3 python3-gi gir1.2-atspi-2.0 at-spi2-core
+  # Trays of both kinds.
+  xfce4-panel xfconf trayer
 )
 # The checks of format and code are a gate with this one version, which Debian 13 has no more.
 if grep -qx 'VERSION_CODENAME=bookworm' /etc/os-release 2>/dev/null; then

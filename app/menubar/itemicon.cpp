@@ -77,7 +77,7 @@ QList<IconPixmap> itemicon::pixmaps()
 QString itemicon::nameOrPath()
 {
     // By its file: to ask the icon theme would mean to read all of it.
-    const QString name = u"dk.tulo.TimeTracker-symbolic"_s;
+    QString name = u"dk.tulo.TimeTracker-symbolic"_s;
     if (!QStandardPaths::locate(QStandardPaths::GenericDataLocation,
                                 u"icons/hicolor/symbolic/apps/"_s + name + u".svg"_s)
              .isEmpty())
@@ -89,7 +89,7 @@ QString itemicon::nameOrPath()
     picture(48).save(&buffer, "PNG");
 
     const QDir cache(QStandardPaths::writableLocation(QStandardPaths::CacheLocation));
-    const QString path = cache.filePath(u"panel-icon.png"_s);
+    QString path = cache.filePath(u"panel-icon.png"_s);
     QFile present(path);
     if (present.open(QIODevice::ReadOnly) && present.readAll() == content)
         return path;

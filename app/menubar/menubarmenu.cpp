@@ -20,7 +20,7 @@ enum FixedLine {
 QString shortName(const Task &task)
 {
     constexpr qsizetype Longest = 60;
-    const QString name = task.name().isEmpty() ? u"Unavngivet"_s : task.name().simplified();
+    QString name = task.name().isEmpty() ? u"Unavngivet"_s : task.name().simplified();
     if (name.size() <= Longest)
         return name;
     const qsizetype end = name[Longest - 2].isHighSurrogate() ? Longest - 2 : Longest - 1;
@@ -42,7 +42,6 @@ MenuBarMenu::MenuBarMenu(const QDBusConnection &connection, TimerManager &timerM
                          ModelContext &modelContext)
     : m_viewModel(timerManager, modelContext)
     , m_menu(connection, StatusNotifierItem::menuPath())
-    , m_lastTaskID(QuitLine)
 {
     m_updateTimer.setSingleShot(true);
     connect(&m_updateTimer, &QTimer::timeout, this, &MenuBarMenu::update);

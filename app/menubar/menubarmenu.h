@@ -31,5 +31,6 @@ private:
     // Several changes at once are told once.
     QTimer m_updateTimer;
     QHash<QUuid, int> m_taskIDs;
-    int m_lastTaskID;
+    // After those of the lines that are always there.
+    int m_lastTaskID = 100;
 };

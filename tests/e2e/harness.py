@@ -95,6 +95,10 @@ def is_selected(node):
     return has_state(node, Atspi.StateType.SELECTED)
 
 
+def is_showing(node):
+    return has_state(node, Atspi.StateType.SHOWING)
+
+
 def is_checked(node):
     return has_state(node, Atspi.StateType.CHECKED)
 
@@ -153,7 +157,7 @@ class Program:
                 if int(node.get_role()) in ROLES[role]
                 and name in (None, node.get_name())
                 and description in (None, node.get_description())
-                and has_state(node, Atspi.StateType.SHOWING)]
+                and is_showing(node)]
 
     def see(self, role, name=None, within=None, description=None):
         """Waits until exactly one such thing is shown, and returns it."""

@@ -9,7 +9,7 @@ MenuBarLabelViewModel::MenuBarLabelViewModel(TimerManager &timerManager, ModelCo
     : m_timerManager(&timerManager)
     , m_modelContext(&modelContext)
 {
-    componentComplete();
+    begin();
 }
 
 void MenuBarLabelViewModel::setTimerManager(TimerManager *timerManager)
@@ -33,7 +33,7 @@ Task *MenuBarLabelViewModel::runningTask() const
     return m_allTasks ? m_allTasks->running().value(0) : nullptr;
 }
 
-void MenuBarLabelViewModel::componentComplete()
+void MenuBarLabelViewModel::begin()
 {
     if (!m_timerManager || !m_modelContext)
         return;

@@ -39,7 +39,7 @@ public:
     QString displayText() const { return m_displayText; }
 
     void classBegin() override {}
-    void componentComplete() override;
+    void componentComplete() override { begin(); }
 
 Q_SIGNALS:
     void timerManagerChanged();
@@ -47,6 +47,7 @@ Q_SIGNALS:
     void displayTextChanged();
 
 private:
+    void begin();
     void update();
 
     QPointer<TimerManager> m_timerManager;

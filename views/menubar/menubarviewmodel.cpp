@@ -16,7 +16,7 @@ MenuBarViewModel::MenuBarViewModel(TimerManager &timerManager, ModelContext &mod
     : m_timerManager(&timerManager)
     , m_modelContext(&modelContext)
 {
-    componentComplete();
+    begin();
 }
 
 void MenuBarViewModel::toggleTask(Task *task)
@@ -54,7 +54,7 @@ double MenuBarViewModel::totalTodayHours() const
     });
 }
 
-void MenuBarViewModel::componentComplete()
+void MenuBarViewModel::begin()
 {
     if (!m_timerManager || !m_modelContext)
         return;

@@ -50,7 +50,7 @@ public:
     QString totalText() const { return m_totalText; }
 
     void classBegin() override {}
-    void componentComplete() override;
+    void componentComplete() override { begin(); }
 
 Q_SIGNALS:
     void timerManagerChanged();
@@ -60,6 +60,7 @@ Q_SIGNALS:
     void totalTextChanged();
 
 private:
+    void begin();
     void updateTasks();
     void updateTotal();
 
