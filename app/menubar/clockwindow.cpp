@@ -14,6 +14,8 @@ ClockWindow::ClockWindow(QQmlEngine &engine, TimerManager &timerManager, ModelCo
                            {u"modelContext"_s, QVariant::fromValue(&modelContext)}});
     connect(m_window.get(), SIGNAL(activated()), this, SIGNAL(activated()));
     m_window->installEventFilter(this);
+    // It comes by itself, maybe while the user types into another window.
+    m_window->setProperty("_q_showWithoutActivating", true);
     const QRect room = m_window->screen()->availableGeometry();
     m_window->setPosition(room.right() + 1 - m_window->width(), room.top());
     show();

@@ -20,7 +20,7 @@ import unittest
 import gi
 
 gi.require_version("Atspi", "2.0")
-from gi.repository import Atspi, GLib
+from gi.repository import Atspi, Gio, GLib
 
 TITLE = "TULO Time Tracker"
 STORE = ".local/share/dk.tulo.TimeTracker"
@@ -226,6 +226,13 @@ class Program:
         self.case.assertEqual(self.output(), "")
         self.process.send_signal(signal.SIGKILL)
         self.case.assertEqual(self.wait_for_end(), -signal.SIGKILL)
+
+    def quit(self):
+        """Asks the program to end, as its desktop file's action does."""
+        Gio.bus_get_sync(Gio.BusType.SESSION).call_sync(
+            "dk.tulo.TimeTracker", "/dk/tulo/TimeTracker", "org.freedesktop.Application",
+            "ActivateAction", GLib.Variant("(sava{sv})", ("quit", [], {})), None,
+            Gio.DBusCallFlags.NO_AUTO_START, -1)
 
     def terminate(self):
         self.process.send_signal(signal.SIGTERM)

@@ -7,7 +7,6 @@ import tempfile
 
 import harness
 from dayprogram import UNNAMED, DayProgram
-from gi.repository import Gio, GLib
 from harness import TITLE, wait_until, xdotool
 
 
@@ -90,6 +89,17 @@ class Instance(harness.Story):
                 self.assertEqual(answer("get_desktop"), answer("get_desktop_for_window", window))
                 program.see_window()
 
+    def shouldOpenAWindowThatWasClosed(self):
+        with self.running_with_window() as (program, window):
+            program.press_button("Ny opgave")
+            program.row(UNNAMED)
+            program.close_window()
+            wait_until(lambda: not is_visible(window), "the window is closed")
+            with another_window():
+                self.start_again()
+                program.see_window()
+                program.row(UNNAMED)
+
     def shouldBeFoundWithoutABus(self):
         with self.running_with_window() as (program, window), another_window():
             self.start_again(without=["DBUS_SESSION_BUS_ADDRESS"])
@@ -105,10 +115,7 @@ class Instance(harness.Story):
         with self.running() as program:
             program.press_button("Ny opgave")
             program.row(UNNAMED)
-            Gio.bus_get_sync(Gio.BusType.SESSION).call_sync(
-                "dk.tulo.TimeTracker", "/dk/tulo/TimeTracker", "org.freedesktop.Application",
-                "ActivateAction", GLib.Variant("(sava{sv})", ("quit", [], {})), None,
-                Gio.DBusCallFlags.NO_AUTO_START, -1)
+            program.quit()
             program.ends_well()
 
         with self.running() as program:

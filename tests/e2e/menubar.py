@@ -86,6 +86,8 @@ class MenuBar(harness.Story):
         with self.running() as program:
             program.make_task(TASK)
             clock = program.see_window_called(CLOCK)
+            # It does not take the keyboard from whom the user writes to.
+            program.see_window()
             program.press_button("Vis dagens opgaver", clock)
             program.press_in_panel(f"Start {TASK}")
             program.see_in_main(f"Sæt på pause: {TASK}")

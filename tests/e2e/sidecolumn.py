@@ -76,7 +76,7 @@ class SideColumn(harness.Story):
             press("Escape")
             program.see_none("menu item", "Ingen")
             program.see("button", TEMPLATE)
-            program.close_window()
+            program.quit()
             program.ends_well()
 
     def shouldShowTheDayThatIsPickedInTheCalendar(self):
@@ -85,7 +85,7 @@ class SideColumn(harness.Story):
             program.see("text", danish_date(1) if self.is_same_month(1) else danish_date(-1))
             press("ctrl+t")
             program.see("text", danish_date())
-            program.close_window()
+            program.quit()
             program.ends_well()
 
     @staticmethod
