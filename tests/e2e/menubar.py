@@ -5,6 +5,7 @@ import subprocess
 import desktop
 import harness
 from dayprogram import UNNAMED, DayProgram
+from gi.repository import Atspi
 from harness import TITLE, press, seconds, wait_until
 
 TASK = "Møde på Ærø"
@@ -80,7 +81,16 @@ class MenuBar(harness.Story):
                 program.make_task(TASK)
                 self.time_from_panel(program)
                 self.leave_and_come_back(program)
-                self.stop_from_panel_and_quit(program)
+
+                # The keyboard is the panel's as soon as it is open.
+                desktop.click_item()
+                panel = program.see_window_called(PANEL)
+                wait_until(lambda: harness.has_state(panel, Atspi.StateType.ACTIVE),
+                           "the panel is active")
+                press("Down", "Return")
+                program.see_in_main(f"Start {TASK}")
+                press("Tab", "Tab", "space")
+                program.ends_well()
 
     def shouldShowTheClockInAWindowUntilThereIsAPanel(self):
         with self.running() as program:
