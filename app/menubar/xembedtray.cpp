@@ -2,63 +2,29 @@
 
 #include <QGuiApplication>
 
-#if QT_CONFIG(xcb) && TIMETRACKER_XCB
-#include <xcb/xcb.h>
+#if TIMETRACKER_XCB
+#include "app/windows/x11.h"
+
 #include <xcb/xfixes.h>
-
-#include <cstdlib>
-#include <memory>
-
-namespace
-{
-
-template<class Reply>
-using Answer = std::unique_ptr<Reply, decltype(&std::free)>;
-
-template<class Reply>
-Answer<Reply> owned(Reply *reply)
-{
-    return {reply, &std::free};
-}
-
-xcb_connection_t *xConnection()
-{
-    const auto *const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    return x11 ? x11->connection() : nullptr;
-}
-
-} // namespace
 
 XEmbedTray::XEmbedTray()
 {
-    xcb_connection_t *const connection = xConnection();
+    xcb_connection_t *const connection = x11::connection();
     if (!connection)
         return;
-    char *host = nullptr;
-    int display = 0;
-    int screen = 0;
-    xcb_parse_display(nullptr, &host, &display, &screen);
-    std::free(host);
-    const QByteArray name = "_NET_SYSTEM_TRAY_S" + QByteArray::number(screen);
-    const auto atom = owned(xcb_intern_atom_reply(
-        connection,
-        xcb_intern_atom(connection, false, static_cast<uint16_t>(name.size()), name.constData()),
-        nullptr));
+    const QByteArray selection = "_NET_SYSTEM_TRAY_S" + QByteArray::number(x11::defaultScreen());
+    m_selection = x11::atom(connection, selection.constData());
     const xcb_query_extension_reply_t *const xfixes =
         xcb_get_extension_data(connection, &xcb_xfixes_id);
-    if (!atom || !xfixes || !xfixes->present)
+    if (m_selection == XCB_ATOM_NONE || !xfixes || !xfixes->present)
         return;
-    m_selection = atom->atom;
     m_selectionNotify = static_cast<quint8>(xfixes->first_event + XCB_XFIXES_SELECTION_NOTIFY);
 
-    xcb_screen_iterator_t roots = xcb_setup_roots_iterator(xcb_get_setup(connection));
-    for (; screen > 0 && roots.rem > 1; --screen)
-        xcb_screen_next(&roots);
-    xcb_xfixes_select_selection_input(connection, roots.data->root, m_selection,
+    xcb_xfixes_select_selection_input(connection, x11::root(connection), m_selection,
                                       XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
                                           XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
                                           XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
-    const auto owner = owned(xcb_get_selection_owner_reply(
+    const auto owner = x11::owned(xcb_get_selection_owner_reply(
         connection, xcb_get_selection_owner(connection, m_selection), nullptr));
     m_isThere = owner && owner->owner != XCB_NONE;
     qGuiApp->installNativeEventFilter(this);

@@ -1,48 +1,26 @@
 #include "app/windows/activateonx11.h"
 
-#include <QGuiApplication>
 #include <QWindow>
 
 #if TIMETRACKER_XCB
-#include <xcb/xcb.h>
+#include "app/windows/x11.h"
 
-#include <cstdlib>
-#include <cstring>
-#include <memory>
 #include <optional>
 
 namespace
 {
 
-template<class Reply>
-using ReplyPointer = std::unique_ptr<Reply, decltype(&std::free)>;
-
-xcb_atom_t atomOf(xcb_connection_t *connection, const char *name)
-{
-    const auto cookie =
-        xcb_intern_atom(connection, 0, static_cast<uint16_t>(std::strlen(name)), name);
-    const ReplyPointer<xcb_intern_atom_reply_t> reply(
-        xcb_intern_atom_reply(connection, cookie, nullptr), std::free);
-    return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
-}
-
 std::optional<uint32_t> desktopOf(xcb_connection_t *connection, xcb_window_t window)
 {
     const auto cookie = xcb_get_property(
-        connection, 0, window, atomOf(connection, "_NET_WM_DESKTOP"), XCB_ATOM_CARDINAL, 0, 1);
-    const ReplyPointer<xcb_get_property_reply_t> reply(
-        xcb_get_property_reply(connection, cookie, nullptr), std::free);
+        connection, 0, window, x11::atom(connection, "_NET_WM_DESKTOP"), XCB_ATOM_CARDINAL, 0, 1);
+    const auto reply = x11::owned(xcb_get_property_reply(connection, cookie, nullptr));
     uint32_t desktop = 0;
     if (!reply || xcb_get_property_value_length(reply.get()) != sizeof desktop)
         return std::nullopt;
     std::memcpy(&desktop, xcb_get_property_value(reply.get()), sizeof desktop);
     constexpr uint32_t All = 0xffffffff;
     return desktop == All ? std::nullopt : std::optional(desktop);
-}
-
-xcb_window_t rootOf(xcb_connection_t *connection)
-{
-    return xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
 }
 
 /// Asks the window manager, with the one number that the request needs.
@@ -52,9 +30,9 @@ void request(xcb_connection_t *connection, const char *what, xcb_window_t window
     message.response_type = XCB_CLIENT_MESSAGE;
     message.format = 32;
     message.window = window;
-    message.type = atomOf(connection, what);
+    message.type = x11::atom(connection, what);
     message.data.data32[0] = number;
-    xcb_send_event(connection, 0, rootOf(connection),
+    xcb_send_event(connection, 0, x11::root(connection),
                    XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
                    reinterpret_cast<const char *>(&message));
 }
@@ -63,13 +41,12 @@ void request(xcb_connection_t *connection, const char *what, xcb_window_t window
 
 void activateOnX11(const QWindow &window)
 {
-    const auto *const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (!x11)
+    xcb_connection_t *const connection = x11::connection();
+    if (!connection)
         return;
-    xcb_connection_t *const connection = x11->connection();
     const auto id = static_cast<xcb_window_t>(window.winId());
     if (const auto desktop = desktopOf(connection, id))
-        request(connection, "_NET_CURRENT_DESKTOP", rootOf(connection), *desktop);
+        request(connection, "_NET_CURRENT_DESKTOP", x11::root(connection), *desktop);
     // On behalf of the user, who has just asked for it.
     constexpr uint32_t UsersWish = 2;
     request(connection, "_NET_ACTIVE_WINDOW", id, UsersWish);
