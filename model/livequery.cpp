@@ -13,6 +13,8 @@ RecordQuery::RecordQuery(ModelContext &context, RecordType type, RecordFilter fi
     connect(&context, &ModelContext::inserted, this, &RecordQuery::onInserted);
     connect(&context, &ModelContext::removed, this, &RecordQuery::onRemoved);
     connect(&context, &ModelContext::changed, this, &RecordQuery::onChanged);
+    m_retry.setSingleShot(true);
+    connect(&m_retry, &QTimer::timeout, this, &RecordQuery::changed);
 }
 
 void RecordQuery::setFilter(RecordFilter filter)
@@ -44,9 +46,12 @@ void RecordQuery::evaluate()
         m_records = m_context.fetch(m_type, m_filter);
         m_isStale = false;
         m_hasAnswer = true;
+        m_retry.stop();
     } catch (const StoreError &) {
         if (!m_hasAnswer)
             m_records = m_context.inMemory(m_type, m_filter);
+        if (!m_retry.isActive())
+            m_retry.start(m_context.delays().retry);
     }
     sort();
 }

@@ -22,14 +22,16 @@ public:
     void setFilter(RecordFilter filter);
 
     /// The records that match now. If the store cannot be read: those of the last answer, or, where
-    /// there was none, those in memory; the next call tries again.
+    /// there was none, those in memory. The next call tries again; so that there is one, changed()
+    /// is sent after a while.
     const QList<Record *> &records();
     /// Whether records() is the store's answer and not a makeshift: an empty list is then empty
     /// indeed.
     bool isAnswered();
 
 Q_SIGNALS:
-    /// A matching record was inserted, removed or edited, or the filter has changed.
+    /// A matching record was inserted, removed or edited, the filter has changed, or the store,
+    /// which could not be read, is worth another question.
     void changed();
 
 private:
@@ -46,6 +48,7 @@ private:
     QList<Record *> m_records;
     bool m_isStale = true;
     bool m_hasAnswer = false;
+    QTimer m_retry;
 };
 
 /// All records of type T that match a filter, kept up to date. Reads the store when it is first

@@ -31,6 +31,7 @@ constexpr int busyMilliseconds = 500;
 constexpr QFileDevice::Permissions ownerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
 
 const QString newStoreSuffix = QStringLiteral(".new");
+const QString logSuffix = QStringLiteral("-wal");
 
 std::string quoted(const QString &path)
 {
@@ -105,39 +106,6 @@ void makeDirectory(const QString &directory)
     QFile::setPermissions(directory, ownerOnly | QFileDevice::ExeOwner);
 }
 
-/// An empty store is made under another name and then renamed: under its own name there is never
-/// anything but a whole store, even if the machine stops in the middle.
-void create(const QString &path)
-{
-    const QString newPath = path + newStoreSuffix;
-    const QByteArray newName = QFile::encodeName(newPath);
-    try {
-        QFile::remove(newPath);
-        const int descriptor =
-            ::open(newName.constData(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, S_IRUSR | S_IWUSR);
-        if (descriptor < 0)
-            fail(path, std::string("cannot be made: ") + std::strerror(errno) + ".");
-        ::fchmod(descriptor, S_IRUSR | S_IWUSR);
-        ::close(descriptor);
-
-        SQLite::Database database(newName.constData(), SQLite::OPEN_READWRITE);
-        database.exec("PRAGMA synchronous = FULL; PRAGMA journal_mode = WAL;");
-        SQLite::Transaction transaction(database);
-        for (const RecordType type : recordTypes)
-            database.exec(recordTable(type).create);
-        database.exec("PRAGMA application_id = " + std::to_string(applicationID) +
-                      "; PRAGMA user_version = " + std::to_string(ModelContainer::schemaVersion));
-        transaction.commit();
-    } catch (const SQLite::Exception &error) {
-        QFile::remove(newPath);
-        fail(path, error);
-    }
-    // QFile does not replace an existing file: another process may have been faster.
-    if (!QFile::rename(newPath, path) && !QFileInfo::exists(path))
-        fail(path, "cannot be made: its new file cannot be renamed.");
-    syncDirectory(QFileInfo(path).path());
-}
-
 /// Looks at the store through a connection that cannot write: a read-write one would already fold
 /// a leftover log into a file that is not ours to touch.
 void check(const QString &path)
@@ -168,6 +136,52 @@ void check(const QString &path)
                            "). It has been left as it is.");
         }
     }
+}
+
+/// Makes an empty store in the empty file at @p path. All of it is in that file when this returns,
+/// and nothing in a log: closing a log may fail, and nobody would be told.
+void makeStore(const QString &path)
+{
+    SQLite::Database database(QFile::encodeName(path).constData(), SQLite::OPEN_READWRITE);
+    database.exec("PRAGMA synchronous = FULL");
+    SQLite::Transaction transaction(database);
+    for (const RecordType type : recordTypes)
+        database.exec(recordTable(type).create);
+    database.exec("PRAGMA application_id = " + std::to_string(applicationID) +
+                  "; PRAGMA user_version = " + std::to_string(ModelContainer::schemaVersion));
+    transaction.commit();
+    database.exec("PRAGMA journal_mode = WAL");
+}
+
+/// An empty store is made under another name and then renamed: under its own name there is never
+/// anything but a whole store, even if the machine stops in the middle.
+void create(const QString &path)
+{
+    const QString newPath = path + newStoreSuffix;
+    const QByteArray newName = QFile::encodeName(newPath);
+    const QString parts[] = {newPath, newPath + QStringLiteral("-journal"), newPath + logSuffix};
+    const auto clear = [&] {
+        for (const QString &part : parts)
+            QFile::remove(part);
+    };
+    try {
+        clear();
+        const int descriptor =
+            ::open(newName.constData(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, S_IRUSR | S_IWUSR);
+        if (descriptor < 0)
+            fail(path, std::string("cannot be made: ") + std::strerror(errno) + ".");
+        ::fchmod(descriptor, S_IRUSR | S_IWUSR);
+        ::close(descriptor);
+        makeStore(newPath);
+        check(newPath);
+    } catch (const SQLite::Exception &error) {
+        clear();
+        fail(path, error);
+    }
+    // QFile does not replace an existing file: another process may have been faster.
+    if (!QFile::rename(newPath, path) && !QFileInfo::exists(path))
+        fail(path, "cannot be made: its new file cannot be renamed.");
+    syncDirectory(QFileInfo(path).path());
 }
 
 std::unique_ptr<SQLite::Database> open(const QString &path)

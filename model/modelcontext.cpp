@@ -169,10 +169,8 @@ QList<Record *> ModelContext::fetch(RecordType type, const RecordFilter &filter)
             isOrdered = false;
         }
     }
-    if (!isOrdered) {
-        std::sort(found.begin(), found.end(),
-                  [](const Record *a, const Record *b) { return *a->m_rowid < *b->m_rowid; });
-    }
+    if (!isOrdered)
+        sortByRowid(found);
     std::copy_if(records.inserted.cbegin(), records.inserted.cend(), std::back_inserter(found),
                  [&](const Record *record) { return filter.matches(*record); });
     return found;
@@ -185,9 +183,16 @@ QList<Record *> ModelContext::inMemory(RecordType type, const RecordFilter &filt
     const auto matches = [&](const Record *record) { return filter.matches(*record); };
     std::copy_if(records.stored.cbegin(), records.stored.cend(), std::back_inserter(found),
                  matches);
+    sortByRowid(found);
     std::copy_if(records.inserted.cbegin(), records.inserted.cend(), std::back_inserter(found),
                  matches);
     return found;
+}
+
+void ModelContext::sortByRowid(QList<Record *> &records)
+{
+    std::sort(records.begin(), records.end(),
+              [](const Record *a, const Record *b) { return *a->m_rowid < *b->m_rowid; });
 }
 
 void ModelContext::adopt(Record *record)

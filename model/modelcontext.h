@@ -28,11 +28,11 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// When the context writes by itself.
+/// When the store is written to by itself, and asked again.
 struct SaveDelays {
     /// From the first unsaved change to the write; later changes do not put it off.
     std::chrono::milliseconds automatic{50};
-    /// From a failed write to the next try, if no change comes before.
+    /// From a failed write or read to the next try, if nothing gives occasion to it before.
     std::chrono::milliseconds retry{5000};
 };
 
@@ -50,6 +50,7 @@ public:
     ~ModelContext() override;
 
     const Clock &clock() const { return m_clock; }
+    const SaveDelays &delays() const { return m_delays; }
 
     /// Takes over a newly made record; live queries show it at once.
     void insert(std::unique_ptr<Record> record);
@@ -65,7 +66,7 @@ public:
     /// The records of @p type that match, in the store's order, with all that is not yet written.
     /// Throws StoreError if the store cannot be read.
     QList<Record *> fetch(RecordType type, const RecordFilter &filter);
-    /// Those of them that are in memory already, in no particular order.
+    /// Those of them that are in memory already, in the same order.
     QList<Record *> inMemory(RecordType type, const RecordFilter &filter) const;
 
 Q_SIGNALS:
@@ -85,6 +86,7 @@ private:
 
     Shelf &shelf(RecordType type) { return m_shelves[static_cast<std::size_t>(type)]; }
     const Shelf &shelf(RecordType type) const { return m_shelves[static_cast<std::size_t>(type)]; }
+    static void sortByRowid(QList<Record *> &records);
     void adopt(Record *record);
     void noteChange(Record *record);
     void scheduleSave();

@@ -1,0 +1,495 @@
+#include "../support/fakeclock.h"
+#include "faultvfs.h"
+#include "model/projectcode.h"
+#include "model/task.h"
+#include "model/tasklist.h"
+#include "model/tasktemplate.h"
+#include "storeimage.h"
+
+#include <QDir>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/resource.h>
+
+#include <csignal>
+#include <functional>
+#include <optional>
+#include <random>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace
+{
+
+struct Fault {
+    FileOperation operation;
+    int code;
+    const char *name;
+};
+
+constexpr Fault faults[] = {
+    {FileOperation::Open, SQLITE_CANTOPEN, "open"},
+    {FileOperation::Access, SQLITE_IOERR_ACCESS, "access"},
+    {FileOperation::Delete, SQLITE_IOERR_DELETE, "delete"},
+    {FileOperation::Read, SQLITE_IOERR_READ, "read"},
+    {FileOperation::Write, SQLITE_FULL, "write: disk full"},
+    {FileOperation::Write, SQLITE_IOERR_WRITE, "write: error"},
+    {FileOperation::Write, SQLITE_READONLY, "write: read-only"},
+    {FileOperation::Truncate, SQLITE_IOERR_TRUNCATE, "truncate"},
+    {FileOperation::Sync, SQLITE_IOERR_FSYNC, "sync: error"},
+    {FileOperation::Sync, SQLITE_FULL, "sync: disk full"},
+    {FileOperation::FileSize, SQLITE_IOERR_FSTAT, "file size"},
+    {FileOperation::Lock, SQLITE_IOERR_LOCK, "lock: error"},
+    {FileOperation::Lock, SQLITE_BUSY, "lock: held"},
+    {FileOperation::SharedMemory, SQLITE_IOERR_SHMMAP, "shared memory: error"},
+    {FileOperation::SharedMemory, SQLITE_BUSY, "shared memory: held"},
+};
+
+/// A user at work in a store, who knows what should be in it.
+class User
+{
+public:
+    /// Opens the store at @p path, in which there is @p contents. Throws StoreError.
+    User(const QString &path, const Contents &contents)
+        : m_container(path, m_clock, SaveDelays{1h, 1ms})
+        , m_day(m_container.mainContext(), m_clock.calendar().dayInterval(m_clock.now()))
+        , m_contents(contents)
+        , m_possible{contents}
+    {
+    }
+
+    ModelContext &context() { return m_container.mainContext(); }
+    const DayTasks &day() const { return m_day; }
+
+    /// What should be in the store once all is written.
+    const Contents &contents() const { return m_contents; }
+    /// What may be in the store's files now: what was there at the last save that succeeded, or at
+    /// any that was tried since.
+    const QList<Contents> &possible() const { return m_possible; }
+
+    void work()
+    {
+        auto *const task = insert<Task>(u"ny"_s, m_clock.now(), u"4711"_s, 7);
+        save();
+        if (Task *const seen = find(u"a"_s))
+            edit(seen, [&] { seen->setName(u"omdøbt"_s); });
+        if (Task *const seen = find(u"b"_s)) {
+            m_contents.remove(seen->id());
+            context().remove(seen);
+        }
+        save();
+        insert<TaskTemplate>(u"skabelon 2"_s, 1);
+        insert<ProjectCode>(u"4712"_s, u""_s, 1);
+        edit(task, [&] { task->start(); });
+        save();
+        m_clock.advance(61);
+        edit(task, [&] { task->stop(); });
+        if (Task *const seen = find(u"c"_s))
+            edit(seen, [&] { seen->start(); });
+        save();
+    }
+
+    /// So much that SQLite moves its log into the store.
+    void workALot()
+    {
+        auto *const task = insert<Task>(u"stor"_s, m_clock.now(), std::nullopt);
+        save();
+        edit(task, [&] { task->setName(QString(4'300'000, u'x')); });
+        save();
+        edit(task, [&] { task->setName(u"igen lille"_s); });
+        save();
+    }
+
+private:
+    Task *find(const QString &name) const
+    {
+        for (Task *const task : m_day.tasks()) {
+            if (task->name() == name)
+                return task;
+        }
+        return nullptr;
+    }
+
+    template<class T, class... Arguments>
+    T *insert(Arguments &&...arguments)
+    {
+        auto record = std::make_unique<T>(m_clock, std::forward<Arguments>(arguments)...);
+        T *const inserted = record.get();
+        m_contents.insert(inserted->id(), describe(*inserted));
+        context().insert(std::move(record));
+        return inserted;
+    }
+
+    template<class Change>
+    void edit(const Record *record, Change change)
+    {
+        change();
+        m_contents.insert(record->id(), describe(*record));
+    }
+
+    void save()
+    {
+        m_possible.append(m_contents);
+        if (context().save())
+            m_possible = {m_contents};
+    }
+
+    FakeClock m_clock;
+    ModelContainer m_container;
+    DayTasks m_day;
+    Contents m_contents;
+    QList<Contents> m_possible;
+};
+
+/// Whether what a program that is started on these files would find is one of @p possible; says
+/// on standard error what is wrong.
+bool isOneOf(const StoreImage &image, const QList<Contents> &possible)
+{
+    try {
+        const Contents contents = contentsOf(image);
+        if (possible.contains(contents))
+            return true;
+        qCritical() << "The files hold" << contents << "and not one of" << possible;
+    } catch (const StoreError &error) {
+        qCritical() << "The files cannot be used:" << error.what();
+    }
+    return false;
+}
+
+bool isTheLikeOf(const Contents &contents, const DayTasks &day)
+{
+    QStringList expected;
+    for (const QString &record : contents) {
+        if (record.contains("|task|"_L1))
+            expected << record;
+    }
+    QStringList shown;
+    for (const Task *task : day.tasks())
+        shown << describe(*task);
+    expected.sort();
+    shown.sort();
+    return shown == expected;
+}
+
+} // namespace
+
+class TestIoFaults : public QObject
+{
+    Q_OBJECT
+
+private:
+    /// A store in use that the program was killed with: its log is not empty.
+    StoreImage m_used;
+    Contents m_usedContents;
+
+    QTemporaryDir m_directory;
+    int m_runs = 0;
+    int m_refusals = 0;
+
+    /// A path for another store; the last one goes.
+    QString newPath()
+    {
+        QDir(m_directory.filePath(QString::number(m_runs))).removeRecursively();
+        return m_directory.filePath(QString::number(++m_runs) + u"/store.sqlite"_s);
+    }
+
+    static void addFaults()
+    {
+        QTest::addColumn<int>("fault");
+        for (int i = 0; i < static_cast<int>(std::size(faults)); ++i)
+            QTest::newRow(faults[i].name) << i;
+    }
+
+    enum class Work { Little, Much };
+    enum class Heals { BeforeClosing, AfterClosing };
+    /// What goes wrong, and when.
+    struct Trouble {
+        Fault fault;
+        int position;
+        FaultVfs::Duration duration;
+        Heals heals;
+    };
+
+    /// A user works in a store while something goes wrong. Whether it did; a failed test, too,
+    /// counts as if it had not.
+    bool workInTrouble(const StoreImage &before, const Contents &contents, Work work,
+                       const Trouble &trouble)
+    {
+        bool hasFailed = false;
+        [&] {
+            const QString path = newPath();
+            writeImage(path, before);
+            FaultVfs vfs;
+            vfs.failAt(trouble.fault.operation, trouble.position, trouble.fault.code,
+                       trouble.duration);
+
+            std::optional<User> user;
+            try {
+                user.emplace(path, contents);
+            } catch (const StoreError &) {
+                // Refused; then nothing has happened to it.
+                QVERIFY(vfs.hasFailed());
+                vfs.heal();
+                QVERIFY(isOneOf(readImage(path), {contents}));
+                hasFailed = true;
+                ++m_refusals;
+                return;
+            }
+            if (work == Work::Little)
+                user->work();
+            else
+                user->workALot();
+
+            if (trouble.heals == Heals::AfterClosing) {
+                // What could be written holds.
+                QList<Contents> possible = user->possible();
+                possible.append(user->contents());
+                user.reset();
+                vfs.heal();
+                QVERIFY(isOneOf(readImage(path), possible));
+                hasFailed = vfs.hasFailed();
+                return;
+            }
+            const StoreImage killed = readImage(path);
+            vfs.heal();
+            // Were the program killed now, then what could be written would hold.
+            QVERIFY(isOneOf(killed, user->possible()));
+            // All is written as soon as it can be, without being asked, and everything is shown.
+            QTRY_VERIFY(!user->context().hasChanges());
+            QTRY_VERIFY(isTheLikeOf(user->contents(), user->day()));
+            const Contents expected = user->contents();
+            user.reset();
+            QVERIFY(isOneOf(readImage(path), {expected}));
+            hasFailed = vfs.hasFailed();
+        }();
+        return hasFailed && !QTest::currentTestFailed();
+    }
+
+    /// Lets the fault set in at each position in turn; returns at how many there was one. The
+    /// further on, the larger are the steps, by @p growth.
+    int workInEveryTrouble(const StoreImage &before, const Contents &contents, Work work,
+                           double growth = 1)
+    {
+        int runs = 0;
+        const auto run = [&](const Fault &fault, FaultVfs::Duration duration, Heals heals) {
+            double position = 1;
+            while (workInTrouble(before, contents, work,
+                                 {fault, static_cast<int>(position), duration, heals})) {
+                ++runs;
+                position = std::max(position + 1, position * growth);
+            }
+        };
+        QFETCH(int, fault);
+        for (const auto duration : {FaultVfs::Duration::Once, FaultVfs::Duration::ForGood}) {
+            for (const Heals heals : {Heals::BeforeClosing, Heals::AfterClosing})
+                run(faults[fault], duration, heals);
+        }
+        return runs;
+    }
+
+    /// Fills the room at @p directory, lets tasks be made there that do not fit, and calls
+    /// @p makeRoom: then they are written.
+    void workOnAFullDisk(const QString &directory, const std::function<void()> &fill,
+                         const std::function<void()> &makeRoom)
+    {
+        const FakeClock clock;
+        const QString path = directory + u"/data/store.sqlite"_s;
+        Contents expected;
+        {
+            ModelContainer container(path, clock, {1h, 1ms});
+            ModelContext &context = container.mainContext();
+            const auto insert = [&](const QString &name) {
+                auto task = std::make_unique<Task>(clock, name, clock.now(), std::nullopt);
+                expected.insert(task->id(), describe(*task));
+                context.insert(std::move(task));
+            };
+            insert(u"mens der er plads"_s);
+            QVERIFY(context.save());
+            fill();
+            insert(u"når disken er fuld"_s.repeated(10'000));
+            QVERIFY(!context.save());
+            insert(u"og mere"_s);
+            QVERIFY(!context.save());
+            QVERIFY(contentsOf(context) == expected);
+
+            makeRoom();
+            QTRY_VERIFY(!context.hasChanges());
+        }
+        QVERIFY(isOneOf(readImage(path), {expected}));
+    }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        const QString path = newPath();
+        const FakeClock clock;
+        ModelContainer container(path, clock);
+        ModelContext &context = container.mainContext();
+        for (const QString &name : {u"a"_s, u"b"_s, u"c"_s})
+            context.insert(std::make_unique<Task>(clock, name, clock.now(), std::nullopt));
+        context.insert(std::make_unique<TaskTemplate>(clock, u"skabelon"_s));
+        context.insert(std::make_unique<ProjectCode>(clock, u"4711"_s, u"Støtte"_s));
+        QVERIFY(context.save());
+        m_used = readImage(path);
+        m_usedContents = contentsOf(context);
+        QCOMPARE(m_usedContents.size(), 5);
+        QVERIFY(!m_used.value(u"-wal"_s).isEmpty());
+    }
+
+    void cleanupTestCase() { qInfo("%d runs, %d of them refused the store", m_runs, m_refusals); }
+
+    void shouldLoseNothingWhenAnOperationFails_data() { addFaults(); }
+    void shouldLoseNothingWhenAnOperationFails()
+    {
+        const int runs = workInEveryTrouble(m_used, m_usedContents, Work::Little);
+        QVERIFY(runs > 0);
+    }
+
+    void shouldLoseNothingWhenAnOperationFailsWithMuchToWrite_data() { addFaults(); }
+    void shouldLoseNothingWhenAnOperationFailsWithMuchToWrite()
+    {
+        const int runs = workInEveryTrouble(m_used, m_usedContents, Work::Much, 3);
+        QVERIFY(runs > 0);
+    }
+
+    void shouldMakeAWholeStoreOrNoneWhenAnOperationFails_data() { addFaults(); }
+    void shouldMakeAWholeStoreOrNoneWhenAnOperationFails()
+    {
+        const int runs = workInEveryTrouble({}, {}, Work::Little);
+        QVERIFY(runs > 0);
+    }
+
+    void shouldHaveWhatWasSavedAfterAPowerCut_data()
+    {
+        QTest::addColumn<bool>("isNew");
+        QTest::addColumn<bool>("isMuch");
+        QTest::newRow("in a new store") << true << false;
+        QTest::newRow("in a store with a log") << false << false;
+        QTest::newRow("when the log is moved into the store") << false << true;
+    }
+    void shouldHaveWhatWasSavedAfterAPowerCut()
+    {
+        QFETCH(bool, isNew);
+        QFETCH(bool, isMuch);
+        std::mt19937 random(20261121); // NOLINT(cert-msc51-cpp): every run is to be the same
+        int cuts = 0;
+        bool wasCut = true;
+        for (double position = 1; wasCut && !QTest::currentTestFailed();
+             position = isMuch ? position * 1.2 + 1 : position + 1) {
+            wasCut = false;
+            const QString path = newPath();
+            if (isNew)
+                const ModelContainer made(path, FakeClock());
+            else
+                writeImage(path, m_used);
+            FaultVfs vfs;
+            // Several futures for each moment: of what was not synced, other sectors are there.
+            QList<StoreImage> images;
+            const Contents before = isNew ? Contents() : m_usedContents;
+            QList<Contents> possible{before};
+            QList<Contents> possibleAtTheEnd;
+            std::optional<User> user;
+            vfs.cutPowerAt(static_cast<int>(position), [&] {
+                wasCut = true;
+                if (user)
+                    possible = user->possible();
+                else if (!possibleAtTheEnd.isEmpty())
+                    possible = possibleAtTheEnd;
+                for (int future = 0; future < (isMuch ? 2 : 10); ++future) {
+                    StoreImage image;
+                    const auto files = vfs.filesAfterPowerCut(random);
+                    for (auto file = files.cbegin(); file != files.cend(); ++file)
+                        image.insert(file.key().mid(path.size()), *file);
+                    images.append(image);
+                }
+            });
+            user.emplace(path, before);
+            if (!wasCut) {
+                if (isMuch)
+                    user->workALot();
+                else
+                    user->work();
+            }
+            possibleAtTheEnd = user->possible();
+            user.reset();
+            for (const StoreImage &image : std::as_const(images)) {
+                QVERIFY(isOneOf(image, possible));
+                ++cuts;
+            }
+        }
+        QVERIFY(cuts > 0);
+        qInfo("%d power cuts", cuts);
+    }
+
+    void shouldGiveANewStoreItsNameOnlyWhenItIsOnTheDisk()
+    {
+        const QString path = newPath();
+        const FaultVfs vfs;
+        const ModelContainer container(path, FakeClock());
+        QVERIFY(vfs.isSynced(path + u".new"_s));
+    }
+
+    void shouldNotTakeADayThatCannotBeReadForAnEmptyOne()
+    {
+        const QString path = newPath();
+        writeImage(path, m_used);
+        FaultVfs vfs;
+        const FakeClock clock;
+        ModelContainer container(path, clock, {1h, 1ms});
+        vfs.failAt(FileOperation::Read, 1, SQLITE_IOERR_READ, FaultVfs::Duration::ForGood);
+        const DayTasks day(container.mainContext(), clock.calendar().dayInterval(clock.now()));
+        QVERIFY(vfs.hasFailed());
+        QVERIFY(day.tasks().isEmpty());
+        QVERIFY(!day.isEmpty());
+        // It shows by itself when it can be read.
+        vfs.heal();
+        QTRY_COMPARE(day.tasks().size(), 3);
+    }
+
+    void shouldWriteEverythingOnceAFullDiskHasRoom()
+    {
+        // A namespace of its own, so that the disk goes with this process.
+        const QTemporaryDir directory;
+        const QByteArray mountPoint = QFile::encodeName(directory.path());
+        if (::unshare(CLONE_NEWNS) != 0 ||
+            ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
+            ::mount("tmpfs", mountPoint.constData(), "tmpfs", 0, "size=512k") != 0)
+            QSKIP("There is no right to mount a small disk here");
+        const QString filler = directory.filePath(u"filler"_s);
+        workOnAFullDisk(
+            directory.path(),
+            [&] {
+                QFile file(filler);
+                QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+                while (file.write(QByteArray(4096, 'x')) == 4096) {
+                }
+            },
+            [&] { QVERIFY(QFile::remove(filler)); });
+        ::umount(mountPoint.constData());
+    }
+
+    void shouldWriteEverythingOnceItsFilesMayGrow()
+    {
+        struct rlimit before {
+        };
+        QCOMPARE(::getrlimit(RLIMIT_FSIZE, &before), 0);
+        const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+        const QTemporaryDir directory;
+        workOnAFullDisk(
+            directory.path(),
+            [&] {
+                const rlimit small{100'000, before.rlim_max};
+                QCOMPARE(::setrlimit(RLIMIT_FSIZE, &small), 0);
+            },
+            [&] { QCOMPARE(::setrlimit(RLIMIT_FSIZE, &before), 0); });
+        ::setrlimit(RLIMIT_FSIZE, &before);
+        std::signal(SIGXFSZ, handler);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestIoFaults)
+#include "tst_iofaults.moc"
