@@ -12,12 +12,15 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QScopeGuard>
 #include <QStandardPaths>
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
@@ -28,10 +31,20 @@ namespace
 constexpr int applicationID = 0x54554C4F;
 /// A holder that is just ending lets go within this time.
 constexpr int busyMilliseconds = 500;
+/// A store up to this size, which is one of decades, is looked through as a whole before it is
+/// opened; that takes less than a twentieth of a second. Damage in a larger one shows where it is
+/// read.
+constexpr qint64 sizeLookedThrough = 8'000'000;
 constexpr QFileDevice::Permissions ownerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
 
 const QString newStoreSuffix = QStringLiteral(".new");
 const QString logSuffix = QStringLiteral("-wal");
+const QString journalSuffix = QStringLiteral("-journal");
+
+/// Said of a file that is refused. Its log would be taken for that of any file in its place.
+const std::string leftAsItIs =
+    " It has been left as it is. To start with an empty store, move it away, together with the "
+    "files beside it whose names begin with its own";
 
 std::string quoted(const QString &path)
 {
@@ -41,6 +54,18 @@ std::string quoted(const QString &path)
 [[noreturn]] void fail(const QString &path, const std::string &what)
 {
     throw StoreError("The store " + quoted(path) + " " + what);
+}
+
+[[noreturn]] void failAsDamaged(const QString &path, const std::string &detail)
+{
+    fail(path, "is damaged." + leftAsItIs + "; or put a backup in the place of all these" + detail);
+}
+
+[[noreturn]] void failAsUnwritable(const QString &path, const std::string &detail)
+{
+    fail(path, "cannot be opened for reading and writing. Check the rights of the file and its "
+               "directory" +
+                   detail);
 }
 
 /// SQLite's code in terms of what a person can do about it.
@@ -54,23 +79,16 @@ std::string quoted(const QString &path)
                    "running. End that one first" +
                        detail);
     case SQLITE_NOTADB:
-        fail(path,
-             "is not a store of TULO Time Tracker. It has been left as it is; move it away to "
-             "start with an empty store" +
-                 detail);
+        fail(path, "is not a store of TULO Time Tracker." + leftAsItIs + detail);
     case SQLITE_CORRUPT:
-        fail(path, "is damaged. It has been left as it is; put a backup in its place, or move it "
-                   "away to start with an empty store" +
-                       detail);
+        failAsDamaged(path, detail);
     case SQLITE_FULL:
         fail(path, "has no room on its disk. Free some space" + detail);
     case SQLITE_PERM:
     case SQLITE_READONLY:
     case SQLITE_CANTOPEN:
     case SQLITE_AUTH:
-        fail(path, "cannot be opened for reading and writing. Check the rights of the file and its "
-                   "directory" +
-                       detail);
+        failAsUnwritable(path, detail);
     default:
         fail(path, "cannot be read" + detail);
     }
@@ -87,23 +105,43 @@ std::string versionText(int version)
            std::to_string(version % 100);
 }
 
-void syncDirectory(const QString &directory)
-{
-    const int descriptor = ::open(QFile::encodeName(directory).constData(), O_RDONLY | O_DIRECTORY);
-    if (descriptor < 0)
-        return;
-    ::fsync(descriptor);
-    ::close(descriptor);
-}
-
+/// Makes @p directory and those above it that are missing, for the owner alone whatever the umask.
 void makeDirectory(const QString &directory)
 {
     if (QFileInfo(directory).isDir())
         return;
-    if (!QDir().mkpath(directory))
-        throw StoreError("The directory " + quoted(directory) +
-                         " cannot be made. Check the rights of the directories above it.");
-    QFile::setPermissions(directory, ownerOnly | QFileDevice::ExeOwner);
+    const QString above = QFileInfo(directory).path();
+    if (above != directory)
+        makeDirectory(above);
+    const QByteArray name = QFile::encodeName(directory);
+    if (::mkdir(name.constData(), S_IRWXU) == 0)
+        ::chmod(name.constData(), S_IRWXU); // The umask may have taken even the owner's rights.
+    else if (!QFileInfo(directory).isDir())
+        throw StoreError("The directory " + quoted(directory) + " cannot be made: " +
+                         std::strerror(errno) + ". Check the rights of the directories above it.");
+}
+
+/// Takes away what others may do with the store: a backup may have come back with other rights.
+void keepFromOthers(const QString &path)
+{
+    const auto restrict = [](const QString &name, QFileDevice::Permissions allowed) {
+        const QFileDevice::Permissions now = QFileInfo(name).permissions();
+        // What QFileInfo says of the user is about the one who asks, not the owner.
+        constexpr QFileDevice::Permissions others =
+            QFileDevice::ReadGroup | QFileDevice::WriteGroup | QFileDevice::ExeGroup |
+            QFileDevice::ReadOther | QFileDevice::WriteOther | QFileDevice::ExeOther;
+        if ((now & others) != 0)
+            QFile::setPermissions(name, allowed);
+    };
+    for (const QString &part : {path, path + logSuffix}) {
+        if (QFileInfo::exists(part))
+            restrict(part, ownerOnly);
+    }
+    // Any other directory than its own is somebody else's affair.
+    const QString directory = QFileInfo(path).path();
+    const QString own = QFileInfo(ModelContainer::defaultPath()).path();
+    if (directory == QFileInfo(own).canonicalFilePath())
+        restrict(directory, ownerOnly | QFileDevice::ExeOwner);
 }
 
 /// Looks at the store through a connection that cannot write: a read-write one would already fold
@@ -115,8 +153,7 @@ void check(const QString &path)
     const int application = integer(database, "application_id");
     const int version = integer(database, "user_version");
     if (application != applicationID)
-        fail(path, "is a database of another program. It has been left as it is; move it away to "
-                   "start with an empty store.");
+        fail(path, "is a database of another program." + leftAsItIs + ".");
     if (version > ModelContainer::schemaVersion)
         fail(path, "was written by a newer version of TULO Time Tracker (schema " +
                        versionText(version) + ", this one reads " +
@@ -135,6 +172,16 @@ void check(const QString &path)
             fail(path, std::string("has other tables than this program's (") + error.what() +
                            "). It has been left as it is.");
         }
+    }
+    const qint64 size = qint64{integer(database, "page_count")} * integer(database, "page_size");
+    // What a log holds may not have come into the file yet.
+    if (QFileInfo(path).size() < size && QFileInfo(path + logSuffix).size() == 0)
+        failAsDamaged(path, " (its end is missing).");
+    if (size <= sizeLookedThrough) {
+        std::string verdict = database.execAndGet("PRAGMA integrity_check(1)").getString();
+        std::replace(verdict.begin(), verdict.end(), '\n', ' ');
+        if (verdict != "ok")
+            failAsDamaged(path, " (" + verdict + ").");
     }
 }
 
@@ -157,31 +204,40 @@ void makeStore(const QString &path)
 /// anything but a whole store, even if the machine stops in the middle.
 void create(const QString &path)
 {
+    const int directory = ::open(QFile::encodeName(QFileInfo(path).path()).constData(),
+                                 O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (directory < 0)
+        fail(path, std::string("cannot be made: ") + std::strerror(errno) + ".");
+    const auto closed = qScopeGuard([directory] { ::close(directory); });
+    // One process at a time, or they would rename each other's unfinished files.
+    ::flock(directory, LOCK_EX);
+    if (QFileInfo::exists(path))
+        return;
+
     const QString newPath = path + newStoreSuffix;
     const QByteArray newName = QFile::encodeName(newPath);
-    const QString parts[] = {newPath, newPath + QStringLiteral("-journal"), newPath + logSuffix};
-    const auto clear = [&] {
-        for (const QString &part : parts)
-            QFile::remove(part);
+    const auto clear = [&newPath] {
+        for (const char *const suffix : {"", "-journal", "-wal", "-shm"})
+            QFile::remove(newPath + QLatin1StringView(suffix));
     };
+    clear();
+    const int descriptor =
+        ::open(newName.constData(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, S_IRUSR | S_IWUSR);
+    if (descriptor < 0)
+        fail(path, std::string("cannot be made: ") + std::strerror(errno) + ".");
+    ::fchmod(descriptor, S_IRUSR | S_IWUSR);
+    ::close(descriptor);
     try {
-        clear();
-        const int descriptor =
-            ::open(newName.constData(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, S_IRUSR | S_IWUSR);
-        if (descriptor < 0)
-            fail(path, std::string("cannot be made: ") + std::strerror(errno) + ".");
-        ::fchmod(descriptor, S_IRUSR | S_IWUSR);
-        ::close(descriptor);
         makeStore(newPath);
         check(newPath);
     } catch (const SQLite::Exception &error) {
         clear();
         fail(path, error);
     }
-    // QFile does not replace an existing file: another process may have been faster.
-    if (!QFile::rename(newPath, path) && !QFileInfo::exists(path))
+    if (!QFile::rename(newPath, path))
         fail(path, "cannot be made: its new file cannot be renamed.");
-    syncDirectory(QFileInfo(path).path());
+    clear();
+    ::fsync(directory);
 }
 
 std::unique_ptr<SQLite::Database> open(const QString &path)
@@ -190,8 +246,12 @@ std::unique_ptr<SQLite::Database> open(const QString &path)
         QFile::encodeName(path).constData(), SQLite::OPEN_READWRITE | SQLite::OPEN_NOFOLLOW,
         busyMilliseconds);
     // Held from here on, so that a second writer is refused; and no index of the log is shared.
-    database->exec("PRAGMA locking_mode = EXCLUSIVE; PRAGMA synchronous = FULL; "
-                   "PRAGMA journal_mode = WAL; BEGIN IMMEDIATE; COMMIT");
+    database->exec(
+        "PRAGMA cell_size_check = ON; PRAGMA locking_mode = EXCLUSIVE; PRAGMA synchronous = FULL; "
+        "PRAGMA journal_mode = WAL; BEGIN IMMEDIATE; COMMIT");
+    // Whoever may not write may begin to, all the same.
+    if (sqlite3_db_readonly(database->getHandle(), "main") != 0)
+        failAsUnwritable(path, ".");
     return database;
 }
 
@@ -211,15 +271,22 @@ ModelContainer::ModelContainer(const QString &path, const Clock &clock, SaveDela
     const QString realPath = QFileInfo(given.path()).canonicalFilePath() + u'/' + given.fileName();
     const QFileInfo file(realPath);
     if (file.isSymLink() || (file.exists() && !file.isFile()))
-        fail(path, "is not a plain file. It has been left as it is; move it away to start with an "
-                   "empty store.");
-    if (!file.exists())
+        fail(path, "is not a plain file." + leftAsItIs + ".");
+    if (!file.exists()) {
+        for (const QString &suffix : {logSuffix, journalSuffix}) {
+            if (QFileInfo(realPath + suffix).size() > 0)
+                fail(path, "is missing, but its log " + quoted(realPath + suffix) +
+                               " is there, with changes that are nowhere else. Put the store back "
+                               "beside it; or move the log away, too, to start with an empty "
+                               "store.");
+        }
         create(realPath);
-    else if (file.size() == 0)
-        fail(path, "is empty, which a store never is. It has been left as it is; put a backup in "
-                   "its place, or move it away to start with an empty store.");
+    } else if (file.size() == 0)
+        fail(path, "is empty, which a store never is." + leftAsItIs +
+                       "; or put a backup in the place of all these.");
     try {
         check(realPath);
+        keepFromOthers(realPath);
         m_database = open(realPath);
     } catch (const SQLite::Exception &error) {
         fail(path, error);

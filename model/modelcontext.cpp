@@ -6,6 +6,7 @@
 #include <SQLiteCpp/Exception.h>
 #include <SQLiteCpp/Statement.h>
 #include <SQLiteCpp/Transaction.h>
+#include <sqlite3.h>
 
 #include <algorithm>
 
@@ -31,6 +32,13 @@ public:
 private:
     SQLite::Statement &m_statement;
 };
+
+/// Whether a change has failed for what it is itself, or for where it lies, and not for the disk.
+bool isOfOneChange(const SQLite::Exception &error)
+{
+    const int code = error.getErrorCode();
+    return code == SQLITE_CORRUPT || code == SQLITE_TOOBIG || code == SQLITE_CONSTRAINT;
+}
 
 } // namespace
 
@@ -84,34 +92,21 @@ bool ModelContext::save()
     if (!hasChanges())
         return true;
 
-    std::array<std::vector<qint64>, recordTypes.size()> rowids;
     try {
         SQLite::Transaction transaction(m_database, SQLite::TransactionBehavior::IMMEDIATE);
-        for (std::size_t i = 0; i < recordTypes.size(); ++i)
-            write(m_shelves[i], recordTable(recordTypes[i]), rowids[i]);
+        Written written;
+        write(Failure::OfAll, written);
         transaction.commit();
-    } catch (const SQLite::Exception &) {
-        m_lastSaveFailed = true;
+        noteWritten(written);
+    } catch (const SQLite::Exception &error) {
+        // After a change that hits a damaged page, SQLite takes no other in its transaction.
+        if (isOfOneChange(error))
+            writeOneByOne();
+    }
+    m_lastSaveFailed = hasChanges();
+    if (m_lastSaveFailed)
         m_saveTimer.start(m_delays.retry);
-        return false;
-    }
-
-    m_lastSaveFailed = false;
-    for (std::size_t i = 0; i < recordTypes.size(); ++i) {
-        Shelf &records = m_shelves[i];
-        for (std::size_t row = 0; row < rowids[i].size(); ++row) {
-            Record *const record = records.inserted[static_cast<qsizetype>(row)];
-            record->m_rowid = rowids[i][row];
-            record->m_isUnsaved = false;
-            records.stored.insert(rowids[i][row], record);
-        }
-        for (Record *record : std::as_const(records.edited))
-            record->m_isUnsaved = false;
-        records.inserted.clear();
-        records.edited.clear();
-        records.removed.clear();
-    }
-    return true;
+    return !m_lastSaveFailed;
 }
 
 bool ModelContext::hasChanges() const
@@ -220,28 +215,88 @@ void ModelContext::scheduleSave()
     m_saveTimer.start(m_delays.automatic);
 }
 
-void ModelContext::write(Shelf &shelf, const RecordTable &table, std::vector<qint64> &rowids)
+void ModelContext::writeOneByOne()
 {
-    // Insertions before removals: the rowid of the last row is given again once that row is gone.
-    for (const Record *record : std::as_const(shelf.inserted)) {
-        SQLite::Statement &insertion = statement(table.insert);
-        const ResetGuard guard(insertion);
-        table.bind(insertion, *record);
-        insertion.exec();
-        rowids.push_back(m_database.getLastInsertRowid());
+    Written written;
+    try {
+        write(Failure::OfOne, written);
+    } catch (const SQLite::Exception &) {
+        // The disk fails as well; what came before is written.
     }
-    for (const Record *record : std::as_const(shelf.edited)) {
-        SQLite::Statement &update = statement(table.update);
-        const ResetGuard guard(update);
-        const int rowid = table.bind(update, *record);
-        update.bind(rowid, static_cast<int64_t>(*record->m_rowid));
-        update.exec();
+    noteWritten(written);
+}
+
+void ModelContext::write(Failure failure, Written &written)
+{
+    for (const RecordType type : recordTypes)
+        write(type, failure, written);
+}
+
+void ModelContext::write(RecordType type, Failure failure, Written &written)
+{
+    const RecordTable &table = recordTable(type);
+    const Shelf &shelf = this->shelf(type);
+    const auto attempt = [failure](const auto &change) {
+        try {
+            change();
+        } catch (const SQLite::Exception &error) {
+            if (failure == Failure::OfAll || !isOfOneChange(error))
+                throw;
+        }
+    };
+    // Insertions before removals: the rowid of the last row is given again once that row is gone.
+    for (Record *record : std::as_const(shelf.inserted)) {
+        attempt([&] {
+            SQLite::Statement &insertion = statement(table.insert);
+            const ResetGuard guard(insertion);
+            table.bind(insertion, *record);
+            insertion.exec();
+            written.inserted.insert(record, m_database.getLastInsertRowid());
+        });
+    }
+    for (Record *record : std::as_const(shelf.edited)) {
+        attempt([&] {
+            SQLite::Statement &update = statement(table.update);
+            const ResetGuard guard(update);
+            const int rowid = table.bind(update, *record);
+            update.bind(rowid, static_cast<int64_t>(*record->m_rowid));
+            update.exec();
+            written.edited.append(record);
+        });
     }
     for (const qint64 rowid : std::as_const(shelf.removed)) {
-        SQLite::Statement &removal = statement(table.remove);
-        const ResetGuard guard(removal);
-        removal.bind(1, static_cast<int64_t>(rowid));
-        removal.exec();
+        attempt([&] {
+            SQLite::Statement &removal = statement(table.remove);
+            const ResetGuard guard(removal);
+            removal.bind(1, static_cast<int64_t>(rowid));
+            removal.exec();
+            written.removed[type].append(rowid);
+        });
+    }
+}
+
+void ModelContext::noteWritten(const Written &written)
+{
+    for (const RecordType type : recordTypes) {
+        Shelf &records = shelf(type);
+        QList<Record *> unwritten;
+        for (Record *record : std::as_const(records.inserted)) {
+            const auto rowid = written.inserted.constFind(record);
+            if (rowid == written.inserted.cend()) {
+                unwritten.append(record);
+                continue;
+            }
+            record->m_rowid = *rowid;
+            record->m_isUnsaved = false;
+            records.stored.insert(*rowid, record);
+        }
+        records.inserted = unwritten;
+        for (const qint64 rowid : written.removed.value(type))
+            records.removed.remove(rowid);
+    }
+    for (Record *record : written.edited) {
+        record->m_isUnsaved = false;
+        shelf(record->recordType()).edited.remove(record);
     }
 }
 

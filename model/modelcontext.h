@@ -19,7 +19,6 @@ class Database;
 class Statement;
 } // namespace SQLite
 class Clock;
-struct RecordTable;
 
 /// The store could not be read or opened; what() says why, in English.
 class StoreError : public std::runtime_error
@@ -59,7 +58,8 @@ public:
     void remove(Record *record);
 
     /// Writes all unsaved changes in one transaction. False if that failed; they then stay unsaved
-    /// and are tried again, with the next change or after a while.
+    /// and are tried again, with the next change or after a while. Changes that fail by themselves,
+    /// on a damaged page, do not keep the others from being written.
     bool save();
     bool hasChanges() const;
 
@@ -84,13 +84,24 @@ private:
         QSet<qint64> removed;
     };
 
+    /// What a change that fails means: for all others, too, or for itself alone.
+    enum class Failure { OfAll, OfOne };
+    struct Written {
+        QHash<Record *, qint64> inserted;
+        QList<Record *> edited;
+        QHash<RecordType, QList<qint64>> removed;
+    };
+
     Shelf &shelf(RecordType type) { return m_shelves[static_cast<std::size_t>(type)]; }
     const Shelf &shelf(RecordType type) const { return m_shelves[static_cast<std::size_t>(type)]; }
     static void sortByRowid(QList<Record *> &records);
     void adopt(Record *record);
     void noteChange(Record *record);
     void scheduleSave();
-    void write(Shelf &shelf, const RecordTable &table, std::vector<qint64> &rowids);
+    void writeOneByOne();
+    void write(Failure failure, Written &written);
+    void write(RecordType type, Failure failure, Written &written);
+    void noteWritten(const Written &written);
     SQLite::Statement &statement(const std::string &sql);
 
     SQLite::Database &m_database;

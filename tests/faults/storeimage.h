@@ -9,7 +9,8 @@
 /// A store's files, by what follows the store's own path: "", "-wal", …
 using StoreImage = QMap<QString, QByteArray>;
 
-/// The files of the store at @p path, but for the log's index, which is made anew. If this process
+/// The files of the store at @p path, but for an empty log and for the log's index, which is made
+/// anew. If this process
 /// has the store open, it no longer keeps others from it.
 StoreImage readImage(const QString &path);
 /// Makes those files, and the directory for them.

@@ -46,6 +46,14 @@ private:
         return {};
     }
 
+    static int mode(const QString &path)
+    {
+        struct stat status {
+        };
+        return ::stat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_mode & 07777
+                                                                         : -1;
+    }
+
     static void execute(const QString &path, const char *sql)
     {
         SQLite::Database(QFile::encodeName(path).constData(), SQLite::OPEN_READWRITE).exec(sql);
@@ -136,22 +144,60 @@ private Q_SLOTS:
         QVERIFY(codes.results().isEmpty());
     }
 
-    void shouldBeReadableByItsOwnerAlone()
+    void shouldBeTheOwnersAloneWhateverTheUmask_data()
     {
-        const mode_t mask = ::umask(0);
-        TestStore store(m_clock);
-        store.insertTask(u"Møde"_s);
-        QVERIFY(store.context().save());
-        ::umask(mask);
+        QTest::addColumn<int>("umask");
+        QTest::newRow("for all") << 0;
+        QTest::newRow("for the group") << 007;
+        QTest::newRow("for nobody") << 0777;
+    }
+    void shouldBeTheOwnersAloneWhateverTheUmask()
+    {
+        QFETCH(int, umask);
+        const QTemporaryDir directory;
+        const QString path = directory.filePath(u"made/data/store.sqlite"_s);
+        const mode_t before = ::umask(static_cast<mode_t>(umask));
+        ModelContainer container(path, m_clock);
+        container.mainContext().insert(
+            std::make_unique<Task>(m_clock, u"Møde"_s, m_clock.now(), std::nullopt));
+        QVERIFY(container.mainContext().save());
+        ::umask(before);
 
-        constexpr auto others = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup |
-                                QFile::ReadOther | QFile::WriteOther | QFile::ExeOther;
-        const QFileInfo file(store.path());
-        QVERIFY(!(QFileInfo(file.path()).permissions() & others));
-        const auto files = file.dir().entryInfoList(QDir::Files);
+        QCOMPARE(mode(directory.filePath(u"made"_s)), 0700);
+        QCOMPARE(mode(directory.filePath(u"made/data"_s)), 0700);
+        const auto files = QFileInfo(path).dir().entryInfoList(QDir::Files);
         QVERIFY(files.size() >= 2); // the store and its log
         for (const QFileInfo &each : files)
-            QVERIFY2(!(each.permissions() & others), qPrintable(each.fileName()));
+            QCOMPARE(mode(each.filePath()), 0600);
+    }
+
+    void shouldTakeBackWhatOthersMayDo()
+    {
+        // given a store that came back from a backup with the log of a crash, for all to read
+        const QTemporaryDir directory;
+        qputenv("XDG_DATA_HOME", QFile::encodeName(directory.path()));
+        const QString path = ModelContainer::defaultPath();
+        QVERIFY(path.startsWith(directory.path()));
+        {
+            TestStore store(m_clock);
+            store.insertTask(u"Møde"_s);
+            QVERIFY(store.context().save());
+            write(path, contents(store.path()));
+            write(path + u"-wal"_s, contents(store.path() + u"-wal"_s));
+        }
+        for (const QString &each : {path, path + u"-wal"_s})
+            QCOMPARE(::chmod(QFile::encodeName(each).constData(), 0666), 0);
+        const QString folder = QFileInfo(path).path();
+        QCOMPARE(::chmod(QFile::encodeName(folder).constData(), 0777), 0);
+
+        QCOMPARE(failure(path), QString());
+        QCOMPARE(mode(path), 0600);
+        QCOMPARE(mode(folder), 0700);
+        // and not of a directory that is not the program's own
+        QCOMPARE(::chmod(QFile::encodeName(directory.path()).constData(), 0755), 0);
+        QCOMPARE(failure(directory.filePath(u"store.sqlite"_s)), QString());
+        QCOMPARE(mode(directory.path()), 0755);
+        qunsetenv("XDG_DATA_HOME");
     }
 
     void shouldRefuseASecondWriter()
@@ -292,6 +338,20 @@ private Q_SLOTS:
         QVERIFY(QFile::link(directory.filePath(u"nowhere"_s), path));
         QVERIFY(failure(path).contains("is not a plain file"_L1));
         QVERIFY(!QFile::exists(directory.filePath(u"nowhere"_s)));
+    }
+
+    void shouldNotFollowALinkInTheNewFilesPlace()
+    {
+        const QTemporaryDir directory;
+        const QString path = directory.filePath(u"store.sqlite"_s);
+        const QString other = directory.filePath(u"other"_s);
+        write(other, "somebody else's");
+        QVERIFY(QFile::link(other, path + u".new"_s));
+        QCOMPARE(failure(path), QString());
+        QCOMPARE(contents(other), "somebody else's");
+        QVERIFY(!QFileInfo(path).isSymLink());
+        QCOMPARE(QDir(directory.path()).entryList(QDir::Files),
+                 (QStringList{u"other"_s, u"store.sqlite"_s, u"store.sqlite-shm"_s}));
     }
 
     void shouldFollowLinksInTheDirectoriesAbove()
