@@ -6,6 +6,20 @@
 
 using namespace Qt::StringLiterals;
 
+namespace
+{
+
+/// What a row shows of @p name: to lay out more would take a second and more.
+QString shownPart(const QString &name)
+{
+    constexpr qsizetype longest = 10'000;
+    if (name.size() <= longest)
+        return name;
+    return name.first(name[longest].isLowSurrogate() ? longest - 1 : longest) + u'\u2026';
+}
+
+} // namespace
+
 TaskRowViewModel::TaskRowViewModel(QObject *parent)
     : QObject(parent)
 {
@@ -127,7 +141,7 @@ void TaskRowViewModel::componentComplete()
 void TaskRowViewModel::updateName()
 {
     m_isNamed = !m_task->name().isEmpty();
-    m_shownName = m_isNamed ? m_task->name() : u"Unavngivet opgave"_s;
+    m_shownName = m_isNamed ? shownPart(m_task->name()) : u"Unavngivet opgave"_s;
     Q_EMIT nameChanged();
 }
 

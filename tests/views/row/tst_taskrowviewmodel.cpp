@@ -52,6 +52,22 @@ private Q_SLOTS:
         QCOMPARE(row.displayedTime(), QString());
     }
 
+    void shouldShowOnlyTheBeginningOfAnEndlessName()
+    {
+        Fixture f;
+        const QString longest = u"x"_s.repeated(10'000);
+        f.task->setName(longest);
+        QCOMPARE(f.row.shownName(), longest);
+        f.task->setName(longest + u'x');
+        QCOMPARE(f.row.shownName(), longest + u'\u2026');
+        // and no half of a character
+        f.task->setName(longest.chopped(1) + u"\U0001F600x"_s);
+        QCOMPARE(f.row.shownName(), longest.chopped(1) + u'\u2026');
+        // but all of it is edited
+        f.row.startNameEditing();
+        QCOMPARE(f.row.editedName(), f.task->name());
+    }
+
     void shouldShowWhatStandsForAnEmptyName()
     {
         Fixture f;
