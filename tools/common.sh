@@ -15,7 +15,7 @@ run_packages=(
 # A virtual display with a window manager and a session bus, and pictures of it.
 display_packages=(xvfb openbox dbus-daemon xdotool imagemagick)
 test_packages=(
-  qml6-module-qttest tzdata
+  qml6-module-qttest tzdata valgrind
   python3 python3-gi gir1.2-atspi-2.0 at-spi2-core
   # Trays of both kinds.
   xfce4-panel xfconf trayer
