@@ -411,6 +411,46 @@ private Q_SLOTS:
         QVERIFY(contentsOf(container.mainContext()) == m_closedContents);
     }
 
+    void shouldEndTheProgramWithAMessage_data()
+    {
+        QTest::addColumn<QByteArray>("file");
+        QTest::addColumn<QByteArray>("why");
+        const QByteArray whole = m_closed.value(QString());
+        QByteArray flipped = whole;
+        flipped[3 * pageSize] = '\x7f';
+        QTest::newRow("empty") << QByteArray() << QByteArray("is empty");
+        QTest::newRow("truncated") << whole.first(3 * pageSize) << QByteArray("is damaged");
+        QTest::newRow("with a damaged page") << flipped << QByteArray("is damaged");
+        QTest::newRow("a text") << QByteArray("Kære dagbog").repeated(100)
+                                << QByteArray("is not a store");
+    }
+    void shouldEndTheProgramWithAMessage()
+    {
+        QFETCH(QByteArray, file);
+        QFETCH(QByteArray, why);
+        // given the real program and its directories
+        const QTemporaryDir home;
+        const QString path = home.filePath(u"dk.tulo.TimeTracker/store.sqlite"_s);
+        writeImage(path, {{QString(), file}});
+        QProcess program;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(u"HOME"_s, home.path());
+        environment.insert(u"XDG_DATA_HOME"_s, home.path());
+        environment.insert(u"XDG_RUNTIME_DIR"_s, home.path());
+        environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s,
+                           u"unix:path="_s + home.path() + u"/bus"_s);
+        environment.insert(u"QT_QPA_PLATFORM"_s, u"offscreen"_s);
+        program.setProcessEnvironment(environment);
+        program.start(QStringLiteral(PROGRAM), {});
+        QVERIFY(program.waitForFinished());
+        QCOMPARE(program.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(program.exitCode(), 1);
+        const QByteArray said = program.readAllStandardError();
+        QVERIFY2(said.contains("Could not create ModelContainer: "), said.constData());
+        QVERIFY2(said.contains(why), said.constData());
+        QCOMPARE(readImage(path).value(QString()), file);
+    }
+
     void shouldMakeOneStoreForManyProcessesThatStartAtOnce()
     {
         for (int time = 0; time < 5; ++time) {

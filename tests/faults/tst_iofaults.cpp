@@ -375,6 +375,7 @@ private Q_SLOTS:
     {
         QFETCH(bool, isNew);
         QFETCH(bool, isMuch);
+        const FakeClock clock;
         std::mt19937 random(20261121); // NOLINT(cert-msc51-cpp): every run is to be the same
         int cuts = 0;
         bool wasCut = true;
@@ -383,7 +384,7 @@ private Q_SLOTS:
             wasCut = false;
             const QString path = newPath();
             if (isNew)
-                const ModelContainer made(path, FakeClock());
+                const ModelContainer made(path, clock);
             else
                 writeImage(path, m_used);
             FaultVfs vfs;
@@ -429,7 +430,8 @@ private Q_SLOTS:
     {
         const QString path = newPath();
         const FaultVfs vfs;
-        const ModelContainer container(path, FakeClock());
+        const FakeClock clock;
+        const ModelContainer container(path, clock);
         QVERIFY(vfs.isSynced(path + u".new"_s));
     }
 
