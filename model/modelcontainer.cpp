@@ -105,6 +105,17 @@ std::string versionText(int version)
            std::to_string(version % 100);
 }
 
+/// Puts the names that @p directory holds on the disk.
+void syncDirectory(const QString &directory)
+{
+    const int descriptor =
+        ::open(QFile::encodeName(directory).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor < 0)
+        return;
+    ::fsync(descriptor);
+    ::close(descriptor);
+}
+
 /// Makes @p directory and those above it that are missing, for the owner alone whatever the umask.
 void makeDirectory(const QString &directory)
 {
@@ -114,11 +125,15 @@ void makeDirectory(const QString &directory)
     if (above != directory)
         makeDirectory(above);
     const QByteArray name = QFile::encodeName(directory);
-    if (::mkdir(name.constData(), S_IRWXU) == 0)
+    if (::mkdir(name.constData(), S_IRWXU) == 0) {
         ::chmod(name.constData(), S_IRWXU); // The umask may have taken even the owner's rights.
-    else if (!QFileInfo(directory).isDir())
+        syncDirectory(above);
+        return;
+    }
+    const int error = errno;
+    if (!QFileInfo(directory).isDir())
         throw StoreError("The directory " + quoted(directory) + " cannot be made: " +
-                         std::strerror(errno) + ". Check the rights of the directories above it.");
+                         std::strerror(error) + ". Check the rights of the directories above it.");
 }
 
 /// Takes away what others may do with the store: a backup may have come back with other rights.
