@@ -33,6 +33,10 @@ DateFit fitDate(const QString &text, const QFont &font, qreal room)
     constexpr qreal narrowestGap = 4;
     constexpr int smallestSize = 9;
 
+    // While the header has no width yet, any size would be too large: none is tried.
+    if (room <= 0)
+        return {narrowestGap, 0, font.pixelSize()};
+
     const qreal whole = width(text, font);
     const qreal gap = std::clamp((room - whole) / gaps, narrowestGap, widestGap);
     const qreal textRoom = std::max(room - gaps * gap, 0.0);

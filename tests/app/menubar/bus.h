@@ -33,7 +33,7 @@ public:
         QDBusMessage message = QDBusMessage::createMethodCall(service, path, interface, method);
         message.setArguments(arguments);
         const QDBusPendingCallWatcher watcher(m_connection.asyncCall(message));
-        if (!QTest::qWaitFor([&] { return watcher.isFinished(); }))
+        if (!QTest::qWaitFor([&] { return watcher.isFinished(); }, 30'000))
             QTest::qFail("no answer", __FILE__, __LINE__);
         return watcher.reply();
     }

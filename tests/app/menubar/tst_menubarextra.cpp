@@ -173,6 +173,7 @@ private Q_SLOTS:
         QTRY_COMPARE(f.extra->backend(), Backend::ClockWindow);
         auto *const window = qobject_cast<QQuickWindow *>(f.clockWindow());
         QVERIFY(window && window->isVisible());
+        QVERIFY(QTest::qWaitForWindowExposed(window));
         QCOMPARE(window->size(), QSize(120, 28));
         QCOMPARE(qmltest::findItem(window->contentItem(), u"labelText"_s)->property("text"),
                  u"01:02:05"_s);
