@@ -126,7 +126,9 @@ QList<Record *> ModelContext::fetch(RecordType type, const RecordFilter &filter)
         std::string sql = table.select;
         if (!filter.condition.empty())
             sql += " WHERE " + filter.condition;
-        sql += " ORDER BY rowid";
+        // By its bare name SQLite would rather read the whole history in this order than sort the
+        // few that match.
+        sql += " ORDER BY +rowid";
         SQLite::Statement &query = statement(sql);
         const ResetGuard guard(query);
         int parameter = 1;
