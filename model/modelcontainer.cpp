@@ -48,7 +48,7 @@ const std::string leftAsItIs =
 
 std::string quoted(const QString &path)
 {
-    return "\"" + QDir::toNativeSeparators(path).toStdString() + "\"";
+    return QString(u'"' + QDir::toNativeSeparators(path) + u'"').toStdString();
 }
 
 [[noreturn]] void fail(const QString &path, const std::string &what)

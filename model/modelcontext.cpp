@@ -123,13 +123,7 @@ QList<Record *> ModelContext::fetch(RecordType type, const RecordFilter &filter)
     Shelf &records = shelf(type);
     QList<Record *> found;
     try {
-        std::string sql = table.select;
-        if (!filter.condition.empty())
-            sql += " WHERE " + filter.condition;
-        // By its bare name SQLite would rather read the whole history in this order than sort the
-        // few that match.
-        sql += " ORDER BY +rowid";
-        SQLite::Statement &query = statement(sql);
+        SQLite::Statement &query = statement(selection(table, filter));
         const ResetGuard guard(query);
         int parameter = 1;
         for (const RecordFilter::Argument &argument : filter.arguments) {

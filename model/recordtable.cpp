@@ -1,6 +1,7 @@
 #include "model/recordtable.h"
 
 #include "model/projectcode.h"
+#include "model/recordfilter.h"
 #include "model/task.h"
 #include "model/tasktemplate.h"
 
@@ -179,6 +180,16 @@ const std::array<RecordTable, recordTypes.size()> tables{{
 const RecordTable &recordTable(RecordType type)
 {
     return tables.at(static_cast<std::size_t>(type));
+}
+
+std::string selection(const RecordTable &table, const RecordFilter &filter)
+{
+    std::string sql = table.select;
+    if (!filter.condition.empty())
+        sql += " WHERE " + filter.condition;
+    // By its bare name SQLite would rather read the whole history in this order than sort the few
+    // that match.
+    return sql + " ORDER BY +rowid";
 }
 
 std::string storedId(const QUuid &id)

@@ -10,6 +10,7 @@ namespace SQLite
 class Statement;
 }
 class Clock;
+struct RecordFilter;
 
 /// How one record type lies in the store's file. `rowid` is the record's identity and grows with
 /// insertion, so it is also the store's order.
@@ -35,6 +36,10 @@ inline constexpr std::array recordTypes{RecordType::Task, RecordType::TaskTempla
                                         RecordType::ProjectCode};
 
 const RecordTable &recordTable(RecordType type);
+
+/// Yields what @p table.select does for the records that match, in the store's order. Takes the
+/// filter's arguments from parameter 1 on.
+std::string selection(const RecordTable &table, const RecordFilter &filter);
 
 /// An id as the store holds it: its 16 bytes.
 std::string storedId(const QUuid &id);

@@ -1,8 +1,10 @@
 #include "../support/teststore.h"
 #include "model/livequery.h"
+#include "model/recordtable.h"
 #include "model/tasklist.h"
 
 #include <SQLiteCpp/Database.h>
+#include <SQLiteCpp/Statement.h>
 #include <sqlite3.h>
 
 #include <QSignalSpy>
@@ -83,6 +85,28 @@ private Q_SLOTS:
                               QueryOrder::Store);
         QCOMPARE(tasks.results().size(), 1);
         QCOMPARE(store.context().inMemory(RecordType::Task, allRecords()).size(), 1);
+    }
+
+    void shouldNeverReadTheHistoryAsAWhole_data()
+    {
+        QTest::addColumn<RecordFilter>("filter");
+        QTest::newRow("a day") << tasksOnDay({0, 86400});
+        QTest::newRow("running") << runningTasks();
+        QTest::newRow("by id") << tasksWithID(QUuid::createUuid());
+    }
+
+    void shouldNeverReadTheHistoryAsAWhole()
+    {
+        QFETCH(RecordFilter, filter);
+        FakeClock clock;
+        TestStore store(clock);
+        store.close();
+        SQLite::Database database(store.path().toStdString());
+        SQLite::Statement plan(database, "EXPLAIN QUERY PLAN " +
+                                             selection(recordTable(RecordType::Task), filter));
+        QVERIFY(plan.executeStep());
+        const QByteArray first(plan.getColumn("detail").getText());
+        QVERIFY2(first.contains(" USING INDEX "), first);
     }
 
     void shouldSaveByItselfSoonAfterTheFirstChange()
