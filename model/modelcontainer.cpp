@@ -31,10 +31,9 @@ namespace
 constexpr int applicationID = 0x54554C4F;
 /// A holder that is just ending lets go within this time.
 constexpr int busyMilliseconds = 500;
-/// A store up to this size, which is one of decades, is looked through as a whole before it is
-/// opened; that takes less than a twentieth of a second. Damage in a larger one shows where it is
-/// read.
-constexpr qint64 sizeLookedThrough = 8'000'000;
+/// A store up to this size, some 8,000 tasks, is looked through as a whole before it is opened,
+/// which takes a few milliseconds. Damage in a larger one shows where it is read.
+constexpr qint64 sizeLookedThrough = 1'000'000;
 constexpr QFileDevice::Permissions ownerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
 
 const QString newStoreSuffix = QStringLiteral(".new");

@@ -13,7 +13,8 @@ int main(int argc, char *argv[])
     const QApplication application(argc, argv);
     QQmlEngine engine;
     QQmlComponent component(
-        &engine, QUrl(QStringLiteral("qrc:/qt/qml/TimeTracker/Benchmarks/emptywindow/EmptyWindow.qml")));
+        &engine,
+        QUrl(QStringLiteral("qrc:/qt/qml/TimeTracker/Benchmarks/emptywindow/EmptyWindow.qml")));
     const std::unique_ptr<QObject> window(component.create());
     return window ? QApplication::exec() : EXIT_FAILURE;
 }

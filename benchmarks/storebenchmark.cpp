@@ -1,0 +1,128 @@
+// What the program does with its store, at stores of several sizes: all on the thread that draws,
+// so each has to fit into a frame. "CPU" is what that thread works; "Time" also waits for the disk.
+
+#include "model/modelcontainer.h"
+#include "model/systemclock.h"
+#include "model/task.h"
+#include "model/tasklist.h"
+#include "timer/timermanager.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QCoreApplication>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <map>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+/// A store of that many tasks, made once and worked in by all.
+QString storeOf(int64_t tasks)
+{
+    static const QTemporaryDir directory;
+    static std::map<int64_t, QString> made;
+    const auto [entry, isNew] = made.try_emplace(tasks);
+    if (isNew) {
+        entry->second = directory.filePath(u"%1/store.sqlite"_s.arg(tasks));
+        QProcess::execute(QStringLiteral(MAKESTORE), {entry->second, QString::number(tasks)});
+    }
+    return entry->second;
+}
+
+/// An opened store with what the program keeps of it.
+struct Opened {
+    explicit Opened(int64_t tasks)
+        : container(storeOf(tasks), clock)
+    {
+    }
+
+    SystemClock clock;
+    ModelContainer container;
+    ModelContext &context = container.mainContext();
+    TimerManager timer{clock};
+    AllTasks allTasks{context};
+    DayTasks today{context, clock.calendar().dayInterval(clock.now())};
+};
+
+void open(benchmark::State &state)
+{
+    const SystemClock clock;
+    const QString path = storeOf(state.range(0));
+    for (auto _ : state)
+        ModelContainer(path, clock);
+}
+
+void startAndStop(benchmark::State &state)
+{
+    Opened opened(state.range(0));
+    Task *const task = opened.today.sortedTasks().constFirst();
+    for (auto _ : state) {
+        opened.timer.startTask(task, opened.allTasks, opened.context);
+        opened.timer.stopTask(task, opened.context);
+    }
+}
+
+void newTask(benchmark::State &state)
+{
+    Opened opened(state.range(0));
+    for (auto _ : state) {
+        auto task = std::make_unique<Task>(opened.clock, QString(), opened.clock.now(),
+                                           std::nullopt, opened.today.tasks().size());
+        Task *const inserted = task.get();
+        opened.context.insert(std::move(task));
+        opened.context.save();
+        state.PauseTiming();
+        opened.context.remove(inserted);
+        opened.context.save();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        state.ResumeTiming();
+    }
+}
+
+void anotherDay(benchmark::State &state)
+{
+    Opened opened(state.range(0));
+    const Calendar &calendar = opened.clock.calendar();
+    // Each day is new: what has been shown stays in memory.
+    Instant day = opened.clock.today();
+    for (auto _ : state) {
+        day = calendar.addingDays(day, -1).value_or(day);
+        opened.today.setDay(calendar.dayInterval(day));
+        benchmark::DoNotOptimize(opened.today.sortedTasks().size());
+    }
+}
+
+void runningTask(benchmark::State &state)
+{
+    const SystemClock clock;
+    ModelContainer container(storeOf(state.range(0)), clock);
+    for (auto _ : state) {
+        const AllTasks tasks(container.mainContext());
+        benchmark::DoNotOptimize(tasks.running().size());
+    }
+}
+
+void sizes(benchmark::internal::Benchmark *each)
+{
+    each->Arg(20)->Arg(10'000)->Arg(100'000)->Arg(1'000'000)->Unit(benchmark::kMicrosecond);
+}
+
+BENCHMARK(open)->Apply(sizes);
+BENCHMARK(startAndStop)->Apply(sizes);
+BENCHMARK(newTask)->Apply(sizes);
+BENCHMARK(anotherDay)->Apply(sizes)->Iterations(500);
+BENCHMARK(runningTask)->Apply(sizes);
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    const QCoreApplication application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return EXIT_SUCCESS;
+}
