@@ -26,25 +26,29 @@ Window {
         size: Qt.size(Math.max(120, label.implicitWidth + 2 * 10), 28)
     }
 
-    PlainButton {
-        id: button
-
-        objectName: "clockButton"
+    // Of the keys, Space is the button's own.
+    FocusScope {
         anchors.fill: parent
         focus: true
-        text: "Vis dagens opgaver"
-        leftInset: 2
-        rightInset: 2
-        topInset: 2
-        bottomInset: 2
-        onClicked: window.activated()
         Keys.onReturnPressed: window.activated()
         Keys.onEnterPressed: window.activated()
 
-        DragHandler {
-            target: null
-            onActiveChanged: if (active)
-                window.startSystemMove()
+        PlainButton {
+            objectName: "clockButton"
+            anchors.fill: parent
+            focus: true
+            text: "Vis dagens opgaver"
+            leftInset: 2
+            rightInset: 2
+            topInset: 2
+            bottomInset: 2
+            onClicked: window.activated()
+
+            DragHandler {
+                target: null
+                onActiveChanged: if (active)
+                    window.startSystemMove()
+            }
         }
     }
 

@@ -181,6 +181,20 @@ private Q_SLOTS:
         QVERIFY(f.extra->panel().isOpen());
     }
 
+    void shouldOpenThePanelFromTheClockWindowByKey()
+    {
+        for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space}) {
+            Fixture f(1ms);
+            f.start();
+            QTRY_COMPARE(f.extra->backend(), Backend::ClockWindow);
+            QWindow *const window = f.clockWindow();
+            window->requestActivate();
+            QVERIFY(QTest::qWaitForWindowActive(window));
+            QTest::keyClick(window, key);
+            QVERIFY(f.extra->panel().isOpen());
+        }
+    }
+
     void shouldGrowTheClockWindowWithALongClock()
     {
         Fixture f(1ms);
