@@ -1,6 +1,7 @@
 #include "app/menubar/menubarpanel.h"
 
 #include "app/windows/makewindow.h"
+#include "app/windows/x11requests.h"
 #include "model/modelcontext.h"
 
 #include <QCursor>
@@ -101,6 +102,7 @@ void MenuBarPanel::open(const QRect &anchor, QWindow *item)
             drop();
     });
     place();
+    keepOutOfTaskBarsOnX11(*m_window);
     m_window->show();
     m_window->raise();
     m_window->requestActivate();

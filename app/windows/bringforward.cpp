@@ -1,6 +1,6 @@
 #include "app/windows/bringforward.h"
 
-#include "app/windows/activateonx11.h"
+#include "app/windows/x11requests.h"
 
 #include <QGuiApplication>
 #include <QTimer>

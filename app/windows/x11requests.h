@@ -6,3 +6,7 @@ class QWindow;
 /// nothing. Qt asks for it in the program's own name, and then some window managers only mark a
 /// window of another desktop as wanting attention.
 void activateOnX11(const QWindow &window);
+
+/// Keeps @p window, which is not shown yet, out of task bars and pagers. Does nothing on other
+/// platforms.
+void keepOutOfTaskBarsOnX11(QWindow &window);

@@ -1,10 +1,11 @@
-#include "app/windows/activateonx11.h"
+#include "app/windows/x11requests.h"
 
 #include <QWindow>
 
 #if TIMETRACKER_XCB
 #include "app/windows/x11.h"
 
+#include <array>
 #include <optional>
 
 namespace
@@ -52,6 +53,21 @@ void activateOnX11(const QWindow &window)
     request(connection, "_NET_ACTIVE_WINDOW", id, UsersWish);
     xcb_flush(connection);
 }
+
+void keepOutOfTaskBarsOnX11(QWindow &window)
+{
+    xcb_connection_t *const connection = x11::connection();
+    if (!connection)
+        return;
+    // Qt leaves those states alone that it has no word for.
+    const std::array states{x11::atom(connection, "_NET_WM_STATE_SKIP_TASKBAR"),
+                            x11::atom(connection, "_NET_WM_STATE_SKIP_PAGER")};
+    xcb_change_property(connection, XCB_PROP_MODE_APPEND, static_cast<xcb_window_t>(window.winId()),
+                        x11::atom(connection, "_NET_WM_STATE"), XCB_ATOM_ATOM, 32,
+                        static_cast<uint32_t>(states.size()), states.data());
+}
 #else
 void activateOnX11(const QWindow &) {}
+
+void keepOutOfTaskBarsOnX11(QWindow &) {}
 #endif
