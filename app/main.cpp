@@ -1,3 +1,4 @@
+#include "app/appearance/appearance.h"
 #include "app/instance/singleinstance.h"
 #include "app/instance/usersession.h"
 #include "app/timetrackerapp.h"
@@ -34,6 +35,8 @@ int main(int argc, char *argv[])
         fatalError("TULO Time Tracker is running already, but does not answer");
     }
 
+    // Asks before there is a window, so that the answer is there when it is drawn.
+    const Appearance appearance(QDBusConnection::sessionBus());
     TimeTrackerApp app(QDBusConnection::sessionBus());
     QObject::connect(&instance, &SingleInstance::activated, &app, &TimeTrackerApp::openMainWindow);
     QObject::connect(&instance, &SingleInstance::quitRequested, &application,

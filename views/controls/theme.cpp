@@ -46,6 +46,12 @@ QColor backgroundFor(const QColor &foreground, const QColor &background, bool is
 
 } // namespace
 
+bool isDarkPalette(const QPalette &palette)
+{
+    return relativeLuminance(palette.color(QPalette::Active, QPalette::WindowText)) >
+           relativeLuminance(palette.color(QPalette::Active, QPalette::Window));
+}
+
 double relativeLuminance(const QColor &color)
 {
     const auto linear = [](double channel) {
@@ -85,7 +91,7 @@ void Theme::derive(const QPalette &palette)
     const QColor window = palette.color(QPalette::Active, QPalette::Window).toRgb();
     const QColor base = palette.color(QPalette::Active, QPalette::Base).toRgb();
 
-    m_isDark = relativeLuminance(text) > relativeLuminance(window);
+    m_isDark = isDarkPalette(palette);
     m_brandAccent = QColor(BrandAccent.value(m_isDark));
     m_brandBackground = QColor(BrandBackground.value(m_isDark));
     m_red = m_isDark ? QColor(0xff, 0x6b, 0x6b) : QColor(0xb8, 0x1f, 0x28);

@@ -80,6 +80,9 @@ private:
     QString m_monospacedFamily;
 };
 
+/// Whether its text is lighter than its window.
+bool isDarkPalette(const QPalette &palette);
+
 /// Relative luminance of an opaque colour, 0 (black) to 1 (white), as WCAG defines it.
 double relativeLuminance(const QColor &color);
 

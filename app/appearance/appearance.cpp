@@ -1,0 +1,91 @@
+#include "app/appearance/appearance.h"
+
+#include "views/controls/theme.h"
+
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QEvent>
+#include <QGuiApplication>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+const QString Service = u"org.freedesktop.portal.Desktop"_s;
+const QString Path = u"/org/freedesktop/portal/desktop"_s;
+const QString Interface = u"org.freedesktop.portal.Settings"_s;
+const QString Group = u"org.freedesktop.appearance"_s;
+const QString Key = u"color-scheme"_s;
+constexpr uint PrefersDark = 1;
+
+QPalette darkPalette()
+{
+    QPalette palette(QColor(0x3a, 0x3a, 0x3a), QColor(0x26, 0x26, 0x26));
+    palette.setColor(QPalette::Base, QColor(0x1a, 0x1a, 0x1a));
+    return palette;
+}
+
+} // namespace
+
+Appearance::Appearance(const QDBusConnection &connection)
+    : m_connection(connection)
+    , m_portalWatcher(Service, connection, QDBusServiceWatcher::WatchForRegistration)
+{
+    if (!m_connection.isConnected())
+        return;
+    qGuiApp->installEventFilter(this);
+    connect(&m_portalWatcher, &QDBusServiceWatcher::serviceRegistered, this, &Appearance::ask);
+    // The bus lets only this one setting through.
+    m_connection.connect(Service, Path, Interface, u"SettingChanged"_s, {Group, Key}, u"ssv"_s,
+                         this, SLOT(onSettingChanged(QString, QString, QDBusVariant)));
+    ask();
+}
+
+bool Appearance::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == qGuiApp && event->type() == QEvent::ApplicationPaletteChange)
+        update();
+    return false;
+}
+
+void Appearance::onSettingChanged(const QString &, const QString &, const QDBusVariant &value)
+{
+    setColorScheme(value.variant());
+}
+
+void Appearance::ask()
+{
+    QDBusMessage message = QDBusMessage::createMethodCall(Service, Path, Interface, u"Read"_s);
+    message.setArguments({Group, Key});
+    message.setAutoStartService(false);
+    auto *call = new QDBusPendingCallWatcher(m_connection.asyncCall(message), this);
+    connect(call, &QDBusPendingCallWatcher::finished, this, [this, call] {
+        const QDBusPendingReply<QDBusVariant> reply = *call;
+        if (reply.isValid())
+            setColorScheme(reply.value().variant());
+        call->deleteLater();
+    });
+}
+
+void Appearance::setColorScheme(const QVariant &value)
+{
+    // The portal's answer lies in a variant of its own.
+    const bool isNested = value.userType() == qMetaTypeId<QDBusVariant>();
+    const QVariant scheme = isNested ? value.value<QDBusVariant>().variant() : value;
+    m_wantsDark = scheme.toUInt() == PrefersDark;
+    update();
+}
+
+void Appearance::update()
+{
+    if (m_wantsDark && !m_hasOwnPalette && !isDarkPalette(QGuiApplication::palette())) {
+        m_hasOwnPalette = true;
+        QGuiApplication::setPalette(darkPalette());
+    } else if (!m_wantsDark && m_hasOwnPalette) {
+        m_hasOwnPalette = false;
+        // The platform's again.
+        QGuiApplication::setPalette(QPalette());
+    }
+}

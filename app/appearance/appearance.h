@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusServiceWatcher>
+#include <QDBusVariant>
+#include <QObject>
+
+/// Makes the application dark where the desktop wants that and the platform's palette does not know
+/// it. The wish comes from the desktop's settings portal, also while the program runs; a palette
+/// that is dark already stays as it is. Waits for nothing, and has no service started.
+class Appearance : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// @p connection is the session bus, or one that is not connected.
+    explicit Appearance(const QDBusConnection &connection);
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private Q_SLOTS:
+    void onSettingChanged(const QString &group, const QString &key, const QDBusVariant &value);
+
+private:
+    void ask();
+    void setColorScheme(const QVariant &value);
+    void update();
+
+    QDBusConnection m_connection;
+    QDBusServiceWatcher m_portalWatcher;
+    bool m_wantsDark = false;
+    bool m_hasOwnPalette = false;
+};
