@@ -19,6 +19,8 @@ test_packages=(
   python3 python3-gi gir1.2-atspi-2.0 at-spi2-core
   # Trays of both kinds.
   xfce4-panel xfconf trayer
+  # The Debian package and what is in it.
+  dpkg-dev file man-db desktop-file-utils appstream lintian
 )
 # The checks of format and code are a gate with this one version, which Debian 13 has no more.
 if grep -qx 'VERSION_CODENAME=bookworm' /etc/os-release 2>/dev/null; then
