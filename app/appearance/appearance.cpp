@@ -20,14 +20,14 @@ const QString Group = u"org.freedesktop.appearance"_s;
 const QString Key = u"color-scheme"_s;
 constexpr uint PrefersDark = 1;
 
+} // namespace
+
 QPalette darkPalette()
 {
-    QPalette palette(QColor(0x3a, 0x3a, 0x3a), QColor(0x26, 0x26, 0x26));
-    palette.setColor(QPalette::Base, QColor(0x1a, 0x1a, 0x1a));
+    QPalette palette(QColor(0x33, 0x33, 0x33), QColor(0x1e, 0x1e, 0x1e));
+    palette.setColor(QPalette::Base, QColor(0x16, 0x16, 0x16));
     return palette;
 }
-
-} // namespace
 
 Appearance::Appearance(const QDBusConnection &connection)
     : m_connection(connection)

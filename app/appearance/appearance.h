@@ -4,6 +4,7 @@
 #include <QDBusServiceWatcher>
 #include <QDBusVariant>
 #include <QObject>
+#include <QPalette>
 
 /// Makes the application dark where the desktop wants that and the platform's palette does not know
 /// it. The wish comes from the desktop's settings portal, also while the program runs; a palette
@@ -31,3 +32,7 @@ private:
     bool m_wantsDark = false;
     bool m_hasOwnPalette = false;
 };
+
+/// What the application looks like where the desktop wants it dark and the platform's palette is
+/// light.
+QPalette darkPalette();

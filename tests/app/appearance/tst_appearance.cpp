@@ -207,7 +207,8 @@ private Q_SLOTS:
 
         // then
         QTRY_VERIFY(isDark());
-        QCOMPARE(QGuiApplication::palette().color(QPalette::Window), QColor(0x26, 0x26, 0x26));
+        QCOMPARE(QGuiApplication::palette().color(QPalette::Window),
+                 darkPalette().color(QPalette::Window));
     }
 
     void shouldDoWithoutABus()
