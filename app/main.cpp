@@ -5,9 +5,32 @@
 #include "model/fatalerror.h"
 
 #include <QApplication>
+#include <QPainter>
 #include <QQuickWindow>
+#include <QSvgRenderer>
 
 #include <cstdlib>
+
+namespace
+{
+
+/// Drawn here and now: Qt's own way from an SVG to an icon loads a plugin and draws more sizes.
+QIcon windowIcon()
+{
+    QSvgRenderer drawing(QStringLiteral(":/timetracker/icons/dk.tulo.TimeTracker.svg"));
+    QIcon icon;
+    for (const int side : {16, 32, 64}) {
+        QPixmap pixmap(side, side);
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        drawing.render(&painter);
+        painter.end();
+        icon.addPixmap(pixmap);
+    }
+    return icon;
+}
+
+} // namespace
 
 int main(int argc, char *argv[])
 {
@@ -22,6 +45,8 @@ int main(int argc, char *argv[])
     QApplication::setApplicationName(QStringLiteral("dk.tulo.TimeTracker"));
     QApplication::setApplicationDisplayName(QStringLiteral("TULO Time Tracker"));
     QApplication::setDesktopFileName(QStringLiteral("dk.tulo.TimeTracker"));
+    // For X11; on Wayland the desktop finds the icon by the name above.
+    QApplication::setWindowIcon(windowIcon());
 
     // Before the store is opened, and until after it is closed.
     SingleInstance instance(QDBusConnection::sessionBus(), userRuntimeFolder(),

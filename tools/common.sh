@@ -16,7 +16,7 @@ run_packages=(
 display_packages=(xvfb openbox dbus-daemon xdotool imagemagick)
 test_packages=(
   qml6-module-qttest tzdata valgrind
-  python3 python3-gi gir1.2-atspi-2.0 at-spi2-core
+  python3 python3-gi gir1.2-atspi-2.0 at-spi2-core x11-utils
   # Trays of both kinds.
   xfce4-panel xfconf trayer
   # The Debian package and what is in it.

@@ -37,6 +37,8 @@ Appearance::Appearance(const QDBusConnection &connection)
         return;
     qGuiApp->installEventFilter(this);
     connect(&m_portalWatcher, &QDBusServiceWatcher::serviceRegistered, this, &Appearance::ask);
+    // Before the first message with one, Qt does not know the slot's type by its name.
+    qRegisterMetaType<QDBusVariant>();
     // The bus lets only this one setting through.
     m_connection.connect(Service, Path, Interface, u"SettingChanged"_s, {Group, Key}, u"ssv"_s,
                          this, SLOT(onSettingChanged(QString, QString, QDBusVariant)));

@@ -1,0 +1,93 @@
+"""The window as the desktop wants it: its colours, also when they change, and its icon."""
+
+import subprocess
+
+import harness
+from dayprogram import DayProgram
+from harness import TITLE, wait_until
+
+from gi.repository import Gio, GLib
+
+SERVICE = "org.freedesktop.portal.Desktop"
+PATH = "/org/freedesktop/portal/desktop"
+SETTINGS = "org.freedesktop.portal.Settings"
+INTERFACE = f"""
+<node><interface name="{SETTINGS}">
+  <method name="Read">
+    <arg type="s" direction="in"/><arg type="s" direction="in"/><arg type="v" direction="out"/>
+  </method>
+  <signal name="SettingChanged"><arg type="s"/><arg type="s"/><arg type="v"/></signal>
+</interface></node>"""
+COLOR_SCHEME = ("org.freedesktop.appearance", "color-scheme")
+DARK, LIGHT = 1, 2
+
+
+class Portal:
+    """The desktop's settings portal. It answers while somebody waits for the program."""
+
+    def __init__(self, scheme):
+        self.scheme = scheme
+        self.bus = Gio.bus_get_sync(Gio.BusType.SESSION)
+        self.object = self.bus.register_object(
+            PATH, Gio.DBusNodeInfo.new_for_xml(INTERFACE).interfaces[0], self._call)
+        self.name = Gio.bus_own_name_on_connection(self.bus, SERVICE, 0)
+
+    def _call(self, _bus, _sender, _path, _interface, _method, arguments, invocation):
+        assert arguments.unpack() == COLOR_SCHEME
+        answer = GLib.Variant("v", GLib.Variant("u", self.scheme))
+        invocation.return_value(GLib.Variant.new_tuple(GLib.Variant("v", answer)))
+
+    def set(self, scheme):
+        self.scheme = scheme
+        self.bus.emit_signal(None, PATH, SETTINGS, "SettingChanged", GLib.Variant(
+            "(ssv)", (*COLOR_SCHEME, GLib.Variant("u", scheme))))
+
+    def close(self):
+        Gio.bus_unown_name(self.name)
+        self.bus.unregister_object(self.object)
+
+
+def window():
+    return subprocess.run(["xdotool", "search", "--onlyvisible", "--name", f"^{TITLE}$"],
+                          check=True, stdout=subprocess.PIPE, text=True).stdout.strip()
+
+
+def ground():
+    """How light the empty day is, 0 to 255."""
+    pixel = subprocess.run(["import", "-silent", "-window", window(), "-crop", "1x1+40+300",
+                            "-depth", "8", "gray:-"], check=True, stdout=subprocess.PIPE).stdout
+    return pixel[0]
+
+
+class Appearance(harness.Story):
+    program = DayProgram
+
+    def shouldFollowThePortalWhileItRuns(self):
+        portal = Portal(DARK)
+        self.addCleanup(portal.close)
+        with self.program(self) as program:
+            program.see_window()
+            for scheme in (DARK, LIGHT, DARK):
+                if scheme != portal.scheme:
+                    portal.set(scheme)
+                wait_until(lambda: (program.root() is not None
+                                    and (ground() < 80) == (scheme == DARK)),
+                           f"the window has the appearance {scheme}")
+
+    def shouldBeLightWithoutAPortal(self):
+        with self.program(self) as program:
+            program.see_window()
+            program.see("button", "Ny opgave")
+            self.assertGreater(ground(), 200)
+
+    def shouldHaveItsIconOnTheWindow(self):
+        with self.program(self) as program:
+            program.see_window()
+            icon = subprocess.run(["xprop", "-notype", "-id", window(), "_NET_WM_ICON"],
+                                  check=True, stdout=subprocess.PIPE, text=True).stdout
+            for side in (16, 32, 64):
+                self.assertIn(f"Icon ({side} x {side}):", icon)
+
+
+if __name__ == "__main__":
+    harness.main()
