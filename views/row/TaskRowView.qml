@@ -121,7 +121,8 @@ FocusScope {
 
             objectName: "nameText"
             anchors.verticalCenter: parent.verticalCenter
-            width: Math.min(implicitWidth, name.width - pencil.width - 6)
+            // Not by the text's own width, which breaking a word changes.
+            width: Math.max(0, name.width - pencil.width - 6)
             visible: !viewModel.isEditingName
             text: viewModel.shownName
             wrapMode: Text.Wrap
@@ -133,8 +134,8 @@ FocusScope {
             id: pencil
 
             objectName: "pencil"
-            anchors.left: nameText.right
-            anchors.leftMargin: 6
+            anchors.left: nameText.left
+            anchors.leftMargin: Math.ceil(nameText.contentWidth) + 6
             anchors.verticalCenter: parent.verticalCenter
             visible: !viewModel.isEditingName
             text: "Rediger navn"

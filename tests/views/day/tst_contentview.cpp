@@ -126,6 +126,19 @@ private:
     static QFont font(const QQuickItem *item) { return item->property("font").value<QFont>(); }
 
 private Q_SLOTS:
+    void shouldBreakAWordThatIsWiderThanItsRow()
+    {
+        Fixture f(1);
+        f.store.insertTask(
+            u"mellemrumognogetsåndsvagtlangtordsomikkekanbrydesnogetstedoverhovedet"_s, 1);
+        f.show();
+        const QQuickItem *const name = f.inRow(1, "nameText");
+        const QQuickItem *const pencil = f.inRow(1, "pencil");
+        QVERIFY(name->property("lineCount").toInt() > 1);
+        QVERIFY(!name->property("truncated").toBool());
+        QVERIFY(pencil->x() + pencil->width() <= pencil->parentItem()->width());
+    }
+
     void shouldDivideTheWindow()
     {
         const Fixture f(1);

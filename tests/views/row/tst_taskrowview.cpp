@@ -143,7 +143,8 @@ private Q_SLOTS:
         QCOMPARE(deletion.left(), hours.right() + 12);
         QCOMPARE(deletion.right() + 12, f.item("row")->width());
         const QRectF nameText = f.place("nameText");
-        QCOMPARE(f.place("pencil").left(), nameText.right() + 6);
+        const double textWidth = f.item("nameText")->property("contentWidth").toDouble();
+        QCOMPARE(f.place("pencil").left(), nameText.left() + std::ceil(textWidth) + 6);
         for (const char *each : {"nameText", "hoursText"})
             QCOMPARE(pixelSize(f.item(each)), 14);
         QCOMPARE(f.item("startButton")->property("symbolSize").toInt(), 14);
