@@ -8,6 +8,19 @@
 #include <QObject>
 #include <QStringList>
 #include <QTest>
+#include <QTimer>
+
+/// Lets everything happen that is due now. One round of the event loop may leave out the timers of
+/// no time.
+inline void settle()
+{
+    // A timer of its own: they are served in their order.
+    QTimer timer;
+    timer.setSingleShot(true);
+    timer.start(0);
+    if (!QTest::qWaitFor([&timer] { return !timer.isActive(); }, 30'000))
+        QTest::qFail("the event loop does not run", __FILE__, __LINE__);
+}
 
 /// A second party on the session bus, as a desktop's panel is one. Its calls let the event loop
 /// run, as the other side lives in the same thread.
@@ -57,6 +70,9 @@ public:
                                       SLOT(note(QDBusMessage))))
                 QTest::qFail("cannot listen", __FILE__, __LINE__);
         }
+        // Its answer tells that the bus knows of it.
+        call(service, QStringLiteral("/"), QStringLiteral("org.freedesktop.DBus.Peer"),
+             QStringLiteral("Ping"));
     }
     /// The names of the signals since the last call; those sent before this call are among them.
     QStringList heard(const QString &service)
@@ -68,7 +84,7 @@ public:
     }
     QList<QDBusMessage> heardMessages(const QString &service)
     {
-        QCoreApplication::processEvents();
+        settle();
         // An answer comes after all that its sender has sent before it.
         call(service, QStringLiteral("/"), QStringLiteral("org.freedesktop.DBus.Peer"),
              QStringLiteral("Ping"));

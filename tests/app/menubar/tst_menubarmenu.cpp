@@ -95,7 +95,7 @@ private Q_SLOTS:
         f.store.insert<Task>(u"en_to"_s, f.clock.now(), u"K1"_s, 0)->setAccumulatedSeconds(3725);
         f.store.insertTask(QString(), 1)->start();
         f.store.insert<Task>(u"I går"_s, f.clock.now() - 86400, std::nullopt);
-        QCoreApplication::processEvents();
+        settle();
         QCOMPARE(f.labels(),
                  QStringList({u"I dag 1.03 t"_s, u"-"_s, u"[ ] 01:02:05   en__to (K1)"_s,
                               u"[x] 00:00:00   Unavngivet"_s, u"-"_s, u"Åbn Time Tracker"_s,
@@ -106,7 +106,7 @@ private Q_SLOTS:
     {
         Fixture f;
         f.store.insertTask(QString(u"😀"_s).repeated(100) + u"\nmere"_s);
-        QCoreApplication::processEvents();
+        settle();
         const QString label = f.labels().at(2);
         QVERIFY(label.size() < 80);
         QVERIFY(label.endsWith(u"😀…"_s));
@@ -117,7 +117,7 @@ private Q_SLOTS:
         Fixture f;
         Task *const task = f.store.insertTask(u"A"_s);
         Task *const other = f.store.insertTask(u"B"_s, 1);
-        QCoreApplication::processEvents();
+        settle();
         f.event(f.idOf(u"   A"_s), u"clicked"_s);
         QVERIFY(task->isRunning());
         f.event(f.idOf(u"   B"_s), u"clicked"_s);
@@ -143,7 +143,7 @@ private Q_SLOTS:
     {
         Fixture f;
         Task *const task = f.store.insertTask(u"A"_s);
-        QCoreApplication::processEvents();
+        settle();
         f.host.listenTo(f.service);
         task->start();
         QCOMPARE(f.host.heard(f.service), QStringList{u"ItemsPropertiesUpdated"_s});
@@ -163,7 +163,7 @@ private Q_SLOTS:
         Fixture f(1ms);
         Task *const task = f.store.insertTask(u"A"_s);
         f.timer.startTask(task, AllTasks(f.store.context()), f.store.context());
-        QCoreApplication::processEvents();
+        settle();
         f.host.listenTo(f.service);
 
         const auto aTickWithANewSecond = [&f] {
@@ -187,7 +187,7 @@ private Q_SLOTS:
     {
         Fixture f;
         f.store.insertTask(u"A"_s)->start();
-        QCoreApplication::processEvents();
+        settle();
         f.clock.advance(60);
         f.call(u"AboutToShow"_s, {0});
         QVERIFY(f.labels().contains(u"[x] 00:01:00   A"_s));
@@ -198,10 +198,10 @@ private Q_SLOTS:
         Fixture f;
         Task *const first = f.store.insertTask(u"A"_s);
         f.store.insertTask(u"B"_s, 1);
-        QCoreApplication::processEvents();
+        settle();
         const int id = f.idOf(u"   B"_s);
         f.store.context().remove(first);
-        QCoreApplication::processEvents();
+        settle();
         QCOMPARE(f.idOf(u"   B"_s), id);
         QCOMPARE(f.idOf(u"   A"_s), -1);
     }

@@ -60,7 +60,11 @@ private Q_SLOTS:
     void shouldNotShrinkTheFontBelowNine()
     {
         QCOMPARE(fitDate(m_date, font(16), 20).pixelSize, 9);
-        QCOMPARE(fitDate(m_date, font(16), 0), (DateFit{4, 0, 9}));
+    }
+
+    void shouldTryNoSizeWhereThereIsNoRoomYet()
+    {
+        QCOMPARE(fitDate(m_date, font(16), 0), (DateFit{4, 0, 16}));
     }
 };
 
