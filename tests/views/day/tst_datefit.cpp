@@ -57,10 +57,7 @@ private Q_SLOTS:
         QCOMPARE(fit.textWidth, word);
     }
 
-    void shouldNotShrinkTheFontBelowNine()
-    {
-        QCOMPARE(fitDate(m_date, font(16), 20).pixelSize, 9);
-    }
+    void shouldNotShrinkTheFontBelowNine() { QCOMPARE(fitDate(m_date, font(16), 20).pixelSize, 9); }
 
     void shouldTryNoSizeWhereThereIsNoRoomYet()
     {
