@@ -50,8 +50,9 @@ private:
     {
         struct stat status {
         };
-        return ::stat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_mode & 07777
-                                                                         : -1;
+        if (::stat(QFile::encodeName(path).constData(), &status) != 0)
+            return -1;
+        return static_cast<int>(status.st_mode & 07777);
     }
 
     static void execute(const QString &path, const char *sql)
