@@ -54,7 +54,9 @@ void MenuBarExtra::choose()
          .hasStatusNotifierHost = m_statusNotifierLink && m_statusNotifierLink->hasHost(),
          .hasXEmbedTray = m_xembedTray.isThere(),
          .isSettled = !m_settlingTimer.isActive()});
-    if (backend == m_backend)
+    // The clock window is not taken away for what may not come.
+    const bool isStillTheBest = backend == Backend::None && m_backend == Backend::ClockWindow;
+    if (backend == m_backend || isStillTheBest)
         return;
     m_backend = backend;
     m_panel.close();

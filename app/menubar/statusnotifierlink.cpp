@@ -1,6 +1,5 @@
 #include "app/menubar/statusnotifierlink.h"
 
-#include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>

@@ -231,6 +231,20 @@ private Q_SLOTS:
         QCOMPARE(f.label(), u""_s);
     }
 
+    void shouldKeepTheClockWindowUntilSomethingBetterIsThere()
+    {
+        Fixture f(1ms);
+        f.start();
+        QTRY_COMPARE(f.extra->backend(), Backend::ClockWindow);
+        const QWindow *const window = f.clockWindow();
+        QSignalSpy changes(f.extra.get(), &MenuBarExtra::backendChanged);
+        Watcher watcher(false);
+        watcher.registerHost();
+        QTRY_COMPARE(f.extra->backend(), Backend::StatusNotifier);
+        QCOMPARE(changes.size(), 1);
+        QVERIFY(window != f.clockWindow());
+    }
+
     void shouldGiveAPanelThatRestartsTimeToComeBack()
     {
         Fixture f;
