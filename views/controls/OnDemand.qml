@@ -31,7 +31,7 @@ Item {
             focusBefore?.forceActiveFocus();
     }
 
-    implicitHeight: childrenRect.height
+    implicitHeight: (item as Item)?.implicitHeight ?? 0
 
     onActiveChanged: active ? make() : drop()
 }

@@ -10,8 +10,6 @@ import TimeTracker.Views.Controls
 T.AbstractButton {
     id: control
 
-    /// The tooltip's text; none is shown while it is empty.
-    property string helpText
     /// Corner radius of the content, which the focus ring follows.
     property real radius: 4
 
@@ -25,20 +23,9 @@ T.AbstractButton {
     Accessible.onPressAction: if (enabled)
         clicked()
 
-    topInset: -3
-    leftInset: -3
-    rightInset: -3
-    bottomInset: -3
-    background: FocusRing {
-        isShown: control.visualFocus
-        contentRadius: control.radius
-    }
-
     ButtonKeys {
     }
 
-    LazyHelpTip {
-        text: control.helpText
-        isNeeded: control.hovered && !control.pressed
+    LazyFocusRing {
     }
 }

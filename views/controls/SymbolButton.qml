@@ -20,12 +20,6 @@ PlainButton {
         name: control.symbol
         fontSize: control.symbolSize
         color: control.symbolColor
-    }
-
-    Rectangle {
-        anchors.fill: parent
-        z: -1
-        radius: control.radius
-        color: control.circleColor
+        circleColor: control.circleColor
     }
 }

@@ -6,11 +6,6 @@ import TimeTracker.Views.Controls
 /// A text as it is, never markup, exposed to assistive technology. Inside a button that bears the
 /// same text set `Accessible.ignored: true`.
 Text {
-    id: label
-
-    /// Shows the whole text in a tooltip while the pointer rests on an elided one.
-    property bool showsWholeTextWhenElided: false
-
     textFormat: Text.PlainText
     renderType: Text.NativeRendering
     font.pixelSize: 13
@@ -18,15 +13,4 @@ Text {
 
     Accessible.role: Accessible.StaticText
     Accessible.name: text
-
-    HoverHandler {
-        id: hover
-
-        enabled: label.showsWholeTextWhenElided && label.truncated
-    }
-
-    LazyHelpTip {
-        text: label.text
-        isNeeded: hover.hovered
-    }
 }

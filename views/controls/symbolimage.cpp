@@ -64,6 +64,15 @@ void SymbolImage::setColor(const QColor &color)
     Q_EMIT colorChanged();
 }
 
+void SymbolImage::setCircleColor(const QColor &color)
+{
+    if (m_circleColor == color)
+        return;
+    m_circleColor = color;
+    update();
+    Q_EMIT circleColorChanged();
+}
+
 void SymbolImage::paint(QPainter *painter)
 {
     QSvgRenderer *svg = m_name.isEmpty() ? nullptr : drawing(m_name);
@@ -75,6 +84,12 @@ void SymbolImage::paint(QPainter *painter)
     svg->render(painter, QRectF(corner, QSizeF(side, side)));
     painter->setCompositionMode(QPainter::CompositionMode_SourceIn);
     painter->fillRect(boundingRect(), m_color);
+    if (m_circleColor.alpha() > 0) {
+        painter->setCompositionMode(QPainter::CompositionMode_DestinationOver);
+        painter->setPen(Qt::NoPen);
+        painter->setBrush(m_circleColor);
+        painter->drawEllipse(boundingRect());
+    }
 }
 
 qreal SymbolImage::boxSide() const

@@ -18,6 +18,8 @@ class SymbolImage : public QQuickPaintedItem
     /// centred in an even frame on whole pixels. In a larger item the box is centred.
     Q_PROPERTY(qreal fontSize READ fontSize WRITE setFontSize NOTIFY fontSizeChanged)
     Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY colorChanged)
+    /// The colour of a circle behind the symbol that fills the item; transparent for none.
+    Q_PROPERTY(QColor circleColor READ circleColor WRITE setCircleColor NOTIFY circleColorChanged)
 
 public:
     explicit SymbolImage(QQuickItem *parent = nullptr);
@@ -28,6 +30,8 @@ public:
     void setFontSize(qreal fontSize);
     QColor color() const { return m_color; }
     void setColor(const QColor &color);
+    QColor circleColor() const { return m_circleColor; }
+    void setCircleColor(const QColor &color);
 
     void paint(QPainter *painter) override;
 
@@ -35,6 +39,7 @@ Q_SIGNALS:
     void nameChanged();
     void fontSizeChanged();
     void colorChanged();
+    void circleColorChanged();
 
 private:
     qreal boxSide() const;
@@ -42,4 +47,5 @@ private:
     QString m_name;
     qreal m_fontSize = 13;
     QColor m_color = Qt::black;
+    QColor m_circleColor = Qt::transparent;
 };

@@ -40,21 +40,18 @@ Rectangle {
         height: 32
         symbolSize: 14
         symbolColor: Theme.primary
-        circleColor: "transparent"
     }
 
     // A radio button of Qt's own: another button cannot take that role.
     component Segment: T.RadioButton {
         id: segment
 
+        readonly property real radius: 6
+
         width: billableSwitch.width / 2
         height: implicitContentHeight + 12
         topPadding: 6
         bottomPadding: 6
-        topInset: -3
-        leftInset: -3
-        rightInset: -3
-        bottomInset: -3
         focusPolicy: Qt.TabFocus
         Accessible.name: text
         Accessible.onPressAction: clicked()
@@ -63,9 +60,7 @@ Rectangle {
         ButtonKeys {
         }
 
-        background: FocusRing {
-            isShown: segment.visualFocus
-            contentRadius: 6
+        LazyFocusRing {
         }
 
         contentItem: TextLabel {

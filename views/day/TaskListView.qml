@@ -42,6 +42,8 @@ ListView {
     boundsBehavior: Flickable.StopAtBounds
     keyNavigationEnabled: false
     currentIndex: -1
+    // A row beyond either edge, for Tab to go on to; more would only delay the first frame.
+    cacheBuffer: 40
     model: viewModel.rows
 
     onSelectedTaskIndexChanged: if (selectedTaskIndex >= 0)

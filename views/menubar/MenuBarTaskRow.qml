@@ -51,7 +51,7 @@ PlainButton {
                 radius: 2
                 color: Qt.alpha(Theme.brandAccent, 0.15)
 
-                TextLabel {
+                ElidingLabel {
                     id: code
 
                     objectName: "badgeText"
@@ -59,22 +59,16 @@ PlainButton {
                     y: 1
                     width: parent.width - 8
                     text: row.task?.projectCode ?? ""
-                    maximumLineCount: 1
-                    elide: Text.ElideRight
-                    showsWholeTextWhenElided: true
                     font.pixelSize: 9
                     font.weight: Font.Medium
                     color: Theme.brandAccent
                 }
             }
 
-            TextLabel {
+            ElidingLabel {
                 objectName: "nameText"
                 width: parent.width
                 text: row.shownName
-                maximumLineCount: 1
-                elide: Text.ElideRight
-                showsWholeTextWhenElided: true
                 horizontalAlignment: Text.AlignLeft
                 font.pixelSize: 12
                 Accessible.ignored: true

@@ -31,7 +31,7 @@ T.Menu {
         implicitWidth: label.implicitWidth + 8 + check.width
         implicitHeight: label.implicitHeight
 
-        TextLabel {
+        ElidingLabel {
             id: label
 
             anchors.left: parent.left
@@ -40,9 +40,6 @@ T.Menu {
             anchors.verticalCenter: parent.verticalCenter
             text: content.text
             font: content.font
-            maximumLineCount: 1
-            elide: Text.ElideRight
-            showsWholeTextWhenElided: true
             Accessible.ignored: true
         }
 

@@ -15,6 +15,7 @@ Item {
     /// A longer code elides.
     property real maximumWidth: 160
 
+    readonly property real radius: 4
     readonly property bool hasCode: selectedCode !== undefined
     readonly property string codeText: hasCode ? selectedCode : ""
 
@@ -42,11 +43,7 @@ Item {
         onClicked: picker.open()
     }
 
-    FocusRing {
-        anchors.fill: parent
-        anchors.margins: -3
-        isShown: picker.activeFocus
-        contentRadius: 4
+    LazyFocusRing {
     }
 
     SymbolImage {
@@ -67,10 +64,10 @@ Item {
         visible: picker.hasCode
         width: Math.min(code.implicitWidth + 12, picker.maximumWidth)
         height: code.height + 4
-        radius: 4
+        radius: picker.radius
         color: Qt.alpha(Theme.brandAccent, 0.15)
 
-        TextLabel {
+        ElidingLabel {
             id: code
 
             objectName: "badgeText"
@@ -78,9 +75,6 @@ Item {
             y: 2
             width: parent.width - 12
             text: picker.codeText
-            maximumLineCount: 1
-            elide: Text.ElideRight
-            showsWholeTextWhenElided: true
             font.pixelSize: 10
             font.weight: Font.Medium
             color: Theme.brandAccent

@@ -49,6 +49,7 @@ FocusScope {
     Rectangle {
         objectName: "rowBackground"
         anchors.fill: parent
+        visible: row.isActive || row.isSelected
         radius: 6
         color: Theme.brandAccent
         opacity: row.isActive ? 0.1 : row.isSelected ? 0.06 : 0
@@ -182,9 +183,15 @@ FocusScope {
             width: parent.width
             visible: !viewModel.isEditingTime
             text: viewModel.displayedTime
-            helpText: "Klik for at redigere tid"
-            Accessible.description: helpText
+            Accessible.description: help.text
             onClicked: viewModel.startTimeEditing()
+
+            LazyHelpTip {
+                id: help
+
+                text: "Klik for at redigere tid"
+                isNeeded: timeText.hovered && !timeText.pressed
+            }
 
             contentItem: MonospacedLabel {
                 text: viewModel.displayedTime

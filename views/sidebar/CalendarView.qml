@@ -116,6 +116,16 @@ Item {
 
         readonly property real rowHeight: 22
         readonly property real rowSpacing: 2
+        readonly property real cellWidth: 22
+
+        /// In the middle of its seventh of the width, on whole pixels.
+        function cellX(index: int): real {
+            return Math.round((index % 7 + 0.5) * width / 7 - cellWidth / 2);
+        }
+
+        function cellY(index: int): real {
+            return Math.floor(index / 7) * (rowHeight + rowSpacing);
+        }
 
         objectName: "monthGrid"
         anchors.top: headings.bottom
@@ -123,6 +133,19 @@ Item {
         x: calendar.padding
         width: calendar.width - 2 * x
         height: Math.ceil(days.count / 7) * (rowHeight + rowSpacing) - rowSpacing
+
+        Rectangle {
+            readonly property int index: viewModel.daysInMonth.selectedIndex
+
+            objectName: "selectedDay"
+            x: grid.cellX(index)
+            y: grid.cellY(index)
+            width: grid.cellWidth
+            height: grid.rowHeight
+            visible: index >= 0
+            radius: height / 2
+            color: Theme.brandAccent
+        }
 
         Repeater {
             id: days
@@ -134,9 +157,10 @@ Item {
                 required property double date
 
                 objectName: "dayCell"
-                // In the middle of its seventh of the width, on whole pixels.
-                x: Math.round((index % 7 + 0.5) * grid.width / 7 - width / 2)
-                y: Math.floor(index / 7) * (grid.rowHeight + grid.rowSpacing)
+                x: grid.cellX(index)
+                y: grid.cellY(index)
+                width: grid.cellWidth
+                height: grid.rowHeight
                 visible: day > 0
                 onVisibleChanged: if (!visible)
                     focus = false

@@ -3,7 +3,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import TimeTracker.Views.Controls
 
-/// One day of the calendar.
+/// One day of the calendar. What is behind the selected one is the calendar's.
 PlainButton {
     id: cell
 
@@ -15,13 +15,10 @@ PlainButton {
     required property bool isToday
 
     readonly property color foregroundColor: isSelected ? "white" : isToday ? Theme.brandAccent : Theme.primary
-    readonly property color backgroundColor: isSelected ? Theme.brandAccent : "transparent"
 
     signal tap
 
-    width: 22
-    height: 22
-    radius: 11
+    radius: height / 2
     text: name
     Accessible.selectable: true
     Accessible.selected: isSelected
@@ -37,12 +34,5 @@ PlainButton {
         font.pixelSize: 11
         font.weight: cell.isToday ? Font.Bold : Font.Normal
         color: cell.foregroundColor
-    }
-
-    Rectangle {
-        anchors.fill: parent
-        z: -1
-        radius: cell.radius
-        color: cell.backgroundColor
     }
 }

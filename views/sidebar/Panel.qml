@@ -50,7 +50,7 @@ Flickable {
         width: panel.width - 2 * panel.padding
         height: Math.max(titleLabel.height, plus.height)
 
-        TextLabel {
+        ElidingLabel {
             id: titleLabel
 
             objectName: "panelTitle"
@@ -60,8 +60,6 @@ Flickable {
             anchors.rightMargin: 8
             anchors.verticalCenter: parent.verticalCenter
             text: panel.title
-            elide: Text.ElideRight
-            showsWholeTextWhenElided: true
             font.pixelSize: 12
             font.weight: Font.DemiBold
             color: Theme.secondary

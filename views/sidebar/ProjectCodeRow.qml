@@ -66,14 +66,11 @@ FocusScope {
             font.weight: Font.Medium
         }
 
-        TextLabel {
+        ElidingLabel {
             objectName: "nameText"
             width: parent.width
             visible: row.name !== ""
             text: row.name
-            maximumLineCount: 1
-            elide: Text.ElideRight
-            showsWholeTextWhenElided: true
             horizontalAlignment: Text.AlignLeft
             font.pixelSize: 10
             color: Theme.secondary

@@ -57,14 +57,11 @@ FocusScope {
                 color: Theme.brandAccent
             }
 
-            TextLabel {
+            ElidingLabel {
                 objectName: "nameText"
                 anchors.verticalCenter: parent.verticalCenter
                 width: parent.width - x
                 text: entry.name
-                maximumLineCount: 1
-                elide: Text.ElideRight
-                showsWholeTextWhenElided: true
                 horizontalAlignment: Text.AlignLeft
                 font.pixelSize: 11
                 Accessible.ignored: true

@@ -4,15 +4,29 @@
 
 #include <QLocale>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 void MonthModel::setMonth(QDate month, const Calendar &calendar)
 {
     auto grid = monthGrid(month, calendar);
+    const int countBefore = count();
+    const int newCount = static_cast<int>(grid.size());
     m_calendar = calendar;
-    resize(static_cast<int>(grid.size()));
-    m_grid = std::move(grid);
-    announce({});
+    if (newCount > countBefore) {
+        beginInsertRows({}, countBefore, newCount - 1);
+        m_grid = std::move(grid);
+        endInsertRows();
+    } else if (newCount < countBefore) {
+        beginRemoveRows({}, newCount, countBefore - 1);
+        m_grid = std::move(grid);
+        endRemoveRows();
+    } else {
+        m_grid = std::move(grid);
+    }
+    announce(std::min(countBefore, newCount), {});
+    Q_EMIT selectedIndexChanged();
 }
 
 void MonthModel::setSelectedDay(QDate day)
@@ -20,7 +34,8 @@ void MonthModel::setSelectedDay(QDate day)
     if (m_selectedDay == day)
         return;
     m_selectedDay = day;
-    announce({IsSelectedRole});
+    announce(count(), {IsSelectedRole});
+    Q_EMIT selectedIndexChanged();
 }
 
 void MonthModel::setToday(QDate day)
@@ -28,7 +43,13 @@ void MonthModel::setToday(QDate day)
     if (m_today == day)
         return;
     m_today = day;
-    announce({IsTodayRole});
+    announce(count(), {IsTodayRole});
+}
+
+int MonthModel::selectedIndex() const
+{
+    const auto place = std::find(m_grid.begin(), m_grid.end(), m_selectedDay);
+    return place == m_grid.end() ? -1 : static_cast<int>(place - m_grid.begin());
 }
 
 int MonthModel::rowCount(const QModelIndex &parent) const
@@ -66,22 +87,8 @@ QHash<int, QByteArray> MonthModel::roleNames() const
             {IsTodayRole, QByteArrayLiteral("isToday")}};
 }
 
-void MonthModel::resize(int newCount)
+void MonthModel::announce(int count, const QList<int> &roles)
 {
-    const auto size = static_cast<std::size_t>(newCount);
-    if (newCount > count()) {
-        beginInsertRows({}, count(), newCount - 1);
-        m_grid.resize(size);
-        endInsertRows();
-    } else if (newCount < count()) {
-        beginRemoveRows({}, newCount, count() - 1);
-        m_grid.resize(size);
-        endRemoveRows();
-    }
-}
-
-void MonthModel::announce(const QList<int> &roles)
-{
-    if (!m_grid.empty())
-        Q_EMIT dataChanged(index(0), index(count() - 1), roles);
+    if (count > 0)
+        Q_EMIT dataChanged(index(0), index(count - 1), roles);
 }

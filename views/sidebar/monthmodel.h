@@ -16,6 +16,8 @@ class MonthModel : public QAbstractListModel
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Belongs to the calendar")
+    /// The selected day's place, or -1 where the month is another's.
+    Q_PROPERTY(int selectedIndex READ selectedIndex NOTIFY selectedIndexChanged)
 
 public:
     enum Role {
@@ -35,14 +37,19 @@ public:
     /// The day to be marked as today.
     void setToday(QDate day);
 
+    int selectedIndex() const;
+
     int rowCount(const QModelIndex &parent = {}) const override;
     QVariant data(const QModelIndex &index, int role) const override;
     QHash<int, QByteArray> roleNames() const override;
 
+Q_SIGNALS:
+    void selectedIndexChanged();
+
 private:
     int count() const { return static_cast<int>(m_grid.size()); }
-    void resize(int newCount);
-    void announce(const QList<int> &roles);
+    /// Tells that the first @p count places differ in @p roles.
+    void announce(int count, const QList<int> &roles);
 
     Calendar m_calendar;
     std::vector<std::optional<QDate>> m_grid;

@@ -31,12 +31,17 @@ constexpr auto TwoButtons = R"(
                 keys = keys.concat(event.key);
         }
         PlainButton {
+            id: first
+            property string helpText: "Hjælp til den første"
             objectName: "first"
             x: 20; y: 20
             width: 44; height: 44
             text: "Første"
-            helpText: "Hjælp til den første"
             contentItem: Item { }
+            LazyHelpTip {
+                text: first.helpText
+                isNeeded: first.hovered && !first.pressed
+            }
         }
         SymbolButton {
             objectName: "second"

@@ -74,9 +74,8 @@ private Q_SLOTS:
     {
         qmltest::WarningsAreFailures guard;
         // given
-        qmltest::Window window(qml("TextLabel", "text: \"Et langt navn på en opgave\"; width: 60; "
-                                                "elide: Text.ElideRight; "
-                                                "showsWholeTextWhenElided: true"));
+        qmltest::Window window(
+            qml("ElidingLabel", "text: \"Et langt navn på en opgave\"; width: 60"));
         window.hover({150, 100});
 
         // when
@@ -91,21 +90,24 @@ private Q_SLOTS:
 
     void shouldShowNoTooltip_data()
     {
+        QTest::addColumn<QByteArray>("type");
         QTest::addColumn<QByteArray>("properties");
         QTest::newRow("not elided")
-            << QByteArray("text: \"Kort\"; width: 150; elide: Text.ElideRight; "
-                          "showsWholeTextWhenElided: true");
-        QTest::newRow("not wanted") << QByteArray(
-            "text: \"Et langt navn på en opgave\"; width: 60; elide: Text.ElideRight");
+            << QByteArray("ElidingLabel") << QByteArray("text: \"Kort\"; width: 150");
+        QTest::newRow("not wanted")
+            << QByteArray("TextLabel")
+            << QByteArray(
+                   "text: \"Et langt navn på en opgave\"; width: 60; elide: Text.ElideRight");
     }
 
     void shouldShowNoTooltip()
     {
+        QFETCH(QByteArray, type);
         QFETCH(QByteArray, properties);
         qmltest::WarningsAreFailures guard;
         // given a second handler, which shows that the pointer has arrived
         qmltest::Window window(
-            qml("TextLabel", properties + "; HoverHandler { objectName: \"arrived\" }"));
+            qml(type, properties + "; HoverHandler { objectName: \"arrived\" }"));
         window.hover({150, 100});
 
         // when
@@ -129,11 +131,9 @@ private Q_SLOTS:
                     objectName: "button"
                     property int clicks: 0
                     onClicked: ++clicks
-                    contentItem: TextLabel {
+                    contentItem: ElidingLabel {
                         width: 60
                         text: "Et langt navn på en opgave"
-                        elide: Text.ElideRight
-                        showsWholeTextWhenElided: true
                     }
                     width: 60
                 }

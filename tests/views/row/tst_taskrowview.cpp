@@ -410,8 +410,11 @@ private Q_SLOTS:
     void shouldExplainTheTimeInATooltip()
     {
         const Fixture f;
-        QCOMPARE(f.item("timeText")->property("helpText").toString(),
-                 u"Klik for at redigere tid"_s);
+        f.window->hover(centre(f.item("timeText")));
+        QTRY_VERIFY(qmltest::findItem(f.window->contentItem(), u"helpTip"_s));
+        QCOMPARE(
+            qmltest::findItem(f.window->contentItem(), u"helpTip"_s)->property("text").toString(),
+            u"Klik for at redigere tid"_s);
     }
 
     void shouldNameItsControls()

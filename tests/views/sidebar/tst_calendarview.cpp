@@ -88,11 +88,16 @@ private:
             return cell->property("contentItem").value<QQuickItem *>();
         }
         static QFont font(const QQuickItem *text) { return text->property("font").value<QFont>(); }
+        /// The days that say that they are selected; the circle has to be behind just these.
         QList<int> selected() const
         {
+            const QQuickItem *const circle = item("selectedDay");
             QList<int> days;
             for (const QQuickItem *cell : cells()) {
-                if (cell->property("isSelected").toBool())
+                const bool isSelected = cell->property("isSelected").toBool();
+                if (isSelected != (circle->isVisible() && place(circle) == place(cell)))
+                    QTest::qFail("the circle is elsewhere", __FILE__, __LINE__);
+                if (isSelected)
                     days.append(cell->property("day").toInt());
             }
             return days;
