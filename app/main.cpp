@@ -2,10 +2,14 @@
 #include "app/instance/singleinstance.h"
 #include "app/instance/usersession.h"
 #include "app/timetrackerapp.h"
+#include "app/windows/mainwindow.h"
 #include "model/fatalerror.h"
 
 #include <QApplication>
+#include <QFontInfo>
 #include <QPainter>
+#include <QQmlComponent>
+#include <QQmlEngine>
 #include <QQuickWindow>
 #include <QSvgRenderer>
 
@@ -30,6 +34,13 @@ QIcon windowIcon()
     return icon;
 }
 
+/// Qt's thread that loads QML types needs this one at times, before there is an event loop. (Its
+/// requests are plain user events; should that change, they just wait for the loop.)
+void answerTypeLoader()
+{
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::User);
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -45,8 +56,12 @@ int main(int argc, char *argv[])
     QApplication::setApplicationName(QStringLiteral("dk.tulo.TimeTracker"));
     QApplication::setApplicationDisplayName(QStringLiteral("TULO Time Tracker"));
     QApplication::setDesktopFileName(QStringLiteral("dk.tulo.TimeTracker"));
-    // For X11; on Wayland the desktop finds the icon by the name above.
-    QApplication::setWindowIcon(windowIcon());
+
+    // Qt loads the main window's types on a thread of its own. It takes as long as everything else
+    // up to the window, so it begins first.
+    QQmlEngine engine;
+    engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
+    const QQmlComponent types(&engine, MainWindow::source(), QQmlComponent::Asynchronous);
 
     // Before the store is opened, and until after it is closed.
     SingleInstance instance(QDBusConnection::sessionBus(), userRuntimeFolder(),
@@ -60,9 +75,16 @@ int main(int argc, char *argv[])
         fatalError("TULO Time Tracker is running already, but does not answer");
     }
 
+    // Looks for the desktop's fonts, which is the longest of what comes before the window.
+    QFontInfo(QApplication::font()).family();
+    answerTypeLoader();
+    // For X11; on Wayland the desktop finds the icon by the name above.
+    QApplication::setWindowIcon(windowIcon());
+    answerTypeLoader();
+
     // Asks before there is a window, so that the answer is there when it is drawn.
     const Appearance appearance(QDBusConnection::sessionBus());
-    TimeTrackerApp app(QDBusConnection::sessionBus());
+    TimeTrackerApp app(engine, QDBusConnection::sessionBus());
     QObject::connect(&instance, &SingleInstance::activated, &app, &TimeTrackerApp::openMainWindow);
     QObject::connect(&instance, &SingleInstance::quitRequested, &application,
                      &QCoreApplication::quit);

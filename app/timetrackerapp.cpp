@@ -5,16 +5,12 @@
 
 #include <QGuiApplication>
 
-using namespace Qt::StringLiterals;
-
-TimeTrackerApp::TimeTrackerApp(const QDBusConnection &connection)
+TimeTrackerApp::TimeTrackerApp(QQmlEngine &engine, const QDBusConnection &connection)
     : m_sharedModelContainer(openStore(m_clock))
     , m_timerManager(m_clock)
-    , m_mainWindow(m_engine, m_clock, m_timerManager, m_sharedModelContainer->mainContext())
-    , m_menuBarExtra(connection, m_engine, m_timerManager, m_sharedModelContainer->mainContext())
+    , m_mainWindow(engine, m_clock, m_timerManager, m_sharedModelContainer->mainContext())
+    , m_menuBarExtra(connection, engine, m_timerManager, m_sharedModelContainer->mainContext())
 {
-    m_engine.addImportPath(u"qrc:/qt/qml"_s);
-
     ModelContext &context = m_sharedModelContainer->mainContext();
     connect(qApp, &QCoreApplication::aboutToQuit, &context, &ModelContext::save);
     connect(qApp, &QGuiApplication::commitDataRequest, &context, &ModelContext::save);

@@ -6,8 +6,6 @@
 #include "model/systemclock.h"
 #include "timer/timermanager.h"
 
-#include <QQmlEngine>
-
 /// The application: makes the store, the timer manager, the main window and the menu-bar extra, and
 /// wires them together. They live as long as it does.
 class TimeTrackerApp : public QObject
@@ -15,9 +13,9 @@ class TimeTrackerApp : public QObject
     Q_OBJECT
 
 public:
-    /// Opens the user's store; if that fails the program ends with a message. @p connection is the
-    /// session bus, or one that is not connected.
-    explicit TimeTrackerApp(const QDBusConnection &connection);
+    /// Opens the user's store; if that fails the program ends with a message. @p engine makes the
+    /// windows and outlives it; @p connection is the session bus, or one that is not connected.
+    TimeTrackerApp(QQmlEngine &engine, const QDBusConnection &connection);
 
     /// Opens the main window, or brings the open one forward. @p activationToken is what the
     /// desktop gave to who asked for it, or empty.
@@ -29,8 +27,7 @@ private:
     SystemClock m_clock;
     std::unique_ptr<ModelContainer> m_sharedModelContainer;
     TimerManager m_timerManager;
-    // The windows go before the engine, and both before what they show.
-    QQmlEngine m_engine;
+    // The windows go before what they show.
     MainWindow m_mainWindow;
     MenuBarExtra m_menuBarExtra;
 };

@@ -9,7 +9,7 @@ using namespace Qt::StringLiterals;
 
 ClockWindow::ClockWindow(QQmlEngine &engine, TimerManager &timerManager, ModelContext &modelContext)
 {
-    m_window = makeWindow(engine, u"qrc:/qt/qml/TimeTracker/App/MenuBar/ClockWindow.qml"_s,
+    m_window = makeWindow(engine, QUrl(u"qrc:/qt/qml/TimeTracker/App/MenuBar/ClockWindow.qml"_s),
                           {{u"timerManager"_s, QVariant::fromValue(&timerManager)},
                            {u"modelContext"_s, QVariant::fromValue(&modelContext)}});
     connect(m_window.get(), SIGNAL(activated()), this, SIGNAL(activated()));

@@ -81,7 +81,7 @@ bool MenuBarPanel::closesInstead()
 
 void MenuBarPanel::open(const QRect &anchor, QWindow *item)
 {
-    m_window = makeWindow(m_engine, u"qrc:/qt/qml/TimeTracker/App/MenuBar/PanelWindow.qml"_s,
+    m_window = makeWindow(m_engine, QUrl(u"qrc:/qt/qml/TimeTracker/App/MenuBar/PanelWindow.qml"_s),
                           {{u"timerManager"_s, QVariant::fromValue(&m_timerManager)},
                            {u"modelContext"_s, QVariant::fromValue(&m_modelContext)}});
 

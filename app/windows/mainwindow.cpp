@@ -20,10 +20,15 @@ MainWindow::MainWindow(QQmlEngine &engine, const Clock &clock, TimerManager &tim
 
 MainWindow::~MainWindow() = default;
 
+QUrl MainWindow::source()
+{
+    return QUrl(u"qrc:/qt/qml/TimeTracker/App/Windows/MainWindow.qml"_s);
+}
+
 void MainWindow::open(const QString &activationToken)
 {
     if (!m_window) {
-        m_window = makeWindow(m_engine, u"qrc:/qt/qml/TimeTracker/App/Windows/MainWindow.qml"_s,
+        m_window = makeWindow(m_engine, source(),
                               {{u"clock"_s, QVariant::fromValue(&m_clock)},
                                {u"timerManager"_s, QVariant::fromValue(&m_timerManager)},
                                {u"modelContext"_s, QVariant::fromValue(&m_modelContext)}});

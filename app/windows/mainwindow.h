@@ -4,6 +4,7 @@
 
 #include <QObject>
 #include <QQuickWindow>
+#include <QUrl>
 
 #include <memory>
 
@@ -21,6 +22,9 @@ public:
     MainWindow(QQmlEngine &engine, const Clock &clock, TimerManager &timerManager,
                ModelContext &modelContext);
     ~MainWindow() override;
+
+    /// The window's QML file.
+    static QUrl source();
 
     /// Opens the window, or brings the open one forward; @p activationToken as for bringForward().
     void open(const QString &activationToken = {});

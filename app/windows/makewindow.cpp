@@ -5,7 +5,7 @@
 #include <QQmlComponent>
 #include <QQmlEngine>
 
-std::unique_ptr<QQuickWindow> makeWindow(QQmlEngine &engine, const QString &url,
+std::unique_ptr<QQuickWindow> makeWindow(QQmlEngine &engine, const QUrl &url,
                                          const QVariantMap &properties)
 {
     QQmlComponent component(&engine, url);

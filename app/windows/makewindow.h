@@ -1,7 +1,7 @@
 #pragma once
 
 #include <QQuickWindow>
-#include <QString>
+#include <QUrl>
 #include <QVariantMap>
 
 #include <memory>
@@ -10,5 +10,5 @@ class QQmlEngine;
 
 /// Makes the window that the QML file at @p url describes, with @p properties; it belongs to the
 /// caller. The file is part of the program, so that it cannot be made is fatal.
-std::unique_ptr<QQuickWindow> makeWindow(QQmlEngine &engine, const QString &url,
+std::unique_ptr<QQuickWindow> makeWindow(QQmlEngine &engine, const QUrl &url,
                                          const QVariantMap &properties);
