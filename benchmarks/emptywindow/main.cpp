@@ -1,4 +1,5 @@
 // An empty window, made as the program makes its own: what everything else is measured against.
+// With the argument "text" there is one text in it.
 
 #include <QApplication>
 #include <QQmlComponent>
@@ -7,14 +8,17 @@
 
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 int main(int argc, char *argv[])
 {
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     const QApplication application(argc, argv);
     QQmlEngine engine;
-    QQmlComponent component(
-        &engine,
-        QUrl(QStringLiteral("qrc:/qt/qml/TimeTracker/Benchmarks/emptywindow/EmptyWindow.qml")));
+    const QString file = QApplication::arguments().value(1) == u"text" ? u"TextWindow.qml"_s
+                                                                       : u"EmptyWindow.qml"_s;
+    QQmlComponent component(&engine,
+                            QUrl(u"qrc:/qt/qml/TimeTracker/Benchmarks/emptywindow/"_s + file));
     const std::unique_ptr<QObject> window(component.create());
     return window ? QApplication::exec() : EXIT_FAILURE;
 }
