@@ -1,7 +1,9 @@
-// What a long day costs on the screen: a tick, a scrolled frame, a list that changes. To be run
-// with QT_QPA_PLATFORM=offscreen.
+// What the main window costs. A long day: a tick, a scrolled frame, a list that changes. A long
+// history: what the user does, until what changed is painted. To be run with
+// QT_QPA_PLATFORM=offscreen.
 
 #include "app/windows/mainwindow.h"
+#include "benchmarks/madestore.h"
 #include "model/modelcontainer.h"
 #include "model/systemclock.h"
 #include "model/task.h"
@@ -22,24 +24,24 @@ using namespace std::chrono_literals;
 namespace
 {
 
-/// The main window with a day of that many tasks, of which the first runs.
-struct Day {
-    explicit Day(int64_t tasks, std::chrono::milliseconds beat = 1h)
-        : timer(clock, beat)
+/// A store, which is made if it is not there, and the main window, once it is history.
+struct Program {
+    explicit Program(const QString &store, std::chrono::milliseconds beat = 1h)
+        : container(store, clock)
+        , timer(clock, beat)
     {
-        ModelContext &context = container.mainContext();
-        for (int64_t i = 0; i < tasks; ++i) {
-            auto task =
-                std::make_unique<Task>(clock, u"Opgave %1"_s.arg(i), clock.now(), std::nullopt, i);
-            if (i == 0)
-                task->start();
-            context.insert(std::move(task));
-        }
-        context.save();
         engine.addImportPath(u"qrc:/qt/qml"_s);
+    }
+
+    void open()
+    {
         main.open();
-        list = main.window()->findChild<QQuickItem *>(u"taskList"_s);
         paint();
+    }
+
+    QQuickItem *item(const QString &name) const
+    {
+        return main.window()->findChild<QQuickItem *>(name);
     }
 
     void paint()
@@ -48,13 +50,38 @@ struct Day {
         benchmark::DoNotOptimize(main.window()->grabWindow());
     }
 
-    QTemporaryDir directory;
     SystemClock clock;
-    ModelContainer container{directory.filePath(u"store.sqlite"_s), clock};
+    ModelContainer container;
+    ModelContext &context = container.mainContext();
     TimerManager timer;
     QQmlEngine engine;
-    MainWindow main{engine, clock, timer, container.mainContext()};
-    QQuickItem *list = nullptr;
+    MainWindow main{engine, clock, timer, context};
+};
+
+/// A day of that many tasks, of which the first runs.
+struct Day : QTemporaryDir, Program {
+    explicit Day(int64_t tasks, std::chrono::milliseconds beat = 1h)
+        : Program(filePath(u"store.sqlite"_s), beat)
+    {
+        for (int64_t i = 0; i < tasks; ++i) {
+            auto task =
+                std::make_unique<Task>(clock, u"Opgave %1"_s.arg(i), clock.now(), std::nullopt, i);
+            if (i == 0)
+                task->start();
+            context.insert(std::move(task));
+        }
+        context.save();
+        open();
+    }
+};
+
+/// A day of 20 tasks, with so many in the past.
+struct History : Program {
+    explicit History(int64_t tasks)
+        : Program(madeStore(tasks))
+    {
+        open();
+    }
 };
 
 /// All that follows from a tick: the visible rows' texts and the sum of the day.
@@ -72,11 +99,12 @@ void tick(benchmark::State &state)
 void scroll(benchmark::State &state)
 {
     Day day(state.range(0));
-    const double end = day.list->property("contentHeight").toDouble() - day.list->height();
+    QQuickItem *const list = day.item(u"taskList"_s);
+    const double end = list->property("contentHeight").toDouble() - list->height();
     double place = 0;
     for (auto _ : state) {
         place = place + 47 < end ? place + 47 : 0;
-        day.list->setProperty("contentY", place);
+        list->setProperty("contentY", place);
         day.paint();
     }
 }
@@ -100,14 +128,65 @@ void change(benchmark::State &state)
     }
 }
 
-void sizes(benchmark::internal::Benchmark *each)
+/// Painting while nothing has changed, for comparison.
+void paint(benchmark::State &state)
+{
+    History history(state.range(0));
+    for (auto _ : state)
+        history.paint();
+}
+
+/// The header's button: the day's first task starts, or the one that runs stops.
+void startOrStop(benchmark::State &state)
+{
+    History history(state.range(0));
+    QQuickItem *const button = history.item(u"startPauseButton"_s);
+    for (auto _ : state) {
+        QMetaObject::invokeMethod(button, "clicked");
+        history.paint();
+    }
+}
+
+/// "Ny opgave".
+void newTask(benchmark::State &state)
+{
+    History history(state.range(0));
+    QQuickItem *const button = history.item(u"addTaskButton"_s);
+    for (auto _ : state) {
+        QMetaObject::invokeMethod(button, "clicked");
+        history.paint();
+    }
+}
+
+/// To the day before and back, each painted: two days with their rows.
+void dayBeforeAndBack(benchmark::State &state)
+{
+    History history(state.range(0));
+    for (auto _ : state) {
+        history.timer.goToPreviousDay();
+        history.paint();
+        history.timer.goToNextDay();
+        history.paint();
+    }
+}
+
+void days(benchmark::internal::Benchmark *each)
 {
     each->Arg(20)->Arg(5'000)->Unit(benchmark::kMicrosecond);
 }
 
-BENCHMARK(tick)->Apply(sizes);
-BENCHMARK(scroll)->Apply(sizes);
-BENCHMARK(change)->Apply(sizes);
+void histories(benchmark::internal::Benchmark *each)
+{
+    each->Arg(10'000)->Arg(1'000'000)->Unit(benchmark::kMillisecond);
+}
+
+BENCHMARK(tick)->Apply(days);
+BENCHMARK(scroll)->Apply(days);
+BENCHMARK(change)->Apply(days);
+BENCHMARK(paint)->Apply(histories);
+BENCHMARK(startOrStop)->Apply(histories)->Iterations(200);
+BENCHMARK(dayBeforeAndBack)->Apply(histories);
+BENCHMARK(newTask)->Apply(histories)->Iterations(100);
 
 } // namespace
 

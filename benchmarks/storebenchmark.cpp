@@ -1,6 +1,7 @@
 // What the program does with its store, at stores of several sizes: all on the thread that draws,
 // so each has to fit into a frame. "CPU" is what that thread works; "Time" also waits for the disk.
 
+#include "benchmarks/madestore.h"
 #include "model/modelcontainer.h"
 #include "model/systemclock.h"
 #include "model/task.h"
@@ -10,33 +11,16 @@
 #include <benchmark/benchmark.h>
 
 #include <QCoreApplication>
-#include <QProcess>
-#include <QTemporaryDir>
-
-#include <map>
 
 using namespace Qt::StringLiterals;
 
 namespace
 {
 
-/// A store of that many tasks, made once and worked in by all.
-QString storeOf(int64_t tasks)
-{
-    static const QTemporaryDir directory;
-    static std::map<int64_t, QString> made;
-    const auto [entry, isNew] = made.try_emplace(tasks);
-    if (isNew) {
-        entry->second = directory.filePath(u"%1/store.sqlite"_s.arg(tasks));
-        QProcess::execute(QStringLiteral(MAKESTORE), {entry->second, QString::number(tasks)});
-    }
-    return entry->second;
-}
-
 /// An opened store with what the program keeps of it.
 struct Opened {
     explicit Opened(int64_t tasks)
-        : container(storeOf(tasks), clock)
+        : container(madeStore(tasks), clock)
     {
     }
 
@@ -51,7 +35,7 @@ struct Opened {
 void open(benchmark::State &state)
 {
     const SystemClock clock;
-    const QString path = storeOf(state.range(0));
+    const QString path = madeStore(state.range(0));
     for (auto _ : state)
         ModelContainer(path, clock);
 }
@@ -99,7 +83,7 @@ void anotherDay(benchmark::State &state)
 void runningTask(benchmark::State &state)
 {
     const SystemClock clock;
-    ModelContainer container(storeOf(state.range(0)), clock);
+    ModelContainer container(madeStore(state.range(0)), clock);
     for (auto _ : state) {
         const AllTasks tasks(container.mainContext());
         benchmark::DoNotOptimize(tasks.running().size());
