@@ -85,11 +85,9 @@ void MenuBarPanel::open(const QRect &anchor, QWindow *item)
                           {{u"timerManager"_s, QVariant::fromValue(&m_timerManager)},
                            {u"modelContext"_s, QVariant::fromValue(&m_modelContext)}});
 
-    // On X11 a popup without a parent gets no keyboard and learns of no click elsewhere.
-    if (item && isWayland())
-        m_window->setFlags(Qt::Popup);
-    else
-        m_window->setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+    // No popup: on X11 it would get no keyboard and learn of no click elsewhere, on Wayland not
+    // every compositor gives it the keyboard, and assistive technology does not find it.
+    m_window->setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
     m_window->setTransientParent(item);
     m_anchor = anchor;
     m_hadFocus = false;
