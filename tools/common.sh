@@ -17,6 +17,8 @@ display_packages=(xvfb openbox dbus-daemon xdotool imagemagick)
 test_packages=(
   qml6-module-qttest tzdata valgrind
   python3 python3-gi gir1.2-atspi-2.0 at-spi2-core x11-utils
+  # A Wayland compositor, keys for it, and pictures of it.
+  sway wtype grim
   # Trays of both kinds.
   xfce4-panel xfconf trayer
   # The Debian package and what is in it.

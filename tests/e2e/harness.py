@@ -1,5 +1,6 @@
 """Starts the real program and drives it as its user does: looks in the accessibility tree, and
-presses keys and mouse buttons. Needs a display with a window manager and a session bus.
+presses keys and mouse buttons. Needs a session bus, and an X display with a window manager or, for
+stories without a mouse, a Wayland compositor that takes keys from others.
 
 Nothing here sleeps for a fixed time in the hope that something has happened: each step waits, up
 to a deadline, for what it wants to see.
@@ -27,6 +28,7 @@ STORE = ".local/share/dk.tulo.TimeTracker"
 # How long a change may take to be on disk; what is older survives anything.
 STORED_WITHIN = 0.1
 DEADLINE = 15
+IS_WAYLAND = "WAYLAND_DISPLAY" in os.environ
 
 # By number, as some names differ between versions of the library.
 ROLES = {
@@ -76,7 +78,32 @@ def xdotool(*arguments):
 
 def press(*keys):
     """Presses keys one after the other, "ctrl+Return"."""
-    xdotool("key", *keys)
+    if not IS_WAYLAND:
+        xdotool("key", *keys)
+        return
+    arguments = []
+    for key in keys:
+        *modifiers, last = key.split("+")
+        for modifier in modifiers:
+            arguments += ["-M", modifier]
+        arguments += ["-k", last]
+        for modifier in modifiers:
+            arguments += ["-m", modifier]
+    subprocess.run(["wtype", *arguments], check=True)
+
+
+def write(text):
+    """Types a text."""
+    if IS_WAYLAND:
+        subprocess.run(["wtype", text], check=True)
+    else:
+        xdotool("type", text)
+
+
+def take_picture(file):
+    """Of the whole screen."""
+    command = ["grim"] if IS_WAYLAND else ["import", "-silent", "-window", "root"]
+    subprocess.run([*command, file], check=False)
 
 
 def walk(node):
@@ -199,7 +226,8 @@ class Program:
         """Replaces the text of a field that has been opened, and presses Return."""
         field = self.see("field", name)
         wait_until(lambda: has_state(field, Atspi.StateType.FOCUSED), f'"{name}" has the keyboard')
-        xdotool("key", "ctrl+a", "type", text)
+        press("ctrl+a")
+        write(text)
         press("Return")
         self.see_none("field", name)
 
@@ -247,7 +275,7 @@ class Program:
         folder = self.case.evidence
         folder.mkdir(parents=True, exist_ok=True)
         name = folder / self.case.id().rpartition(".")[2]
-        subprocess.run(["import", "-silent", "-window", "root", f"{name}.png"], check=False)
+        take_picture(f"{name}.png")
         with open(f"{name}.txt", "w", encoding="utf-8") as file:
             file.write(f"Written by the program:\n{self.output()}\nAccessibility tree:\n")
             with contextlib.suppress(GLib.Error):
@@ -284,8 +312,8 @@ class Story(unittest.TestCase):
             yield program
 
     def environment(self):
-        kept = ("PATH", "DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "XDG_RUNTIME_DIR", "TZ",
-                "ASAN_OPTIONS", "UBSAN_OPTIONS")
+        kept = ("PATH", "DISPLAY", "WAYLAND_DISPLAY", "DBUS_SESSION_BUS_ADDRESS",
+                "XDG_RUNTIME_DIR", "XDG_SESSION_TYPE", "TZ", "ASAN_OPTIONS", "UBSAN_OPTIONS")
         return {name: os.environ[name] for name in kept if name in os.environ} | {
             "HOME": str(self.home), "LC_ALL": "C.UTF-8", "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"}
 
@@ -299,8 +327,9 @@ def main():
     hours_to_noon = 12 - datetime.datetime.now(datetime.timezone.utc).hour
     os.environ["TZ"] = f"Etc/GMT{-hours_to_noon:+d}"
     time.tzset()
-    # So that xdotool need not invent keys for the Danish letters.
-    subprocess.run(["setxkbmap", "dk"], check=True)
+    if not IS_WAYLAND:
+        # So that xdotool need not invent keys for the Danish letters.
+        subprocess.run(["setxkbmap", "dk"], check=True)
 
     Atspi.init()
     Atspi.get_desktop(0).set_cache_mask(Atspi.Cache.NONE)

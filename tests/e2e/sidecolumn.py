@@ -2,7 +2,7 @@
 
 import harness
 from dayprogram import DayProgram
-from harness import danish_date, has_state, press, wait_until, xdotool
+from harness import danish_date, has_state, press, wait_until, write, xdotool
 from gi.repository import Atspi
 
 TEMPLATE = "Dagligt møde"
@@ -24,7 +24,7 @@ class SideColumnProgram(DayProgram):
     def type_into(self, name, text):
         field = self.see("field", name)
         wait_until(lambda: has_state(field, Atspi.StateType.FOCUSED), f'"{name}" has the keyboard')
-        xdotool("type", text)
+        write(text)
 
     def choose_code(self, now, entry):
         self.press_button(f"Projektkode: {now}")
