@@ -40,7 +40,33 @@ FocusScope {
     Item {
         id: dayFocus
 
+        objectName: "dayFocus"
+        anchors.fill: mainColumn
         focus: true
+
+        // To assistive technology that is the day, which the keys change, until a row is selected.
+        // Another day is another pane: of Qt 6.4, screen readers do not understand a new name.
+        Repeater {
+            model: [header.dateText]
+
+            Item {
+                id: dayPane
+
+                required property string modelData
+                readonly property bool hasKeys: dayFocus.activeFocus && viewModel.selectedTaskIndex < 0
+
+                objectName: "dayPane"
+                anchors.fill: parent
+                Accessible.role: Accessible.Pane
+                Accessible.name: modelData
+                Accessible.description: viewModel.tasks.isEmpty ? emptyDay.text : ""
+                Accessible.focused: hasKeys
+
+                SpokenFocus {
+                    isHere: dayPane.hasKeys
+                }
+            }
+        }
     }
 
     Item {
@@ -80,12 +106,15 @@ FocusScope {
             timerManager: content.timerManager
             modelContext: content.modelContext
             selectedTaskIndex: viewModel.selectedTaskIndex
+            hasKeys: dayFocus.activeFocus
             isAnimated: viewModel.isAnimated
             onDeleteRequested: task => viewModel.confirmDelete(task)
             onSelectTask: index => viewModel.selectTask(index)
         }
 
         EmptyDayView {
+            id: emptyDay
+
             objectName: "emptyDay"
             anchors.fill: list
             visible: viewModel.tasks.isEmpty

@@ -5,6 +5,10 @@ import TimeTracker.Views.Controls
 
 /// What stands in the place of the list on a day without tasks.
 Item {
+    id: emptyDay
+
+    readonly property string text: "Ingen opgaver for denne dag"
+
     Column {
         anchors.centerIn: parent
         width: parent.width
@@ -21,7 +25,7 @@ Item {
 
         TextLabel {
             width: parent.width
-            text: "Ingen opgaver for denne dag"
+            text: emptyDay.text
             wrapMode: Text.Wrap
             horizontalAlignment: Text.AlignHCenter
             font.pixelSize: 14

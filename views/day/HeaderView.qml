@@ -14,6 +14,8 @@ Rectangle {
     required property TimerManager timerManager
     required property DayTasks tasks
 
+    readonly property string dateText: viewModel.dateText
+
     signal stopAll
     signal startFirst
 

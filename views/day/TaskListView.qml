@@ -17,6 +17,8 @@ ListView {
     required property ModelContext modelContext
     /// The selected row, or -1.
     property int selectedTaskIndex: -1
+    /// Whether the day's keys act upon the selected row.
+    property bool hasKeys: false
     /// Whether a row that comes or goes is seen to do so.
     required property bool isAnimated
 
@@ -129,6 +131,7 @@ ListView {
             isActive: entry.object?.isRunning ?? false
             // A row that fades out has the index -1, as no selection has.
             isSelected: entry.index >= 0 && entry.index === list.selectedTaskIndex
+            hasKeys: isSelected && list.hasKeys
             onToggle: viewModel.toggle(entry.object)
             onDeleteRequested: list.deleteRequested(entry.object)
             onSelect: list.selectTask(entry.index)

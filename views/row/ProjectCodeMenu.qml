@@ -14,12 +14,21 @@ T.Menu {
     /// The checked code's text, or undefined for none.
     required property var selectedCode
     required property ModelContext modelContext
+    /// Whether it opens on the checked entry, for those who do not point at one.
+    property bool opensAtChoice: false
 
     readonly property real widestEntry: 320
     /// What an entry has beside its text: padding, a space, the checkmark.
     readonly property real entryMargins: 12 + 8 + 16 + 8
 
     signal codeChosen(var code)
+
+    function indexOfChoice(): int {
+        let index = count - 1;
+        while (index > 0 && !(itemAt(index) as T.MenuItem)?.checked)
+            --index;
+        return index;
+    }
 
     component EntryContent: Item {
         id: content
@@ -83,6 +92,7 @@ T.Menu {
         }
     }
 
+    title: "Projektkode"
     modal: true
     dim: false
     focus: true
@@ -93,6 +103,11 @@ T.Menu {
     implicitWidth: contentWidth + leftPadding + rightPadding
     implicitHeight: contentHeight + topPadding + bottomPadding
     contentWidth: Math.min(Math.max(none.implicitWidth, model.textWidth + entryMargins), widestEntry)
+
+    // The menu itself cannot be given one.
+    onAboutToShow: contentItem.parent.Accessible.name = title
+    onOpened: if (opensAtChoice)
+        currentIndex = indexOfChoice()
 
     background: Rectangle {
         radius: 6

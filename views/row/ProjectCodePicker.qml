@@ -22,7 +22,8 @@ Item {
     /// The user has chosen a code's text, or none (undefined).
     signal codeChosen(var code)
 
-    function open() {
+    function open(atChoice: bool) {
+        menu.opensAtChoice = atChoice;
         menu.active = true;
     }
 
@@ -32,15 +33,15 @@ Item {
 
     Accessible.role: Accessible.ButtonMenu
     Accessible.name: "Projektkode: " + (hasCode ? codeText : "Ingen")
-    Accessible.onPressAction: open()
+    Accessible.onPressAction: open(true)
     Keys.onSpacePressed: event => {
         if (!event.isAutoRepeat)
-            open();
+            open(true);
     }
 
     MouseArea {
         anchors.fill: parent
-        onClicked: picker.open()
+        onClicked: picker.open(false)
     }
 
     LazyFocusRing {
@@ -85,7 +86,10 @@ Item {
     OnDemand {
         id: menu
 
+        property bool opensAtChoice: false
+
         ProjectCodeMenu {
+            opensAtChoice: menu.opensAtChoice
             y: picker.height + 4
             selectedCode: picker.selectedCode
             modelContext: picker.modelContext

@@ -16,6 +16,8 @@ FocusScope {
     required property ModelContext modelContext
     required property bool isActive
     required property bool isSelected
+    /// Whether the day's keys act upon this row, without its having the keyboard focus.
+    property bool hasKeys: false
 
     readonly property bool isHovered: hover.hovered || activeFocus
     readonly property real spacing: 12
@@ -30,6 +32,8 @@ FocusScope {
     Accessible.name: viewModel.shownName
     Accessible.selectable: true
     Accessible.selected: isSelected
+    Accessible.focused: hasKeys
+    Accessible.description: isActive ? "Kører" : ""
     Accessible.onPressAction: select()
 
     TaskRowViewModel {
@@ -40,6 +44,10 @@ FocusScope {
         edits: row.edits
         onNameEditingStarted: (nameField.item as RowField).begin()
         onTimeEditingStarted: (timeField.item as RowField).begin()
+    }
+
+    SpokenFocus {
+        isHere: row.hasKeys
     }
 
     HoverHandler {
@@ -179,11 +187,16 @@ FocusScope {
         PlainButton {
             id: timeText
 
+            // Screen readers speak each new name of what has the keyboard focus.
+            property string heldName
+
             objectName: "timeText"
             width: parent.width
             visible: !viewModel.isEditingTime
             text: viewModel.displayedTime
+            Accessible.name: row.isActive && heldName || text
             Accessible.description: help.text
+            onActiveFocusChanged: heldName = activeFocus ? text : ""
             onClicked: viewModel.startTimeEditing()
 
             LazyHelpTip {

@@ -820,6 +820,36 @@ private Q_SLOTS:
         }
     }
 
+    void shouldTellAssistiveTechnologyWhatTheKeysActUpon()
+    {
+        Fixture f(2);
+        const auto day = [&f] { return QAccessible::queryAccessibleInterface(f.item("dayPane")); };
+        const auto isFocused = [&f](int row) {
+            return QAccessible::queryAccessibleInterface(f.rows().at(row))->state().focused;
+        };
+        QVERIFY(day()->state().focused);
+        QCOMPARE(day()->text(QAccessible::Name), u"fredag 20. november 2026"_s);
+        QCOMPARE(day()->text(QAccessible::Description), QString());
+
+        f.press(Qt::Key_Down);
+        QVERIFY(isFocused(0));
+        QVERIFY(!day()->state().focused);
+        f.press(Qt::Key_Down);
+        QVERIFY(isFocused(1));
+        QVERIFY(!isFocused(0));
+        QVERIFY(f.item("dayFocus")->hasActiveFocus());
+
+        // Not while a control has the keyboard.
+        f.item("nextDay")->forceActiveFocus(Qt::TabFocusReason);
+        QVERIFY(!isFocused(1));
+        f.press(Qt::Key_Escape);
+        QVERIFY(isFocused(1));
+
+        f.press(Qt::Key_Left);
+        QCOMPARE(day()->text(QAccessible::Name), u"torsdag 19. november 2026"_s);
+        QCOMPARE(day()->text(QAccessible::Description), u"Ingen opgaver for denne dag"_s);
+    }
+
     void shouldNameItsControls()
     {
         Fixture f(1);

@@ -448,6 +448,43 @@ private Q_SLOTS:
         expect("timeField", QAccessible::EditableText, u"Tid"_s);
     }
 
+    void shouldSayThatItsTaskRuns()
+    {
+        const Fixture f;
+        QAccessibleInterface *const row = QAccessible::queryAccessibleInterface(f.item("row"));
+        QCOMPARE(row->text(QAccessible::Description), QString());
+        f.task->start();
+        QCOMPARE(row->text(QAccessible::Description), u"Kører"_s);
+    }
+
+    void shouldKeepTheNameOfARunningTimeWhileItHasTheKeyboard()
+    {
+        Fixture f;
+        QQuickItem *const time = f.item("timeText");
+        const auto name = [time] {
+            return QAccessible::queryAccessibleInterface(time)->text(QAccessible::Name);
+        };
+        const auto pass = [&f](double seconds) {
+            f.clock.advance(seconds);
+            Q_EMIT f.timer.tickChanged();
+        };
+        f.task->start();
+        pass(2);
+        QCOMPARE(name(), u"00:00:02"_s);
+
+        time->forceActiveFocus(Qt::TabFocusReason);
+        pass(3);
+        QCOMPARE(time->property("text").toString(), u"00:00:05"_s);
+        QCOMPARE(name(), u"00:00:02"_s);
+
+        f.item("deleteButton")->forceActiveFocus(Qt::TabFocusReason);
+        QCOMPARE(name(), u"00:00:05"_s);
+        time->forceActiveFocus(Qt::TabFocusReason);
+        pass(1);
+        f.task->stop();
+        QCOMPARE(name(), u"00:00:06"_s);
+    }
+
     void shouldBeSelectedByAssistiveTechnology()
     {
         const Fixture f(u"Møde"_s, true);
