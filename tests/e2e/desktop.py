@@ -105,14 +105,26 @@ def has_watcher():
                  GLib.Variant("(s)", ("org.kde.StatusNotifierWatcher",)), "(b)")[0]
 
 
-def item_label():
-    """The text beside the one item's icon, for panels that show it; None without an item."""
+def _items():
+    """The bus names of all that the panel shows."""
     items = _property("org.kde.StatusNotifierWatcher", "/StatusNotifierWatcher",
                       "org.kde.StatusNotifierWatcher", "RegisteredStatusNotifierItems")
+    return [item.partition("/")[0] for item in items]
+
+
+def item_label():
+    """The text beside the one item's icon, for panels that show it; None without an item."""
+    items = _items()
     if len(items) != 1:
         return None
-    return _property(items[0].partition("/")[0], "/StatusNotifierItem",
-                     "org.kde.StatusNotifierItem", "XAyatanaLabel")
+    return _property(items[0], "/StatusNotifierItem", "org.kde.StatusNotifierItem",
+                     "XAyatanaLabel")
+
+
+def activate_item():
+    """What a panel does whose user presses the item by keyboard."""
+    _call(_items()[0], "/StatusNotifierItem", "org.kde.StatusNotifierItem", "Activate",
+          GLib.Variant("(ii)", (0, 0)), "()")
 
 
 def item_seconds():

@@ -37,8 +37,10 @@ ROLES = {
     "field": {Atspi.Role.TEXT, Atspi.Role.ENTRY},
     "list item": {Atspi.Role.LIST_ITEM},
     "menu item": {Atspi.Role.MENU_ITEM, Atspi.Role.CHECK_MENU_ITEM},
+    "panel": {Atspi.Role.PANEL},
     "radio button": {Atspi.Role.RADIO_BUTTON},
     "text": {Atspi.Role.LABEL},
+    "window": {Atspi.Role.FRAME},
 }
 ROLES = {role: {int(number) for number in numbers} for role, numbers in ROLES.items()}
 
@@ -112,6 +114,13 @@ def walk(node):
         child = node.get_child_at_index(index)
         if child is not None:
             yield from walk(child)
+
+
+def role_of(node):
+    """The role as it is called here, or as the library calls it."""
+    number = int(node.get_role())
+    return next((role for role, numbers in ROLES.items() if number in numbers),
+                node.get_role_name())
 
 
 def has_state(node, state):
@@ -277,7 +286,8 @@ class Program:
         name = folder / self.case.id().rpartition(".")[2]
         take_picture(f"{name}.png")
         with open(f"{name}.txt", "w", encoding="utf-8") as file:
-            file.write(f"Written by the program:\n{self.output()}\nAccessibility tree:\n")
+            file.write(f"Ended with: {self.process.poll()}\nWritten by the program:\n"
+                       f"{self.output()}\nAccessibility tree:\n")
             with contextlib.suppress(GLib.Error):
                 self._dump(self.root(), file)
         print(f"See {name}.png and {name}.txt", file=sys.stderr)
