@@ -23,13 +23,6 @@ T.Menu {
 
     signal codeChosen(var code)
 
-    function indexOfChoice(): int {
-        let index = count - 1;
-        while (index > 0 && !(itemAt(index) as T.MenuItem)?.checked)
-            --index;
-        return index;
-    }
-
     component EntryContent: Item {
         id: content
 
@@ -107,7 +100,7 @@ T.Menu {
     // The menu itself cannot be given one.
     onAboutToShow: contentItem.parent.Accessible.name = title
     onOpened: if (opensAtChoice)
-        currentIndex = indexOfChoice()
+        currentIndex = model.entryOf(selectedCode)
 
     background: Rectangle {
         radius: 6

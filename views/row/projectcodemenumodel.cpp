@@ -10,6 +10,17 @@ ProjectCodeMenuModel::ProjectCodeMenuModel(QObject *parent)
 {
 }
 
+int ProjectCodeMenuModel::entryOf(const QVariant &code) const
+{
+    if (!m_query || !code.isValid())
+        return 0;
+    const QList<ProjectCode *> codes = m_query->results();
+    const auto chosen = std::find_if(codes.begin(), codes.end(), [&](const ProjectCode *candidate) {
+        return candidate->code() == code.toString();
+    });
+    return chosen == codes.end() ? 0 : static_cast<int>(chosen - codes.begin()) + 2;
+}
+
 void ProjectCodeMenuModel::setModelContext(ModelContext *modelContext)
 {
     if (m_modelContext == modelContext)

@@ -7,6 +7,7 @@
 #include <QFont>
 #include <QObject>
 #include <QPointer>
+#include <QVariant>
 #include <QtQmlIntegration>
 
 #include <memory>
@@ -24,6 +25,10 @@ class ProjectCodeMenuModel : public QObject
 
 public:
     explicit ProjectCodeMenuModel(QObject *parent = nullptr);
+
+    /// The menu's entry for a code's text: 0, "Ingen", for none (an invalid value) and for one that
+    /// is not on the list; the codes come after that and a divider.
+    Q_INVOKABLE int entryOf(const QVariant &code) const;
 
     ModelContext *modelContext() const { return m_modelContext; }
     void setModelContext(ModelContext *modelContext);
