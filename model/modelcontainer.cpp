@@ -39,6 +39,7 @@ constexpr QFileDevice::Permissions ownerOnly = QFileDevice::ReadOwner | QFileDev
 const QString newStoreSuffix = QStringLiteral(".new");
 const QString logSuffix = QStringLiteral("-wal");
 const QString journalSuffix = QStringLiteral("-journal");
+const QString sharedIndexSuffix = QStringLiteral("-shm");
 
 /// Said of a file that is refused. Its log would be taken for that of any file in its place.
 const std::string leftAsItIs =
@@ -266,6 +267,8 @@ std::unique_ptr<SQLite::Database> open(const QString &path)
     // Whoever may not write may begin to, all the same.
     if (sqlite3_db_readonly(database->getHandle(), "main") != 0)
         failAsUnwritable(path, ".");
+    // The look before left the index that it needed; whoever could use it is shut out now.
+    QFile::remove(path + sharedIndexSuffix);
     return database;
 }
 

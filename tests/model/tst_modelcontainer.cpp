@@ -352,7 +352,23 @@ private Q_SLOTS:
         QCOMPARE(contents(other), "somebody else's");
         QVERIFY(!QFileInfo(path).isSymLink());
         QCOMPARE(QDir(directory.path()).entryList(QDir::Files),
-                 (QStringList{u"other"_s, u"store.sqlite"_s, u"store.sqlite-shm"_s}));
+                 (QStringList{u"other"_s, u"store.sqlite"_s}));
+    }
+
+    void shouldLeaveOneFileWhenItCloses()
+    {
+        const QTemporaryDir directory;
+        const QString path = directory.filePath(u"store.sqlite"_s);
+        const auto files = [&] { return QDir(directory.path()).entryList(QDir::Files); };
+        for (int start = 0; start < 2; ++start) {
+            QCOMPARE(failure(path), QString());
+            QCOMPARE(files(), QStringList{u"store.sqlite"_s});
+        }
+        // what was left by a program that was killed goes, too
+        write(path + u"-wal"_s, {});
+        write(path + u"-shm"_s, QByteArray(32768, '\0'));
+        QCOMPARE(failure(path), QString());
+        QCOMPARE(files(), QStringList{u"store.sqlite"_s});
     }
 
     void shouldFollowLinksInTheDirectoriesAbove()
