@@ -12,7 +12,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QScopeGuard>
 #include <QStandardPaths>
 
 #include <fcntl.h>
@@ -215,20 +214,45 @@ void makeStore(const QString &path)
     database.exec("PRAGMA journal_mode = WAL");
 }
 
+/// A process's turn in the store's directory. Processes that make or open a store at once would
+/// rename each other's unfinished files, and by looking at the store keep each other from the lock
+/// that one of them is to have.
+class Turn
+{
+public:
+    /// Waits for it. A directory that cannot be read has no turns.
+    explicit Turn(const QString &directory)
+        : m_directory(
+              ::open(QFile::encodeName(directory).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
+        , m_error(errno)
+    {
+        if (m_directory >= 0)
+            ::flock(m_directory, LOCK_EX);
+    }
+    ~Turn()
+    {
+        if (m_directory >= 0)
+            ::close(m_directory);
+    }
+    Q_DISABLE_COPY_MOVE(Turn)
+
+    bool isTaken() const { return m_directory >= 0; }
+    /// Why it is not taken.
+    int error() const { return m_error; }
+    /// Puts the directory's entries on the disk.
+    void sync() const { ::fsync(m_directory); }
+
+private:
+    int m_directory;
+    int m_error;
+};
+
 /// An empty store is made under another name and then renamed: under its own name there is never
 /// anything but a whole store, even if the machine stops in the middle.
-void create(const QString &path)
+void create(const QString &path, const Turn &turn)
 {
-    const int directory = ::open(QFile::encodeName(QFileInfo(path).path()).constData(),
-                                 O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (directory < 0)
-        fail(path, std::string("cannot be made: ") + std::strerror(errno) + ".");
-    const auto closed = qScopeGuard([directory] { ::close(directory); });
-    // One process at a time, or they would rename each other's unfinished files.
-    ::flock(directory, LOCK_EX);
-    if (QFileInfo::exists(path))
-        return;
-
+    if (!turn.isTaken())
+        fail(path, std::string("cannot be made: ") + std::strerror(turn.error()) + ".");
     const QString newPath = path + newStoreSuffix;
     const QByteArray newName = QFile::encodeName(newPath);
     const auto clear = [&newPath] {
@@ -252,7 +276,7 @@ void create(const QString &path)
     if (!QFile::rename(newPath, path))
         fail(path, "cannot be made: its new file cannot be renamed.");
     clear();
-    ::fsync(directory);
+    turn.sync();
 }
 
 std::unique_ptr<SQLite::Database> open(const QString &path)
@@ -286,6 +310,7 @@ ModelContainer::ModelContainer(const QString &path, const Clock &clock, SaveDela
     // Links in the directories above are the user's own affair; the file itself must be a file.
     const QFileInfo given(path);
     const QString realPath = QFileInfo(given.path()).canonicalFilePath() + u'/' + given.fileName();
+    const Turn turn(QFileInfo(realPath).path());
     const QFileInfo file(realPath);
     if (file.isSymLink() || (file.exists() && !file.isFile()))
         fail(path, "is not a plain file." + leftAsItIs + ".");
@@ -297,7 +322,7 @@ ModelContainer::ModelContainer(const QString &path, const Clock &clock, SaveDela
                                "beside it; or move the log away, too, to start with an empty "
                                "store.");
         }
-        create(realPath);
+        create(realPath, turn);
     } else if (file.size() == 0)
         fail(path, "is empty, which a store never is." + leftAsItIs +
                        "; or put a backup in the place of all these.");

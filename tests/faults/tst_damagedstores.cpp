@@ -453,7 +453,7 @@ private Q_SLOTS:
 
     void shouldMakeOneStoreForManyProcessesThatStartAtOnce()
     {
-        for (int time = 0; time < 5; ++time) {
+        for (int time = 0; time < 3; ++time) {
             const QString path = newPath();
             std::vector<std::unique_ptr<QProcess>> processes(6);
             for (auto &process : processes) {
