@@ -1,6 +1,5 @@
 #include "views/controls/lazyfocusring.h"
 
-#include <QMetaProperty>
 #include <QQmlComponent>
 #include <QQmlEngine>
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QMetaProperty>
 #include <QObject>
 #include <QPointer>
 #include <QQmlParserStatus>
