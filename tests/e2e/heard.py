@@ -336,6 +336,9 @@ class Heard(harness.Story):
         shown = [node for node in walk(program.root()) if is_showing(node)]
         for node in shown:
             role = role_of(node)
+            # Of Qt 6.8, a list's delegate is in the tree, too: readers pass over what only fills.
+            if role == "filler" and node.get_child_count() > 0:
+                continue
             if role in ("unknown", "invalid", "filler") or (not node.get_name()
                                                             and role != "separator"):
                 nameless.append((role, node.get_name(), harness.extents(node)))
