@@ -8,7 +8,7 @@
 #include <QtQml/qqmlregistration.h>
 
 /// The ring around the item that it is declared in while the keyboard has brought the focus there:
-/// a control's `visualFocus`, or an item's `activeFocus`. It follows the item's `radius`. Like the
+/// a control's `visualFocus`, or an item's `activeFocus`. It has the item's `radius`. Like the
 /// tooltip it is made when it is first needed: most controls never get the focus.
 class LazyFocusRing : public QObject, public QQmlParserStatus
 {
