@@ -3,7 +3,8 @@
 add_library(timetracker_options INTERFACE)
 target_include_directories(timetracker_options INTERFACE ${PROJECT_SOURCE_DIR})
 target_compile_options(timetracker_options INTERFACE
-  -Wall -Wextra -Wpedantic -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
+  -Wall -Wextra -Wpedantic -Wnon-virtual-dtor -Woverloaded-virtual
+  $<$<BOOL:${TIMETRACKER_WERROR}>:-Werror>)
 target_compile_definitions(timetracker_options INTERFACE
   QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH QT_NO_KEYWORDS)
 if(TIMETRACKER_SANITIZE)
@@ -11,6 +12,9 @@ if(TIMETRACKER_SANITIZE)
     -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
   target_link_options(timetracker_options INTERFACE -fsanitize=address,undefined)
 endif()
+
+include(${CMAKE_CURRENT_LIST_DIR}/Hardening.cmake)
+include(${CMAKE_CURRENT_LIST_DIR}/FastBuilds.cmake)
 
 # Where the tools find the modules' types.
 set(QT_QML_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/qml)
@@ -23,6 +27,7 @@ function(timetracker_module name)
   cmake_parse_arguments(arg "" "URI" "SOURCES;QML_FILES;DEPENDENCIES;LINK" ${ARGN})
   set(target timetracker_${name})
   qt_add_library(${target} STATIC)
+  set_target_properties(${target} PROPERTIES AUTOMOC ON)
   qt_add_qml_module(${target}
     URI ${arg_URI}
     VERSION 1.0
@@ -33,4 +38,8 @@ function(timetracker_module name)
   # The generated registration includes the headers by their bare names.
   target_include_directories(${target} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
   target_link_libraries(${target} PUBLIC timetracker_options ${arg_LINK})
+  timetracker_precompile(${target})
+  if(TARGET ${target}_qmlcache)
+    timetracker_precompile(${target}_qmlcache)
+  endif()
 endfunction()
