@@ -24,9 +24,10 @@ test_packages=(
   # The Debian package and what is in it.
   dpkg-dev file man-db desktop-file-utils appstream lintian
 )
-# The checks of format and code are a gate with this one version, which Debian 13 has no more.
+lint_packages=(shellcheck)
+# The layout and the checks of C++ are a gate with this one version, which Debian 13 has no more.
 if grep -qx 'VERSION_CODENAME=bookworm' /etc/os-release 2>/dev/null; then
-  test_packages+=(clang-format-14 clang-tidy-14)
+  lint_packages+=(clang-format-14 clang-tidy-14)
 fi
 
 # What another distribution has to have, by Debian's names.
@@ -34,22 +35,78 @@ unchecked_packages=()
 
 say() { printf '%s\n' "$*" >&2; }
 
+# passing REGEX: copies the lines that do not match. On a terminal, the newest of those that do stands
+# in the last line, so that one sees that it goes on.
+passing() {
+  local line shown='' clear='' width=80
+  if [[ -t 2 ]]; then
+    clear=$'\r\e[K'
+    width=$(tput cols 2>/dev/null || echo "$width")
+  fi
+  while IFS= read -r line; do
+    if [[ ! $line =~ $1 ]]; then
+      printf '%s' "${shown:+$clear}" >&2
+      shown=
+      printf '%s\n' "$line"
+    elif [[ $clear ]]; then
+      shown=${line:0:width-1}
+      printf '%s%s' "$clear" "$shown" >&2
+    fi
+  done
+  printf '%s' "${shown:+$clear}" >&2
+}
+
 # quietly LOG COMMAND...: keeps the output of a command in LOG and shows it if the command fails.
 quietly() {
-  local log=$1 status=0
+  local log=$1 status
   shift
   mkdir -p "${log%/*}"
-  "$@" >"$log" 2>&1 </dev/null || status=$?
+  set +e
+  env LC_ALL=C.UTF-8 "$@" </dev/null 2>&1 | tee "$log" | passing ''
+  status=${PIPESTATUS[0]}
+  set -e
+  if ((status != 0)); then
+    grep -vE '^\[[0-9]+/[0-9]+\] ' "$log" >&2
+    say "Failed ($status): $*"
+  fi
+  return "$status"
+}
+
+# What runs commands as root; nothing for root itself.
+as_root=()
+
+# apt LOG ARGUMENTS...: apt-get. Waits up to five minutes for whoever else installs packages, as a
+# fresh machine's automatic upgrades do, and says so.
+apt() {
+  local log=$1 patience=300 told='' status
+  shift
+  mkdir -p "${log%/*}"
+  SECONDS=0
+  while :; do
+    set +e
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive LC_ALL=C.UTF-8 \
+      apt-get -o DPkg::Lock::Timeout="$patience" "$@" </dev/null 2>&1 | tee "$log" |
+      sed -un '/^Waiting for/ { s/\.*$/, for up to five minutes/; p; :rest; n; b rest }' >&2
+    status=${PIPESTATUS[0]}
+    set -e
+    # This time-out is for dpkg's locks alone; for its others, apt-get gives up at once.
+    if ((status == 0)) || ! grep -q 'Could not get lock' "$log" || ((SECONDS >= patience)); then
+      break
+    fi
+    [[ $told ]] || say "Waiting, for up to five minutes: $(grep -m1 'Could not get lock' "$log")"
+    told=yes
+    sleep 2
+  done
   if ((status != 0)); then
     cat "$log" >&2
-    say "Failed ($status): $*"
+    say "Failed ($status): apt-get $*"
   fi
   return "$status"
 }
 
 # require_packages PACKAGE...: installs those that are missing; needs rights only if some are.
 require_packages() {
-  local package installed missing=() as_root=()
+  local package installed missing=()
   if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then
     unchecked_packages=("$@")
     return 0
@@ -69,14 +126,15 @@ require_packages() {
     as_root=(sudo)
   fi
   say "Installing ${missing[*]}"
-  quietly build/packages-update.log "${as_root[@]}" apt-get update || true
-  quietly build/packages-install.log "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
-    apt-get install --yes --no-install-recommends "${missing[@]}"
+  apt build/packages-update.log update || true
+  apt build/packages-install.log install --yes --no-install-recommends "${missing[@]}"
 }
 
-# build PRESET: CMake runs only if the folder was not made here; from then on Ninja decides.
-build() {
+# configure PRESET: CMake runs only if the folder was not made here; from then on Ninja decides.
+configure() {
   local folder=build/$1
+  # A home in which nothing can be written is no reason not to build.
+  [[ ${CCACHE_DIR-} || -w ${HOME-} ]] || export CCACHE_DISABLE=1
   if [[ ! -f $folder/build.ninja ]] ||
     ! grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=$PWD" "$folder/CMakeCache.txt"; then
     ((${#unchecked_packages[@]} == 0)) ||
@@ -84,5 +142,12 @@ build() {
     say "Building in $folder, which takes a few minutes the first time"
     quietly "$folder/configure.log" cmake --fresh --preset "$1"
   fi
-  quietly "$folder/build.log" ninja -C "$folder" --quiet
+}
+
+# build PRESET [TARGET...]: with CMake and Ninja, in build/PRESET.
+build() {
+  local folder=build/$1 quiet=(--quiet)
+  [[ ! -t 2 ]] || quiet=()
+  configure "$1"
+  quietly "$folder/build.log" ninja -C "$folder" "${quiet[@]}" "${@:2}"
 }
