@@ -5,6 +5,8 @@
 #include <QObject>
 #include <QtQmlIntegration>
 
+#include <utility>
+
 /// What time it is, and in which calendar: the one source of both for records, timer and views.
 class Clock : public QObject
 {
@@ -26,8 +28,12 @@ public:
     Instant today() const { return m_calendar.startOfDay(now()); }
 
 Q_SIGNALS:
-    /// Today is another day than it was: midnight has passed, or time or zone have been set.
-    void dayChanged();
+    /// Days are to be derived again: midnight has passed, or the time or the zone have been set.
+    void calendarChanged();
+
+protected:
+    /// From now on in @p calendar; whoever calls this tells of it.
+    void setCalendar(Calendar calendar) { m_calendar = std::move(calendar); }
 
 private:
     Calendar m_calendar;

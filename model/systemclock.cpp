@@ -1,16 +1,18 @@
 #include "model/systemclock.h"
 
+#include <QFile>
+#include <QFileInfo>
+
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <ctime>
 #include <utility>
 
 #ifdef Q_OS_LINUX
 #include <sys/timerfd.h>
 #include <unistd.h>
 #endif
-
-using namespace Qt::StringLiterals;
 
 namespace
 {
@@ -23,24 +25,27 @@ Instant systemTime()
 
 } // namespace
 
-SystemClock::SystemClock(Calendar calendar)
+SystemClock::SystemClock(Calendar calendar, QString zoneFile)
     : Clock(std::move(calendar))
     , m_day(this->calendar().dayOf(systemTime()))
+    , m_zoneFile(std::move(zoneFile))
 {
 #ifdef Q_OS_LINUX
     m_alarm = ::timerfd_create(CLOCK_REALTIME, TFD_NONBLOCK | TFD_CLOEXEC);
     if (m_alarm >= 0) {
         m_alarmNotifier = std::make_unique<QSocketNotifier>(m_alarm, QSocketNotifier::Read);
-        connect(m_alarmNotifier.get(), &QSocketNotifier::activated, this,
-                &SystemClock::lookAtTheDay);
+        connect(m_alarmNotifier.get(), &QSocketNotifier::activated, this, &SystemClock::onAlarm);
     }
 #endif
     m_timer.setSingleShot(true);
-    connect(&m_timer, &QTimer::timeout, this, &SystemClock::lookAtTheDay);
-    // A new zone is a new link in this directory; the file that it led to does not change.
-    m_zoneWatcher.addPath(u"/etc"_s);
+    connect(&m_timer, &QTimer::timeout, this, &SystemClock::onTimer);
+    // A new zone is mostly a new link, of which only the directory tells.
+    m_zoneWatcher.addPath(QFileInfo(m_zoneFile).path());
     connect(&m_zoneWatcher, &QFileSystemWatcher::directoryChanged, this,
-            &SystemClock::lookAtTheDay);
+            &SystemClock::onZoneFileChanged);
+    connect(&m_zoneWatcher, &QFileSystemWatcher::fileChanged, this,
+            &SystemClock::onZoneFileChanged);
+    m_zone = watchedZone();
     waitForMidnight();
 }
 
@@ -75,19 +80,50 @@ void SystemClock::waitForMidnight()
         static_cast<qint64>(std::clamp(midnight - systemTime(), 0.001, longest) * 1000)));
 }
 
-void SystemClock::lookAtTheDay()
+void SystemClock::onAlarm()
 {
-    // Also reads the alarm: an error says that the clock has been set.
+    // Whether it is midnight or the clock has been set, of which an error tells: days may be
+    // others.
 #ifdef Q_OS_LINUX
     quint64 expirations = 0;
-    if (m_alarm >= 0) {
-        [[maybe_unused]] const ssize_t size = ::read(m_alarm, &expirations, sizeof(expirations));
-    }
+    [[maybe_unused]] const ssize_t size = ::read(m_alarm, &expirations, sizeof(expirations));
 #endif
-    waitForMidnight();
-    const QDate day = calendar().dayOf(now());
-    if (day == m_day)
+    tell();
+}
+
+void SystemClock::onTimer()
+{
+    if (calendar().dayOf(now()) == m_day)
+        waitForMidnight();
+    else
+        tell();
+}
+
+void SystemClock::onZoneFileChanged()
+{
+    const QByteArray zone = watchedZone();
+    if (zone == m_zone)
         return;
-    m_day = day;
-    Q_EMIT dayChanged();
+    m_zone = zone;
+#ifdef Q_OS_UNIX
+    // Qt has the C library look for a new zone at each use, but does not promise to.
+    ::tzset();
+#endif
+    tell();
+}
+
+void SystemClock::tell()
+{
+    m_day = calendar().dayOf(now());
+    waitForMidnight();
+    Q_EMIT calendarChanged();
+}
+
+/// What the zone file holds, and watches the file that has it now.
+QByteArray SystemClock::watchedZone()
+{
+    m_zoneWatcher.removePath(m_zoneFile);
+    m_zoneWatcher.addPath(m_zoneFile);
+    QFile file(m_zoneFile);
+    return file.open(QFile::ReadOnly) ? file.readAll() : QByteArray();
 }

@@ -23,6 +23,7 @@ QList<Task *> AllTasks::running() const
 
 DayTasks::DayTasks(ModelContext &context, const DayInterval &day, QObject *parent)
     : QObject(parent)
+    , m_day(day)
     , m_query(context, tasksOnDay(day), QueryOrder::Store)
 {
     connect(&m_query, &RecordQuery::changed, this, &DayTasks::update);
@@ -31,6 +32,9 @@ DayTasks::DayTasks(ModelContext &context, const DayInterval &day, QObject *paren
 
 void DayTasks::setDay(const DayInterval &day)
 {
+    if (m_day == day)
+        return;
+    m_day = day;
     m_query.setFilter(tasksOnDay(day));
 }
 

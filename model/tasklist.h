@@ -50,6 +50,7 @@ public:
     /// @p context outlives the list.
     DayTasks(ModelContext &context, const DayInterval &day, QObject *parent = nullptr);
 
+    /// Does nothing if that is its day.
     void setDay(const DayInterval &day);
 
     /// In the store's order.
@@ -69,6 +70,7 @@ Q_SIGNALS:
 private:
     void update();
 
+    DayInterval m_day;
     LiveQuery<Task> m_query;
     QList<Task *> m_tasks;
     QList<Task *> m_sortedTasks;

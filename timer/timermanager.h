@@ -34,7 +34,6 @@ class TimerManager : public QObject
                    showBillableTimeChanged)
     Q_PROPERTY(bool isEditing READ isEditing WRITE setIsEditing NOTIFY isEditingChanged)
     Q_PROPERTY(bool isAnyTaskRunning READ isAnyTaskRunning NOTIFY activeTaskIDChanged)
-    Q_PROPERTY(bool isToday READ isToday NOTIFY selectedDateChanged)
 
 public:
     /// @p clock outlives the manager. @p beat is the time between two ticks.

@@ -153,7 +153,7 @@ class Program:
         self.case = case
         self.errors = tempfile.TemporaryFile("w+", encoding="utf-8")
         self.process = subprocess.Popen(
-            [case.executable], env=case.environment(), stdin=subprocess.DEVNULL,
+            [*case.command, case.executable], env=case.environment(), stdin=subprocess.DEVNULL,
             stdout=self.errors, stderr=self.errors)
 
     def __enter__(self):
@@ -308,6 +308,8 @@ class Story(unittest.TestCase):
 
     executable = None
     evidence = None
+    # What starts the program, by becoming it.
+    command = []
     program = Program
 
     def setUp(self):

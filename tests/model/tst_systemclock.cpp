@@ -1,13 +1,63 @@
 #include "model/systemclock.h"
 
+#include <QFile>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
 
+#include <sys/syscall.h>
+#include <sys/timerfd.h>
+#include <unistd.h>
+
 #include <cmath>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+/// The alarm that a clock has asked the system for.
+struct Alarm {
+    int descriptor = -1;
+    int flags = 0;
+};
+Alarm s_alarm;
+} // namespace
+
+// Instead of the C library's: notes what is asked for, and passes it on.
+extern "C" int timerfd_settime(int descriptor, int flags, const itimerspec *time, itimerspec *old)
+{
+    s_alarm = {descriptor, flags};
+    return static_cast<int>(::syscall(SYS_timerfd_settime, descriptor, flags, time, old));
+}
 
 class TestSystemClock : public QObject
 {
     Q_OBJECT
+
+private:
+    /// A zone file that leads to another one, as the system's does.
+    struct Zone {
+        Zone() { leadTo("a"); }
+
+        QString path(const char *name) const { return folder.filePath(QString::fromLatin1(name)); }
+        void write(const char *name, const QByteArray &text) const
+        {
+            QFile file(path(name));
+            QVERIFY(file.open(QFile::WriteOnly | QFile::Truncate));
+            QCOMPARE(file.write(text), text.size());
+        }
+        /// Puts another link in its place in one step.
+        void leadTo(const char *name) const
+        {
+            write(name, name);
+            QVERIFY(QFile::link(path(name), path("new")));
+            QCOMPARE(std::rename(QFile::encodeName(path("new")).constData(),
+                                 QFile::encodeName(path("localtime")).constData()),
+                     0);
+        }
+
+        QTemporaryDir folder;
+    };
 
 private Q_SLOTS:
     void shouldTellTheTime()
@@ -27,9 +77,77 @@ private Q_SLOTS:
         const int offset = (untilMidnight <= halfADay ? untilMidnight : untilMidnight - 86400) - 1;
         const SystemClock clock{Calendar(QTimeZone(offset))};
         const QDate today = clock.calendar().dayOf(clock.now());
-        QSignalSpy changed(&clock, &Clock::dayChanged);
+        QSignalSpy changed(&clock, &Clock::calendarChanged);
         QTRY_COMPARE(changed.count(), 1);
         QCOMPARE(clock.calendar().dayOf(clock.now()), today.addDays(1));
+    }
+
+    void shouldBeWokenWhenTheTimeIsSet()
+    {
+        const SystemClock clock;
+        QVERIFY(s_alarm.flags & TFD_TIMER_ABSTIME);
+        QVERIFY(s_alarm.flags & TFD_TIMER_CANCEL_ON_SET);
+    }
+
+    void shouldTellOfAnAlarmThoughTheDayIsTheSame()
+    {
+        const SystemClock clock;
+        QSignalSpy changed(&clock, &Clock::calendarChanged);
+        // when the alarm goes off now
+        const int alarm = s_alarm.descriptor;
+        s_alarm = {};
+        constexpr itimerspec soon{{}, {0, 1}};
+        QCOMPARE(::syscall(SYS_timerfd_settime, alarm, 0, &soon, nullptr), 0);
+        QTRY_COMPARE(changed.count(), 1);
+        // then it is set again
+        QCOMPARE(s_alarm.descriptor, alarm);
+        QVERIFY(s_alarm.flags & TFD_TIMER_CANCEL_ON_SET);
+    }
+
+    void shouldTellOfANewZone()
+    {
+        const Zone zone;
+        const SystemClock clock({}, zone.path("localtime"));
+        QSignalSpy changed(&clock, &Clock::calendarChanged);
+        zone.leadTo("b");
+        QTRY_COMPARE(changed.count(), 1);
+        zone.leadTo("c");
+        QTRY_COMPARE(changed.count(), 2);
+    }
+
+    void shouldTellOfNewRulesInTheFileThatTheZoneLeadsTo()
+    {
+        const Zone zone;
+        const SystemClock clock({}, zone.path("localtime"));
+        QSignalSpy changed(&clock, &Clock::calendarChanged);
+        // when another link comes, and then that one's file changes
+        zone.leadTo("b");
+        QTRY_COMPARE(changed.count(), 1);
+        zone.write("b", "other rules");
+        QTRY_VERIFY(changed.count() >= 2);
+    }
+
+    void shouldTellOfAZoneThatComesBack()
+    {
+        const Zone zone;
+        const SystemClock clock({}, zone.path("localtime"));
+        QSignalSpy changed(&clock, &Clock::calendarChanged);
+        QVERIFY(QFile::remove(zone.path("localtime")));
+        QTRY_COMPARE(changed.count(), 1);
+        zone.leadTo("b");
+        QTRY_COMPARE(changed.count(), 2);
+    }
+
+    void shouldNotTellOfOtherFilesBesideTheZone()
+    {
+        const Zone zone;
+        const SystemClock clock({}, zone.path("localtime"));
+        QSignalSpy changed(&clock, &Clock::calendarChanged);
+        zone.write("resolv.conf", "nameserver");
+        // What comes later is told, and nothing before it.
+        zone.leadTo("b");
+        QTRY_VERIFY(changed.count() > 0);
+        QCOMPARE(changed.count(), 1);
     }
 };
 

@@ -2,7 +2,7 @@
 
 #include "model/clock.h"
 
-/// A clock that stands still until it is set.
+/// A clock that stands still, where it is, until it is set or travels.
 class FakeClock : public Clock
 {
 public:
@@ -21,10 +21,18 @@ public:
         const bool isSameDay = calendar().isSameDay(m_now, now);
         m_now = now;
         if (!isSameDay)
-            Q_EMIT dayChanged();
+            Q_EMIT calendarChanged();
     }
     void set(const QString &time) { set(at(time)); }
     void advance(double seconds) { set(m_now + seconds); }
+
+    /// Goes on in @p zone.
+    void travelTo(const QByteArray &zone)
+    {
+        m_zone = QTimeZone(zone);
+        setCalendar(Calendar(m_zone));
+        Q_EMIT calendarChanged();
+    }
 
     /// A wall time of the clock's zone, "2026-11-20T08:00:00".
     Instant at(const QString &time) const { return at(time, m_zone); }

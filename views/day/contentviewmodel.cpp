@@ -179,6 +179,7 @@ void ContentViewModel::componentComplete()
                                          calendar.dayInterval(m_timerManager->selectedDate()));
     connect(m_timerManager, &TimerManager::selectedDateChanged, this,
             &ContentViewModel::onSelectedDateChanged);
+    connect(&m_timerManager->clock(), &Clock::calendarChanged, this, &ContentViewModel::updateDay);
     Q_EMIT tasksChanged();
     m_timerManager->syncActiveTask(*m_tasks);
 }
@@ -193,11 +194,16 @@ void ContentViewModel::deleteTask(Task *task)
 
 void ContentViewModel::onSelectedDateChanged()
 {
-    setIsAnimated(false);
     setSelectedTaskIndex(std::nullopt);
+    updateDay();
+    Q_EMIT dayChanged();
+}
+
+void ContentViewModel::updateDay()
+{
+    setIsAnimated(false);
     const Calendar &calendar = m_timerManager->clock().calendar();
     m_tasks->setDay(calendar.dayInterval(m_timerManager->selectedDate()));
-    Q_EMIT dayChanged();
 }
 
 void ContentViewModel::setSelectedTaskIndex(std::optional<int> index)

@@ -99,6 +99,7 @@ private:
     int selectedTaskRow() const { return m_selectedTaskIndex.value_or(-1); }
     void deleteTask(Task *task);
     void onSelectedDateChanged();
+    void updateDay();
     void setSelectedTaskIndex(std::optional<int> index);
     void setShowDeleteConfirmation(bool show);
     void setIsAnimated(bool isAnimated);

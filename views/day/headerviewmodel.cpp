@@ -23,10 +23,14 @@ void HeaderViewModel::setTimerManager(TimerManager *timerManager)
 {
     if (m_timerManager == timerManager)
         return;
-    if (m_timerManager)
+    if (m_timerManager) {
         m_timerManager->disconnect(this);
+        m_timerManager->clock().disconnect(this);
+    }
     m_timerManager = timerManager;
     if (timerManager) {
+        connect(&timerManager->clock(), &Clock::calendarChanged, this,
+                &HeaderViewModel::updateDate);
         connect(timerManager, &TimerManager::selectedDateChanged, this,
                 &HeaderViewModel::updateDate);
         connect(timerManager, &TimerManager::activeTaskIDChanged, this,

@@ -63,7 +63,8 @@ void MenuBarViewModel::begin()
     m_allTasks = std::make_unique<AllTasks>(*m_modelContext);
     m_todaysTasks = std::make_unique<DayTasks>(*m_modelContext, today());
     connect(m_todaysTasks.get(), &DayTasks::changed, this, &MenuBarViewModel::updateTasks);
-    connect(&clock, &Clock::dayChanged, this, [this, today] { m_todaysTasks->setDay(today()); });
+    connect(&clock, &Clock::calendarChanged, this,
+            [this, today] { m_todaysTasks->setDay(today()); });
     connect(m_timerManager, &TimerManager::tickChanged, this, &MenuBarViewModel::updateTotal);
     updateTasks();
 }

@@ -37,7 +37,7 @@ void CalendarViewModel::setClock(Clock *clock)
         m_clock->disconnect(this);
     m_clock = clock;
     if (clock)
-        connect(clock, &Clock::dayChanged, this, &CalendarViewModel::updateToday);
+        connect(clock, &Clock::calendarChanged, this, &CalendarViewModel::onCalendarChanged);
     Q_EMIT clockChanged();
     updateToday();
     follow();
@@ -79,6 +79,18 @@ void CalendarViewModel::follow()
     m_daysInMonth.setSelectedDay(selectedDay);
     if (!isSameMonth(selectedDay, m_displayedMonth))
         setDisplayedMonth(selectedDay);
+}
+
+void CalendarViewModel::onCalendarChanged()
+{
+    updateToday();
+    if (!m_isComplete)
+        return;
+    const QDate selectedDay = dayOf(m_selectedDate);
+    // Paging away from the selected day's month is the user's doing, a new zone is not.
+    const bool isSelectedDayShown = m_daysInMonth.selectedIndex() >= 0;
+    m_daysInMonth.setSelectedDay(selectedDay);
+    setDisplayedMonth(isSelectedDayShown && selectedDay.isValid() ? selectedDay : m_displayedMonth);
 }
 
 void CalendarViewModel::updateToday()

@@ -48,6 +48,7 @@ Q_SIGNALS:
 private:
     QDate dayOf(Instant instant) const;
     void follow();
+    void onCalendarChanged();
     void updateToday();
     void setDisplayedMonth(QDate month);
 

@@ -102,6 +102,18 @@ private Q_SLOTS:
                               u"Afslut"_s}));
     }
 
+    void shouldMirrorTodayAsItIsInANewZone()
+    {
+        Fixture f;
+        f.store.insertTask(u"Hjemme"_s);
+        settle();
+        QVERIFY(f.idOf(u"Hjemme"_s) >= 0);
+        f.clock.travelTo("America/New_York");
+        settle();
+        QVERIFY(f.idOf(u"Ingen opgaver i dag"_s) >= 0);
+        QCOMPARE(f.idOf(u"Hjemme"_s), -1);
+    }
+
     void shouldKeepALongNameShortAndOnOneLine()
     {
         Fixture f;

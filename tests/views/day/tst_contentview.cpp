@@ -89,6 +89,16 @@ private:
             }
             return selected;
         }
+        /// The calendar's cell of that day of the month.
+        QQuickItem *dayCell(int day) const
+        {
+            for (QQuickItem *cell : findItems(item("calendar"), u"dayCell"_s)) {
+                if (cell->isVisible() && cell->property("day").toInt() == day)
+                    return cell;
+            }
+            QTest::qFail("no such day", __FILE__, __LINE__);
+            return nullptr;
+        }
         QList<Task *> tasks()
         {
             return LiveQuery<Task>(store.context(),
@@ -165,6 +175,39 @@ private Q_SLOTS:
         QCOMPARE(f.window->colorAt({10, 3}), theme.controlBackground());
         QCOMPARE(f.window->colorAt({640, 440}), theme.controlBackground());
         QCOMPARE(f.window->colorAt({300, 448}), theme.controlBackground());
+    }
+
+    void shouldShowTheDayAsItIsEastward()
+    {
+        Fixture f(1);
+        f.clock.travelTo("Asia/Tokyo");
+        QCOMPARE(text(f.item("dateText")), u"fredag 20. november 2026"_s);
+        f.click("addTaskButton");
+        QTRY_COMPARE(f.rows().size(), 2);
+        QCOMPARE(f.tasks().size(), 2);
+        // and the days of the calendar begin as they do there
+        f.click(f.dayCell(21));
+        QCOMPARE(f.timer.selectedDate(), f.clock.at(u"2026-11-21T00:00:00"_s));
+        QCOMPARE(text(f.item("dateText")), u"lørdag 21. november 2026"_s);
+    }
+
+    void shouldShowTheDayAsItIsWestward()
+    {
+        Fixture f(1);
+        f.clock.travelTo("America/New_York");
+        // the selected day began there on the evening before
+        QCOMPARE(text(f.item("dateText")), u"torsdag 19. november 2026"_s);
+        QCOMPARE(f.rows().size(), 1);
+        QVERIFY(f.dayCell(19)->property("isSelected").toBool());
+        QVERIFY(f.dayCell(20)->property("isToday").toBool());
+
+        f.click(f.dayCell(20));
+        QCOMPARE(text(f.item("dateText")), u"fredag 20. november 2026"_s);
+        QVERIFY(f.dayCell(20)->property("isSelected").toBool());
+        QTRY_COMPARE(f.rows().size(), 0);
+        f.click("addTaskButton");
+        QTRY_COMPARE(f.rows().size(), 1);
+        QCOMPARE(f.tasks().constFirst()->date(), f.clock.today());
     }
 
     void shouldLayOutTheHeader()

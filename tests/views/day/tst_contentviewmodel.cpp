@@ -105,6 +105,46 @@ private Q_SLOTS:
         QCOMPARE(added.at(0).at(0).toInt(), 2);
     }
 
+    void shouldShowTheTasksOfTheSelectedDayAsItIsInANewZone_data()
+    {
+        QTest::addColumn<QByteArray>("zone");
+        QTest::newRow("eastward") << QByteArray("Asia/Tokyo");
+        QTest::newRow("westward") << QByteArray("America/New_York");
+    }
+    void shouldShowTheTasksOfTheSelectedDayAsItIsInANewZone()
+    {
+        QFETCH(QByteArray, zone);
+        Fixture f;
+        f.addTasks(1);
+        Task *const before = f.row(0);
+        f.day.selectTask(0);
+        QSignalSpy dayChanged(&f.day, &ContentViewModel::dayChanged);
+        f.clock.travelTo(zone);
+        f.day.addTask();
+        QCOMPARE(f.day.tasks()->tasks().size(), 2);
+        QCOMPARE(f.row(0), before);
+        QCOMPARE(f.row(1)->date(), f.clock.calendar().startOfDay(f.timer.selectedDate()));
+        QCOMPARE(f.row(1)->sortOrder(), 1);
+        // The same day is selected, and the same row of it.
+        QCOMPARE(f.day.selectedTaskIndex().value(), 0);
+        QCOMPARE(dayChanged.count(), 0);
+    }
+
+    void shouldLeaveTasksOfAnotherDayThereWhenTheZoneChanges()
+    {
+        // given a task of the 20th, made in the east, whose day begins on the 19th here
+        Fixture f;
+        f.clock.travelTo("Asia/Tokyo");
+        f.timer.goToToday();
+        f.day.addTask();
+        f.clock.travelTo("Europe/Copenhagen");
+        f.timer.goToToday();
+        QVERIFY(f.day.tasks()->isEmpty());
+        // then it is of today again back there
+        f.clock.travelTo("Asia/Tokyo");
+        QCOMPARE(f.day.tasks()->tasks().size(), 1);
+    }
+
     void shouldShowTasksBySortOrder()
     {
         Fixture f;

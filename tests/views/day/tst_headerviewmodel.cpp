@@ -58,6 +58,18 @@ private Q_SLOTS:
         QTEST(f.header.dateText(), "text");
     }
 
+    void shouldShowTheDateThatTheSelectedDayHasInANewZone()
+    {
+        Fixture f;
+        QCOMPARE(f.header.dateText(), u"fredag 20. november 2026"_s);
+        QSignalSpy changes(&f.header, &HeaderViewModel::dateChanged);
+        f.clock.travelTo("America/New_York");
+        QCOMPARE(f.header.dateText(), u"torsdag 19. november 2026"_s);
+        QCOMPARE(changes.count(), 1);
+        f.clock.travelTo("Asia/Tokyo");
+        QCOMPARE(f.header.dateText(), u"fredag 20. november 2026"_s);
+    }
+
     void shouldHaveNothingToStartOnADayWithoutTasks()
     {
         Fixture f;

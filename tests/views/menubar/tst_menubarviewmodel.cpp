@@ -82,6 +82,24 @@ private Q_SLOTS:
         QCOMPARE(names(panel), QStringList{u"I dag"_s});
     }
 
+    void shouldShowTodayAsItIsInANewZone()
+    {
+        Fixture f;
+        f.store.insertTask(u"Hjemme"_s);
+        const MenuBarViewModel panel(f.timer, f.store.context());
+        // westward: the task's day began while it was still the day before there
+        f.clock.travelTo("America/New_York");
+        QVERIFY(panel.isEmpty());
+        f.store.insertTask(u"Ude"_s);
+        QCOMPARE(names(panel), QStringList{u"Ude"_s});
+        // eastward
+        f.clock.travelTo("Europe/Copenhagen");
+        QCOMPARE(names(panel), QStringList({u"Hjemme"_s, u"Ude"_s}));
+        f.clock.travelTo("Asia/Tokyo");
+        f.store.insertTask(u"Østpå"_s);
+        QCOMPARE(names(panel), QStringList({u"Hjemme"_s, u"Ude"_s, u"Østpå"_s}));
+    }
+
     void shouldAddPlainHoursWhateverTheBillableSwitch()
     {
         Fixture f;

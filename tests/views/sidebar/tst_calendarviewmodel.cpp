@@ -4,6 +4,7 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <algorithm>
 #include <limits>
 #include <memory>
 
@@ -53,6 +54,55 @@ private Q_SLOTS:
         QCOMPARE(f.calendar.title(), u"marts 2025"_s);
         QCOMPARE(f.marked(MonthModel::IsSelectedRole), QList<int>{3});
         QVERIFY(f.marked(MonthModel::IsTodayRole).isEmpty());
+    }
+
+    void shouldShowTheDaysOfTheZoneTravelledTo_data()
+    {
+        QTest::addColumn<QByteArray>("zone");
+        QTest::addColumn<int>("selected");
+        QTest::addColumn<int>("today");
+        QTest::newRow("eastward") << QByteArray("Pacific/Kiritimati") << 20 << 21;
+        QTest::newRow("westward") << QByteArray("America/New_York") << 19 << 20;
+    }
+    void shouldShowTheDaysOfTheZoneTravelledTo()
+    {
+        QFETCH(QByteArray, zone);
+        QFETCH(int, selected);
+        QFETCH(int, today);
+        Fixture f(u"2026-11-20T00:00:00"_s, u"2026-11-20T12:00:00"_s);
+        QSignalSpy changes(f.calendar.daysInMonth(), &MonthModel::dataChanged);
+        f.clock.travelTo(zone);
+        QCOMPARE(f.marked(MonthModel::IsSelectedRole), QList<int>{selected});
+        QCOMPARE(f.marked(MonthModel::IsTodayRole), QList<int>{today});
+        // and each cell stands for the day as it is there
+        constexpr int placeOfThe21st = 26;
+        QCOMPARE(f.at(placeOfThe21st, MonthModel::DayRole), 21);
+        QCOMPARE(f.at(placeOfThe21st, MonthModel::DateRole).toDouble(),
+                 f.clock.at(u"2026-11-21T00:00:00"_s));
+        const bool isDateAnnounced =
+            std::any_of(changes.cbegin(), changes.cend(), [](const QList<QVariant> &change) {
+                const auto roles = change.at(2).value<QList<int>>();
+                return roles.isEmpty() || roles.contains(MonthModel::DateRole);
+            });
+        QVERIFY(isDateAnnounced);
+    }
+
+    void shouldFollowTheSelectedDayIntoAnotherMonthWhenTheZoneChanges()
+    {
+        Fixture f(u"2026-12-01T00:00:00"_s);
+        f.clock.travelTo("America/New_York");
+        QCOMPARE(f.calendar.title(), u"november 2026"_s);
+        QCOMPARE(f.marked(MonthModel::IsSelectedRole), QList<int>{30});
+    }
+
+    void shouldStayOnAnotherMonthWhenTheZoneChanges()
+    {
+        Fixture f;
+        f.calendar.nextMonth();
+        f.clock.travelTo("America/New_York");
+        QCOMPARE(f.calendar.title(), u"december 2026"_s);
+        f.calendar.previousMonth();
+        QCOMPARE(f.marked(MonthModel::IsSelectedRole), QList<int>{19});
     }
 
     void shouldNameTheMonthInDanish_data()
