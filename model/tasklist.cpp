@@ -59,6 +59,6 @@ void DayTasks::update()
     m_sortedTasks = m_tasks;
     std::stable_sort(m_sortedTasks.begin(), m_sortedTasks.end(),
                      [](const Task *a, const Task *b) { return a->sortOrder() < b->sortOrder(); });
-    m_isEmpty = m_tasks.isEmpty() && m_query.isAnswered();
+    m_isKnown = m_query.isAnswered();
     Q_EMIT changed();
 }

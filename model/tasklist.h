@@ -57,8 +57,11 @@ public:
     const QList<Task *> &tasks() const { return m_tasks; }
     /// By sortOrder; equal ones in the store's order.
     const QList<Task *> &sortedTasks() const { return m_sortedTasks; }
-    /// Whether the day is known to have no tasks. A day that could not be read is not.
-    bool isEmpty() const { return m_isEmpty; }
+    /// Whether the store has told the day's tasks. Of a day that could not be read, only those in
+    /// memory are here.
+    bool isKnown() const { return m_isKnown; }
+    /// Whether the day is known to have no tasks.
+    bool isEmpty() const { return m_isKnown && m_tasks.isEmpty(); }
 
     Task *withID(const QUuid &id) const override;
     QList<Task *> running() const override;
@@ -74,5 +77,5 @@ private:
     LiveQuery<Task> m_query;
     QList<Task *> m_tasks;
     QList<Task *> m_sortedTasks;
-    bool m_isEmpty = true;
+    bool m_isKnown = false;
 };

@@ -181,6 +181,21 @@ void ContentViewModel::componentComplete()
             &ContentViewModel::onSelectedDateChanged);
     connect(&m_timerManager->clock(), &Clock::calendarChanged, this, &ContentViewModel::updateDay);
     Q_EMIT tasksChanged();
+    m_unsyncedDate = m_timerManager->selectedDate();
+    connect(m_tasks.get(), &DayTasks::changed, this, &ContentViewModel::syncActiveTask);
+    // Whoever starts or stops a task before that has decided which one is active.
+    connect(m_timerManager, &TimerManager::activeTaskIDChanged, this,
+            [this] { m_unsyncedDate.reset(); });
+    syncActiveTask();
+}
+
+void ContentViewModel::syncActiveTask()
+{
+    if (!m_unsyncedDate || !m_tasks->isKnown() ||
+        !m_timerManager->clock().calendar().isSameDay(*m_unsyncedDate,
+                                                      m_timerManager->selectedDate()))
+        return;
+    m_unsyncedDate.reset();
     m_timerManager->syncActiveTask(*m_tasks);
 }
 

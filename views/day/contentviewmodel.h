@@ -97,6 +97,9 @@ Q_SIGNALS:
 
 private:
     int selectedTaskRow() const { return m_selectedTaskIndex.value_or(-1); }
+    /// Takes up the running task of the day that was selected when the view appeared, once that
+    /// day's tasks are known.
+    void syncActiveTask();
     void deleteTask(Task *task);
     void onSelectedDateChanged();
     void updateDay();
@@ -108,6 +111,7 @@ private:
     QPointer<ModelContext> m_modelContext;
     std::unique_ptr<AllTasks> m_allTasks;
     std::unique_ptr<DayTasks> m_tasks;
+    std::optional<Instant> m_unsyncedDate;
     std::optional<int> m_selectedTaskIndex;
     bool m_showDeleteConfirmation = false;
     QPointer<Task> m_taskToDelete;

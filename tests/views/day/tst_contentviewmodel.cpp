@@ -1,6 +1,9 @@
 #include "../../support/teststore.h"
 #include "views/day/contentviewmodel.h"
 
+#include <SQLiteCpp/Database.h>
+
+#include <QFile>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -32,6 +35,41 @@ private:
         TestStore store{clock, {1h, 1h}};
         TimerManager timer{clock, 1h};
         ContentViewModel day;
+    };
+
+    /// A day whose store cannot be read until it is healed.
+    struct UnreadableStore {
+        UnreadableStore() { ModelContainer(path(), clock); }
+
+        QString path() const { return directory.filePath(u"store.sqlite"_s); }
+        QUuid insertRunningTask()
+        {
+            ModelContainer container(path(), clock);
+            auto task = std::make_unique<Task>(clock, u"kører"_s, clock.now(), std::nullopt);
+            task->start();
+            const QUuid id = task->id();
+            container.mainContext().insert(std::move(task));
+            return id;
+        }
+        void open()
+        {
+            database = std::make_unique<SQLite::Database>(QFile::encodeName(path()).constData(),
+                                                          SQLite::OPEN_READWRITE);
+            database->exec("ALTER TABLE Task RENAME TO Hidden");
+            context = std::make_unique<ModelContext>(*database, clock, SaveDelays{1h, 1ms});
+            day = std::make_unique<ContentViewModel>();
+            day->setTimerManager(&timer);
+            day->setModelContext(context.get());
+            day->componentComplete();
+        }
+        void heal() const { database->exec("ALTER TABLE Hidden RENAME TO Task"); }
+
+        FakeClock clock;
+        QTemporaryDir directory;
+        TimerManager timer{clock, 1h};
+        std::unique_ptr<SQLite::Database> database;
+        std::unique_ptr<ModelContext> context;
+        std::unique_ptr<ContentViewModel> day;
     };
 
 private Q_SLOTS:
@@ -143,6 +181,65 @@ private Q_SLOTS:
         // then it is of today again back there
         f.clock.travelTo("Asia/Tokyo");
         QCOMPARE(f.day.tasks()->tasks().size(), 1);
+    }
+
+    void shouldTakeUpTheRunningTaskThatIsFirstInTheStore()
+    {
+        Fixture f;
+        Task *const first = f.store.insertTask(u"b"_s, 2);
+        Task *const second = f.store.insertTask(u"a"_s, 1);
+        first->start();
+        second->start();
+        ContentViewModel day;
+        day.setTimerManager(&f.timer);
+        day.setModelContext(&f.store.context());
+        day.componentComplete();
+        QCOMPARE(day.tasks()->sortedTasks().constFirst(), second);
+        QCOMPARE(f.timer.activeTaskID().value(), first->id());
+    }
+
+    void shouldTakeUpTheRunningTaskOnceItsDayCanBeRead()
+    {
+        UnreadableStore f;
+        const QUuid running = f.insertRunningTask();
+        f.open();
+        QVERIFY(!f.day->tasks()->isKnown());
+        QVERIFY(!f.timer.isAnyTaskRunning());
+        f.heal();
+        QTRY_COMPARE(f.timer.activeTaskID(), running);
+        QVERIFY(f.timer.isTicking());
+        // and only that once
+        f.timer.stopAllTasks(AllTasks(*f.context), *f.context);
+        f.day->tasks()->tasks().constFirst()->start();
+        QVERIFY(!f.timer.isAnyTaskRunning());
+    }
+
+    void shouldNotTakeUpARunningTaskOfAnotherDayThatIsReadFirst()
+    {
+        UnreadableStore f;
+        const QUuid running = f.insertRunningTask();
+        f.clock.advance(86400);
+        f.timer.goToToday();
+        f.open();
+        f.heal();
+        f.timer.goToPreviousDay();
+        QTRY_COMPARE(f.day->tasks()->tasks().size(), 1);
+        QVERIFY(f.day->tasks()->withID(running));
+        QVERIFY(!f.timer.isAnyTaskRunning());
+    }
+
+    void shouldLeaveTheTaskActiveThatWasStartedBeforeTheDayCouldBeRead()
+    {
+        UnreadableStore f;
+        f.insertRunningTask();
+        f.open();
+        f.day->addTask();
+        f.day->startFirst();
+        const std::optional<QUuid> started = f.timer.activeTaskID();
+        QVERIFY(started);
+        f.heal();
+        QTRY_COMPARE(f.day->tasks()->tasks().size(), 2);
+        QCOMPARE(f.timer.activeTaskID(), started);
     }
 
     void shouldShowTasksBySortOrder()
