@@ -66,7 +66,8 @@ void ContentViewModel::startFirst()
 
 void ContentViewModel::selectTask(int index)
 {
-    setSelectedTaskIndex(index);
+    if (index >= 0)
+        setSelectedTaskIndex(index);
 }
 
 bool ContentViewModel::handleKey(const DayKey &key)

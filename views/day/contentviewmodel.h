@@ -57,6 +57,7 @@ public:
     Q_INVOKABLE void stopAll();
     /// Starts the day's first task.
     Q_INVOKABLE void startFirst();
+    /// Does nothing if @p index is negative, which that of a row on its way out is.
     Q_INVOKABLE void selectTask(int index);
 
     /// Does what @p key stands for. False if it stands for nothing, or while a row is edited.

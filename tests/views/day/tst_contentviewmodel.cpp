@@ -242,6 +242,18 @@ private Q_SLOTS:
         QCOMPARE(f.timer.activeTaskID(), started);
     }
 
+    void shouldNotSelectARowThatIsOnItsWayOut()
+    {
+        Fixture f;
+        f.addTasks(1);
+        f.day.selectTask(-1);
+        QVERIFY(!f.day.selectedTaskIndex());
+        // and Space acts as if nothing were selected
+        f.press(Qt::Key_Space);
+        QCOMPARE(f.day.selectedTaskIndex().value(), 0);
+        QVERIFY(f.row(0)->isRunning());
+    }
+
     void shouldShowTasksBySortOrder()
     {
         Fixture f;
