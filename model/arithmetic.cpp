@@ -4,11 +4,19 @@
 
 #include <cmath>
 
-qint64 checkedSum(qint64 a, qint64 b)
+namespace
+{
+[[noreturn]] void fail(const char *message, const FatalAdvice &advice)
+{
+    fatalError(message, advice ? advice() : std::string());
+}
+} // namespace
+
+qint64 checkedSum(qint64 a, qint64 b, const FatalAdvice &advice)
 {
     qint64 sum = 0;
     if (__builtin_add_overflow(a, b, &sum))
-        fatalError("Integer overflow: the sum does not fit in 64 bits");
+        fail("Integer overflow: the sum does not fit in 64 bits", advice);
     return sum;
 }
 
@@ -20,18 +28,21 @@ qint64 checkedProduct(qint64 a, qint64 b)
     return product;
 }
 
-qint64 truncatedToInt(double value)
+qint64 truncatedToInt(double value, const FatalAdvice &advice)
 {
     // -2^63 is an integer of 64 bits, 2^63 is the first number that is not.
     constexpr double minimum = -0x1p63;
     constexpr double limit = 0x1p63;
     if (!std::isfinite(value))
-        fatalError("Double value cannot be converted to Int because it is either infinite or NaN");
+        fail("Double value cannot be converted to Int because it is either infinite or NaN",
+             advice);
     if (value < minimum)
-        fatalError("Double value cannot be converted to Int because the result would be less than "
-                   "Int.min");
+        fail("Double value cannot be converted to Int because the result would be less than "
+             "Int.min",
+             advice);
     if (value >= limit)
-        fatalError("Double value cannot be converted to Int because the result would be greater "
-                   "than Int.max");
+        fail("Double value cannot be converted to Int because the result would be greater "
+             "than Int.max",
+             advice);
     return static_cast<qint64>(value);
 }

@@ -2,13 +2,20 @@
 
 #include <QtGlobal>
 
+#include <functional>
+#include <string>
+
 // Whole seconds are counted without wrapping round: a result that does not fit ends the program.
 
+/// Asked, when a calculation ends the program, where its values come from and what to do about
+/// them.
+using FatalAdvice = std::function<std::string()>;
+
 /// @p a + @p b; fatal on overflow.
-[[nodiscard]] qint64 checkedSum(qint64 a, qint64 b);
+[[nodiscard]] qint64 checkedSum(qint64 a, qint64 b, const FatalAdvice &advice = {});
 
 /// @p a × @p b; fatal on overflow.
 [[nodiscard]] qint64 checkedProduct(qint64 a, qint64 b);
 
 /// @p value without its fraction (towards zero); fatal if it is not finite or does not fit.
-[[nodiscard]] qint64 truncatedToInt(double value);
+[[nodiscard]] qint64 truncatedToInt(double value, const FatalAdvice &advice = {});

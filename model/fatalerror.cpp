@@ -18,12 +18,14 @@ void setFatalErrorRescue(std::function<void()> rescue)
     rescueAction() = std::move(rescue);
 }
 
-void fatalError(const char *message)
+void fatalError(const char *message, const std::string &advice)
 {
     // Taken out first: a rescue that fails fatally itself must not start over.
     if (const auto rescue = std::exchange(rescueAction(), {}))
         rescue();
     std::fprintf(stderr, "%s\n", message);
+    if (!advice.empty())
+        std::fprintf(stderr, "%s\n", advice.c_str());
     std::fflush(nullptr);
     // Not exit(): the windows and the store may be in the middle of something.
     std::_Exit(EXIT_FAILURE);

@@ -8,6 +8,8 @@
 #include <SQLiteCpp/Transaction.h>
 #include <sqlite3.h>
 
+#include <QFile>
+
 #include <algorithm>
 
 namespace
@@ -55,6 +57,11 @@ ModelContext::ModelContext(SQLite::Database &database, const Clock &clock, SaveD
 ModelContext::~ModelContext()
 {
     save();
+}
+
+QString ModelContext::storePath() const
+{
+    return QFile::decodeName(m_database.getFilename().c_str());
 }
 
 void ModelContext::insert(std::unique_ptr<Record> record)

@@ -50,6 +50,8 @@ public:
 
     const Clock &clock() const { return m_clock; }
     const SaveDelays &delays() const { return m_delays; }
+    /// The store's file.
+    QString storePath() const;
 
     /// Takes over a newly made record; live queries show it at once.
     void insert(std::unique_ptr<Record> record);

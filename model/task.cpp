@@ -3,8 +3,11 @@
 #include "model/arithmetic.h"
 #include "model/clock.h"
 #include "model/durations.h"
+#include "model/modelcontext.h"
 
 #include <utility>
+
+using namespace Qt::StringLiterals;
 
 Task::Task(const Clock &clock, const QString &name, Instant date,
            std::optional<QString> projectCode, qint64 sortOrder)
@@ -89,7 +92,9 @@ qint64 Task::currentTotalSeconds() const
 {
     if (!m_lastStartTime)
         return m_accumulatedSeconds;
-    return checkedSum(m_accumulatedSeconds, truncatedToInt(m_clock.now() - *m_lastStartTime));
+    const FatalAdvice advice = [this] { return repairAdvice(); };
+    return checkedSum(m_accumulatedSeconds,
+                      truncatedToInt(m_clock.now() - *m_lastStartTime, advice), advice);
 }
 
 QString Task::formattedTime() const
@@ -105,6 +110,24 @@ double Task::decimalHours() const
 double Task::roundedDecimalHours() const
 {
     return ::roundedDecimalHours(currentTotalSeconds());
+}
+
+std::string Task::repairAdvice() const
+{
+    constexpr qsizetype longestName = 60;
+    QString advice = u"The time of the task \""_s + m_name.simplified().left(longestName) +
+                     u"\" of "_s + m_clock.calendar().dayOf(m_date).toString(Qt::ISODate) +
+                     u" cannot be added up (accumulatedSeconds "_s +
+                     QString::number(m_accumulatedSeconds);
+    if (m_lastStartTime)
+        advice += u", lastStartTime "_s + QString::number(*m_lastStartTime, 'f', 3);
+    advice += u")."_s;
+    if (const auto *const context = qobject_cast<const ModelContext *>(parent()))
+        advice += u" It is kept in the store \""_s + context->storePath() +
+                  u"\". This sets it to zero there: UPDATE Task SET accumulatedSeconds = 0, "
+                  "lastStartTime = NULL WHERE id = x'"_s +
+                  QString::fromLatin1(id().toRfc4122().toHex()) + u"';"_s;
+    return advice.toStdString();
 }
 
 QVariant Task::projectCodeVariant() const

@@ -4,6 +4,8 @@
 
 #include <QVariant>
 
+#include <string>
+
 class Clock;
 
 /// One named piece of work on one day, with the time recorded for it. It runs exactly while
@@ -75,6 +77,9 @@ public:
     QString formattedTime() const;
     double decimalHours() const;
     double roundedDecimalHours() const;
+    /// For the message of a fatal error about the task's time: which task of which day it is, what
+    /// is stored of its time and where, and how to set it to zero there. In English.
+    std::string repairAdvice() const;
 
 Q_SIGNALS:
     void nameChanged();

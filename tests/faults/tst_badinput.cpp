@@ -1,6 +1,7 @@
 #include "../support/teststore.h"
 #include "model/livequery.h"
 #include "model/projectcode.h"
+#include "model/systemclock.h"
 #include "model/tasktemplate.h"
 #include "timer/timermanager.h"
 #include "views/row/taskrowviewmodel.h"
@@ -179,6 +180,49 @@ private Q_SLOTS:
             QCOMPARE(task->accumulatedSeconds(), 90);
             QVERIFY(!task->isRunning());
         }
+    }
+
+    void shouldSayWhichTaskEndsTheProgramAtEachStart()
+    {
+        // given two times of today that fit alone and not together
+        const QTemporaryDir home;
+        const QString path = home.filePath(u"dk.tulo.TimeTracker/store.sqlite"_s);
+        const SystemClock clock;
+        constexpr qint64 larger = 6'000'000'000'000'000'000;
+        {
+            ModelContainer container(path, clock);
+            for (const auto &[name, seconds] :
+                 {std::pair(u"Den første"_s, larger - 1), std::pair(u"Den største"_s, larger)}) {
+                auto task = std::make_unique<Task>(clock, name, clock.now(), std::nullopt);
+                task->setAccumulatedSeconds(seconds);
+                container.mainContext().insert(std::move(task));
+            }
+        }
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(u"HOME"_s, home.path());
+        environment.insert(u"XDG_DATA_HOME"_s, home.path());
+        environment.insert(u"XDG_RUNTIME_DIR"_s, home.path());
+        environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s,
+                           u"unix:path="_s + home.path() + u"/bus"_s);
+        const QString day = clock.calendar().dayOf(clock.now()).toString(Qt::ISODate);
+        for (int start = 0; start < 2; ++start) {
+            QProcess program;
+            program.setProcessEnvironment(environment);
+            program.start(QStringLiteral(PROGRAM), {});
+            QVERIFY(program.waitForFinished());
+            QCOMPARE(program.exitStatus(), QProcess::NormalExit);
+            QCOMPARE(program.exitCode(), 1);
+            const QString said = QString::fromUtf8(program.readAllStandardError());
+            QVERIFY2(said.contains(u"Integer overflow: the sum does not fit in 64 bits\n"_s),
+                     qPrintable(said));
+            QVERIFY2(said.contains(u"\"Den største\" of "_s + day), qPrintable(said));
+            QVERIFY2(said.contains(u'"' + path + u'"'), qPrintable(said));
+        }
+        // and nothing of it has been lost
+        ModelContainer container(path, clock);
+        LiveQuery<Task> tasks(container.mainContext(), allRecords(), QueryOrder::Store);
+        QCOMPARE(tasks.results().size(), 2);
+        QCOMPARE(tasks.results().constLast()->accumulatedSeconds(), larger);
     }
 
     void shouldEnterATimeThatFits()

@@ -2,6 +2,7 @@
 
 #include "../support/fakeclock.h"
 #include "model/arithmetic.h"
+#include "model/livequery.h"
 #include "model/modelcontainer.h"
 #include "model/task.h"
 
@@ -31,19 +32,34 @@ int main(int argc, char *argv[])
     else if (way == "product"_L1)
         (void)checkedProduct(most, 2);
     else if (way == "run"_L1 || way == "stop"_L1) {
-        // A store with an unsaved task, and another one whose time overflows.
+        // A store with a task whose time overflows, and another one, both unsaved.
         FakeClock clock;
         ModelContainer container(arguments.value(2), clock);
+        auto made = std::make_unique<Task>(clock, u"For lang"_s, clock.now(), std::nullopt);
+        Task *const task = made.get();
+        container.mainContext().insert(std::move(made));
+        task->setAccumulatedSeconds(most);
+        task->start();
         container.mainContext().insert(
             std::make_unique<Task>(clock, u"Ikke gemt"_s, clock.now(), std::nullopt));
-        Task task(clock, u"For lang"_s, clock.now(), std::nullopt);
-        task.setAccumulatedSeconds(most);
-        task.start();
         clock.advance(1);
         if (way == "stop"_L1)
-            task.stop();
+            task->stop();
         else
-            (void)task.currentTotalSeconds();
+            (void)task->currentTotalSeconds();
+    } else if (way == "infinite-start"_L1) {
+        // A store with a task that has been running since ever.
+        const FakeClock clock;
+        ModelContainer container(arguments.value(2), clock);
+        Task::Values values;
+        values.id = QUuid::createUuid();
+        values.name = u"Uden begyndelse"_s;
+        values.date = clock.today();
+        values.lastStartTime = -std::numeric_limits<double>::infinity();
+        container.mainContext().insert(std::make_unique<Task>(clock, values));
+        container.mainContext().save();
+        LiveQuery<Task> tasks(container.mainContext(), allRecords(), QueryOrder::Store);
+        (void)tasks.results().constFirst()->formattedTime();
     }
     return 0;
 }

@@ -3,6 +3,9 @@
 #include "model/arithmetic.h"
 #include "model/livequery.h"
 
+#include <SQLiteCpp/Database.h>
+
+#include <QFile>
 #include <QProcess>
 #include <QTest>
 
@@ -87,8 +90,56 @@ private Q_SLOTS:
 
         store.open();
         LiveQuery<Task> tasks(store.context(), allRecords(), QueryOrder::Store);
-        QCOMPARE(tasks.results().size(), 1);
-        QCOMPARE(tasks.results().constFirst()->name(), u"Ikke gemt"_s);
+        QCOMPARE(tasks.results().size(), 2);
+        QCOMPARE(tasks.results().constFirst()->accumulatedSeconds(),
+                 std::numeric_limits<qint64>::max());
+        QCOMPARE(tasks.results().constLast()->name(), u"Ikke gemt"_s);
+    }
+
+    void shouldNameTheTaskAndTheStoreThatATimeComesFrom_data()
+    {
+        QTest::addColumn<QString>("way");
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<QString>("task");
+        QTest::addColumn<QString>("values");
+        QTest::newRow("too large a time")
+            << u"run"_s << u"Integer overflow: the sum does not fit in 64 bits"_s
+            << u"\"For lang\" of 2026-11-20"_s
+            << u"accumulatedSeconds 9223372036854775807, lastStartTime 1795158000.000"_s;
+        QTest::newRow("an infinite start")
+            << u"infinite-start"_s
+            << u"Double value cannot be converted to Int because it is either infinite or NaN"_s
+            << u"\"Uden begyndelse\" of 2026-11-20"_s
+            << u"accumulatedSeconds 0, lastStartTime -inf"_s;
+    }
+    void shouldNameTheTaskAndTheStoreThatATimeComesFrom()
+    {
+        QFETCH(QString, way);
+        QFETCH(QString, message);
+        QFETCH(QString, task);
+        QFETCH(QString, values);
+        const FakeClock clock;
+        TestStore store(clock);
+        store.close();
+
+        const QStringList lines = runProbe({way, store.path()}).message.split(u'\n');
+        QCOMPARE(lines.size(), 3);
+        QCOMPARE(lines.at(0), message);
+        QVERIFY2(lines.at(1).contains(task), qPrintable(lines.at(1)));
+        QVERIFY2(lines.at(1).contains(values), qPrintable(lines.at(1)));
+        QVERIFY2(lines.at(1).contains(u'"' + store.path() + u'"'), qPrintable(lines.at(1)));
+
+        // and what it says puts an end to it, leaving the rest as it was
+        const qsizetype statement = lines.at(1).indexOf(u"UPDATE "_s);
+        QVERIFY(statement >= 0);
+        SQLite::Database(QFile::encodeName(store.path()).constData(), SQLite::OPEN_READWRITE)
+            .exec(lines.at(1).sliced(statement).toStdString());
+        store.open();
+        LiveQuery<Task> tasks(store.context(), allRecords(), QueryOrder::Store);
+        Task *const repaired = tasks.results().constFirst();
+        QVERIFY(task.contains(repaired->name()));
+        QCOMPARE(repaired->formattedTime(), u"00:00:00"_s);
+        QVERIFY(!repaired->isRunning());
     }
 };
 

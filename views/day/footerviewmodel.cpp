@@ -3,7 +3,24 @@
 #include "model/arithmetic.h"
 #include "model/durations.h"
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
+
+namespace
+{
+/// What to do about a sum that does not fit: the task with the most time is the one to look at.
+std::string adviceOn(const QList<Task *> &tasks)
+{
+    const auto size = [](const Task *task) {
+        const auto seconds = static_cast<quint64>(task->currentTotalSeconds());
+        return task->currentTotalSeconds() < 0 ? 0 - seconds : seconds;
+    };
+    return (*std::max_element(tasks.cbegin(), tasks.cend(),
+                              [&](const Task *a, const Task *b) { return size(a) < size(b); }))
+        ->repairAdvice();
+}
+} // namespace
 
 FooterViewModel::FooterViewModel(QObject *parent)
     : QObject(parent)
@@ -49,7 +66,7 @@ void FooterViewModel::update()
     const QList<Task *> tasks = m_tasks ? m_tasks->tasks() : QList<Task *>();
     for (const Task *task : tasks) {
         const qint64 taskSeconds = task->currentTotalSeconds();
-        seconds = checkedSum(seconds, taskSeconds);
+        seconds = checkedSum(seconds, taskSeconds, [&tasks] { return adviceOn(tasks); });
         // Rounded for each task, so that the sum is that of the rows.
         hours += m_showBillableTime ? roundedDecimalHours(taskSeconds) : decimalHours(taskSeconds);
     }
