@@ -5,8 +5,9 @@
 
 #include <QGuiApplication>
 
-TimeTrackerApp::TimeTrackerApp(QQmlEngine &engine, const QDBusConnection &connection)
-    : m_sharedModelContainer(openStore(m_clock))
+TimeTrackerApp::TimeTrackerApp(QQmlEngine &engine, const QDBusConnection &connection,
+                               SaveDelays delays)
+    : m_sharedModelContainer(openStore(m_clock, delays))
     , m_timerManager(m_clock)
     , m_mainWindow(engine, m_clock, m_timerManager, m_sharedModelContainer->mainContext())
     , m_menuBarExtra(connection, engine, m_timerManager, m_sharedModelContainer->mainContext())
@@ -29,10 +30,10 @@ void TimeTrackerApp::openMainWindow(const QString &activationToken)
     m_mainWindow.open(activationToken);
 }
 
-std::unique_ptr<ModelContainer> TimeTrackerApp::openStore(const Clock &clock)
+std::unique_ptr<ModelContainer> TimeTrackerApp::openStore(const Clock &clock, SaveDelays delays)
 {
     try {
-        return std::make_unique<ModelContainer>(ModelContainer::defaultPath(), clock);
+        return std::make_unique<ModelContainer>(ModelContainer::defaultPath(), clock, delays);
     } catch (const StoreError &error) {
         fatalError((std::string("Could not create ModelContainer: ") + error.what()).c_str());
     }

@@ -15,14 +15,14 @@ class TimeTrackerApp : public QObject
 public:
     /// Opens the user's store; if that fails the program ends with a message. @p engine makes the
     /// windows and outlives it; @p connection is the session bus, or one that is not connected.
-    TimeTrackerApp(QQmlEngine &engine, const QDBusConnection &connection);
+    TimeTrackerApp(QQmlEngine &engine, const QDBusConnection &connection, SaveDelays delays = {});
 
     /// Opens the main window, or brings the open one forward. @p activationToken is what the
     /// desktop gave to who asked for it, or empty.
     void openMainWindow(const QString &activationToken = {});
 
 private:
-    static std::unique_ptr<ModelContainer> openStore(const Clock &clock);
+    static std::unique_ptr<ModelContainer> openStore(const Clock &clock, SaveDelays delays);
 
     SystemClock m_clock;
     std::unique_ptr<ModelContainer> m_sharedModelContainer;

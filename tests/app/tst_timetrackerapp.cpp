@@ -1,0 +1,95 @@
+#include "app/timetrackerapp.h"
+
+#include "model/livequery.h"
+#include "tests/support/qmltest.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QQmlEngine>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+/// The application object: what the program does at its end.
+class TestTimeTrackerApp : public QObject
+{
+    Q_OBJECT
+
+private:
+    /// An application with an open window that writes nothing by itself.
+    struct Fixture {
+        Fixture()
+        {
+            qputenv("XDG_DATA_HOME", QFile::encodeName(home.path()));
+            engine.addImportPath(u"qrc:/qt/qml"_s);
+            app = std::make_unique<TimeTrackerApp>(engine, QDBusConnection(u"none"_s),
+                                                   SaveDelays{1h, 1h});
+            app->openMainWindow();
+        }
+
+        bool addTask() const
+        {
+            for (QWindow *window : QGuiApplication::topLevelWindows()) {
+                if (window->title() == u"TULO Time Tracker"_s) {
+                    window->requestActivate();
+                    if (!QTest::qWaitForWindowActive(window))
+                        return false;
+                    QTest::keyClick(window, Qt::Key_Return, Qt::ControlModifier);
+                    return true;
+                }
+            }
+            return false;
+        }
+        /// The number of tasks on the disk, by a copy of the files: the store itself is held.
+        qsizetype storedTasks() const
+        {
+            const QFileInfo store(ModelContainer::defaultPath());
+            const QTemporaryDir copy;
+            for (const QFileInfo &file : store.dir().entryInfoList(QDir::Files))
+                QFile::copy(file.filePath(), copy.filePath(file.fileName()));
+            const SystemClock clock;
+            ModelContainer container(copy.filePath(store.fileName()), clock);
+            return LiveQuery<Task>(container.mainContext(), allRecords(), QueryOrder::Store)
+                .results()
+                .size();
+        }
+
+        qmltest::WarningsAreFailures guard;
+        QTemporaryDir home;
+        QQmlEngine engine;
+        std::unique_ptr<TimeTrackerApp> app;
+    };
+
+private Q_SLOTS:
+    void shouldSaveWhenItQuits()
+    {
+        const Fixture f;
+        QVERIFY(f.addTask());
+        QCOMPARE(f.storedTasks(), 0);
+        // What comes after it in the same signal sees what it has done.
+        qsizetype stored = -1;
+        connect(qApp, &QCoreApplication::aboutToQuit, this, [&] { stored = f.storedTasks(); });
+        QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+        QCoreApplication::exec();
+        QCOMPARE(stored, 1);
+    }
+
+    void shouldSaveWhenTheSessionEnds()
+    {
+        const Fixture f;
+        QVERIFY(f.addTask());
+        QCOMPARE(f.storedTasks(), 0);
+        // Only a session has a manager; here is another object, and nobody looks at it.
+        QObject manager;
+        QVERIFY(QMetaObject::invokeMethod(qApp, "commitDataRequest", Qt::DirectConnection,
+                                          QGenericArgument("QSessionManager&", &manager)));
+        QCOMPARE(f.storedTasks(), 1);
+    }
+};
+
+QTEST_MAIN(TestTimeTrackerApp)
+#include "tst_timetrackerapp.moc"
