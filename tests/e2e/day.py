@@ -153,6 +153,41 @@ class Day(harness.Story):
         with self.running() as program:
             program.row(UNNAMED)
 
+    def shouldLeaveATaskOfAnEarlierDayRunningWhenItStarts(self):
+        with self.running() as program:
+            press("Left")
+            program.see("text", danish_date(-1))
+            program.press_button("Ny opgave")
+            program.rename(UNNAMED, FIRST)
+            program.press_button(f"Start {FIRST}")
+            program.see_running(FIRST)
+            program.quit()
+            program.ends_well()
+
+        with self.running() as program:
+            # Nothing of today runs, and so there is nothing to pause.
+            program.see("text", danish_date())
+            program.see("text", EMPTY)
+            program.press_button("Ny opgave")
+            program.rename(UNNAMED, SECOND)
+            program.see("button", "Start første opgave")
+
+            # It goes on when another one starts.
+            program.press_button(f"Start {SECOND}")
+            program.see_running(SECOND)
+            press("Left")
+            program.see_running(FIRST)
+            before = program.clock(FIRST)[0]
+            program.wait_for_clock(FIRST, before + 1)
+
+            # To pause means all of them.
+            program.press_button("Sæt aktiv opgave på pause")
+            program.see_stopped(FIRST)
+            press("Right")
+            program.see_stopped(SECOND)
+            program.quit()
+            program.ends_well()
+
     def shouldRefuseAStoreThatAnotherOneHolds(self):
         with self.running() as program:
             self.assertTrue(any((self.home / STORE).iterdir()))

@@ -73,6 +73,7 @@ class MenuBar(harness.Story):
                 program.see_no_window_called(PANEL)
 
                 self.leave_and_come_back(program)
+                self.stop_and_start_while_closed(program)
                 self.stop_from_panel_and_quit(program)
 
     def shouldTimeTasksFromAnXEmbedTray(self):
@@ -129,6 +130,16 @@ class MenuBar(harness.Story):
     def leave_and_come_back(self, program):
         program.close_main_window()
         desktop.click_item()
+        program.press_in_panel("Åbn Time Tracker")
+        program.see_in_main(f"Sæt på pause: {TASK}")
+        program.see_no_window_called(PANEL)
+        program.wait_for_clock(TASK, program.clock(TASK)[0] + 1)
+
+    def stop_and_start_while_closed(self, program):
+        program.close_main_window()
+        desktop.click_item()
+        program.press_in_panel(f"Sæt på pause: {TASK}")
+        program.press_in_panel(f"Start {TASK}")
         program.press_in_panel("Åbn Time Tracker")
         program.see_in_main(f"Sæt på pause: {TASK}")
         program.see_no_window_called(PANEL)

@@ -2,10 +2,14 @@
 #include "model/tasklist.h"
 #include "timer/timermanager.h"
 
+#include <SQLiteCpp/Database.h>
+
+#include <QFile>
 #include <QSignalSpy>
 #include <QTest>
 
 #include <algorithm>
+#include <memory>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -293,6 +297,59 @@ private Q_SLOTS:
         f.timer.startTask(a, f.all, f.context);
         QCOMPARE(f.timer.tick(), stopped);
         QTRY_VERIFY(f.timer.tick() > stopped);
+    }
+
+    void shouldTickOnceASecondAndNotBeforeTheFirstOne()
+    {
+        // given the program's own beat, and timers that are due between its ticks
+        FakeClock clock;
+        TestStore store(clock, {1h, 1h});
+        TimerManager timer(clock);
+        timer.startTask(store.insertTask(u"a"_s), AllTasks(store.context()), store.context());
+        // However late they all are, timers go off in the order in which they are due.
+        QList<qint64> ticks;
+        for (const auto due : {900ms, 1900ms, 2900ms})
+            QTimer::singleShot(due, Qt::PreciseTimer, this, [&] { ticks << timer.tick(); });
+        QTRY_COMPARE(ticks.size(), 3);
+        QCOMPARE(ticks.at(0), 0);
+        QCOMPARE(ticks.at(1), 1);
+        QVERIFY(ticks.at(2) <= 2);
+        QTRY_VERIFY(timer.tick() >= 3);
+    }
+
+    void shouldGoOnWhenASaveFails()
+    {
+        // given a store that cannot be written
+        const QTemporaryDir directory;
+        const QString path = directory.filePath(u"store.sqlite"_s);
+        const FakeClock clock;
+        std::make_unique<ModelContainer>(path, clock).reset();
+        SQLite::Database database(QFile::encodeName(path).constData(), SQLite::OPEN_READWRITE);
+        ModelContext context(database, clock, {1h, 1h});
+        const AllTasks all(context);
+        QVERIFY(all.running().isEmpty());
+        database.exec("ALTER TABLE Task RENAME TO Hidden");
+        TimerManager timer(clock, 1h);
+        auto made = std::make_unique<Task>(clock, u"a"_s, clock.now(), std::nullopt);
+        Task *const task = made.get();
+        context.insert(std::move(made));
+
+        timer.startTask(task, all, context);
+        QVERIFY(task->isRunning());
+        QCOMPARE(timer.activeTaskID().value(), task->id());
+        QVERIFY(timer.isTicking());
+        QVERIFY(context.hasChanges());
+        timer.stopTask(task, context);
+        QVERIFY(!timer.isTicking());
+        timer.toggleTask(task, all, context);
+        timer.stopAllTasks(all, context);
+        QVERIFY(!task->isRunning());
+        QVERIFY(context.hasChanges());
+
+        // then nothing is lost once it can be written
+        database.exec("ALTER TABLE Hidden RENAME TO Task");
+        timer.startTask(task, all, context);
+        QVERIFY(!context.hasChanges());
     }
 
     void shouldHaveOneTimerHoweverOftenItStarts()

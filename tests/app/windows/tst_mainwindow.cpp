@@ -2,6 +2,7 @@
 #include "model/tasklist.h"
 #include "tests/support/qmltest.h"
 #include "tests/support/teststore.h"
+#include "views/menubar/menubarviewmodel.h"
 
 #include <QQmlEngine>
 #include <QQuickItem>
@@ -57,6 +58,7 @@ private Q_SLOTS:
         QCOMPARE(changes.size(), 1);
         QCOMPARE(f.main.window()->title(), u"TULO Time Tracker"_s);
         QCOMPARE(f.main.window()->size(), QSize(650, 450));
+        QCOMPARE(f.main.window()->minimumSize(), QSize(550, 350));
     }
 
     void shouldNotOpenASecondWindow()
@@ -127,6 +129,28 @@ private Q_SLOTS:
         QVERIFY(f.open());
         QCOMPARE(f.timer.activeTaskID(), task->id());
         QVERIFY(f.timer.isTicking());
+    }
+
+    void shouldShowATaskThatWasStartedFromThePanelWhileItWasClosed()
+    {
+        Fixture f;
+        Task *const task = f.store.insertTask(u"A"_s);
+        QVERIFY(f.open());
+        f.close();
+        MenuBarViewModel panel(f.timer, f.store.context());
+        panel.toggleTask(task);
+        f.clock.advance(65);
+
+        QVERIFY(f.open());
+        QVERIFY(task->isRunning());
+        QCOMPARE(f.timer.activeTaskID(), task->id());
+        QVERIFY(f.timer.isTicking());
+        QCOMPARE(f.item("timeText")->property("text").toString(), u"00:01:05"_s);
+        // and the window's keys stop it
+        QTest::keyClick(f.main.window(), Qt::Key_Space);
+        QVERIFY(!task->isRunning());
+        QCOMPARE(task->accumulatedSeconds(), 65);
+        QVERIFY(!f.timer.isTicking());
     }
 
     void shouldGiveUpAnActiveTaskOfAnotherDayWhenItOpensAgain()
