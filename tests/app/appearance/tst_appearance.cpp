@@ -44,12 +44,7 @@ public:
     }
     int questions() const { return m_questions; }
     /// Waits until the program has what was sent to it.
-    void settle()
-    {
-        m_peer.call(QDBusConnection::sessionBus().baseService(), u"/"_s,
-                    u"org.freedesktop.DBus.Peer"_s, u"Ping"_s);
-        QCoreApplication::processEvents();
-    }
+    void settle() { m_peer.ping(QDBusConnection::sessionBus().baseService()); }
 
 public Q_SLOTS:
     Q_SCRIPTABLE QDBusVariant Read(const QString &group, const QString &key)

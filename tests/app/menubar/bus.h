@@ -10,11 +10,10 @@
 #include <QTest>
 #include <QTimer>
 
-/// Lets everything happen that is due now. One round of the event loop may leave out the timers of
-/// no time.
+/// Lets the timers of no time run out that have been started.
 inline void settle()
 {
-    // A timer of its own: they are served in their order.
+    // Timers that are due at the same time are served in the order of their starts.
     QTimer timer;
     timer.setSingleShot(true);
     timer.start(0);
@@ -46,7 +45,12 @@ public:
         QDBusMessage message = QDBusMessage::createMethodCall(service, path, interface, method);
         message.setArguments(arguments);
         const QDBusPendingCallWatcher watcher(m_connection.asyncCall(message));
-        if (!QTest::qWaitFor([&] { return watcher.isFinished(); }, 30'000))
+        // The watcher's signal waits its turn behind the signals that came before the answer, which
+        // another thread reads from the bus. isFinished() would be true before those are delivered.
+        bool isDelivered = false;
+        QObject::connect(&watcher, &QDBusPendingCallWatcher::finished, this,
+                         [&isDelivered] { isDelivered = true; });
+        if (!QTest::qWaitFor([&isDelivered] { return isDelivered; }, 30'000))
             QTest::qFail("no answer", __FILE__, __LINE__);
         return watcher.reply();
     }
@@ -70,7 +74,14 @@ public:
                                       SLOT(note(QDBusMessage))))
                 QTest::qFail("cannot listen", __FILE__, __LINE__);
         }
-        // Its answer tells that the bus knows of it.
+        // Once there is an answer, the bus knows of it, and nothing older is under way any more.
+        ping(service);
+        m_heard.clear();
+    }
+    /// Returns once everything has been delivered that this party and @p service had sent to each
+    /// other before.
+    void ping(const QString &service)
+    {
         call(service, QStringLiteral("/"), QStringLiteral("org.freedesktop.DBus.Peer"),
              QStringLiteral("Ping"));
     }
@@ -85,9 +96,7 @@ public:
     QList<QDBusMessage> heardMessages(const QString &service)
     {
         settle();
-        // An answer comes after all that its sender has sent before it.
-        call(service, QStringLiteral("/"), QStringLiteral("org.freedesktop.DBus.Peer"),
-             QStringLiteral("Ping"));
+        ping(service);
         return std::exchange(m_heard, {});
     }
 

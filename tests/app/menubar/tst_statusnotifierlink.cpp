@@ -50,7 +50,7 @@ private Q_SLOTS:
         StatusNotifierLink link(m_bus);
         link.keepRegistered();
         QSignalSpy changes(&link, &StatusNotifierLink::changed);
-        watcher.peer().call(m_bus.baseService(), u"/"_s, u"org.freedesktop.DBus.Peer"_s, u"Ping"_s);
+        watcher.peer().ping(m_bus.baseService());
         QVERIFY(link.hasWatcher());
         QVERIFY(!link.hasHost());
         watcher.registerHost();
