@@ -1,6 +1,5 @@
 """A day's work in the main window, and what of it is there after the program ended."""
 
-import subprocess
 import tempfile
 import time
 
@@ -194,15 +193,11 @@ class Day(harness.Story):
 
             # One on another bus, so that it does not find the first and leave the work to it.
             with tempfile.TemporaryDirectory() as runtime:
-                second = subprocess.run(
-                    [self.executable], stdin=subprocess.DEVNULL, capture_output=True, text=True,
-                    timeout=harness.DEADLINE,
-                    env=self.environment() | {
-                        "XDG_RUNTIME_DIR": runtime,
-                        "DBUS_SESSION_BUS_ADDRESS": f"unix:path={runtime}/bus"})
+                status, said = self.run_again(
+                    XDG_RUNTIME_DIR=runtime, DBUS_SESSION_BUS_ADDRESS=f"unix:path={runtime}/bus")
 
-            self.assertEqual(second.returncode, 1)
-            self.assertIn("Could not create ModelContainer: ", second.stderr)
+            self.assertEqual(status, 1)
+            self.assertIn("Could not create ModelContainer: ", said)
             program.press_button("Ny opgave")
             program.row(UNNAMED)
 

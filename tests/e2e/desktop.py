@@ -13,7 +13,7 @@ import tempfile
 
 from gi.repository import Gio, GLib
 
-from harness import seconds, wait_until, xdotool
+from harness import DEADLINE, seconds, wait_until, xdotool
 
 # The panels stand at the top edge and are this high.
 PANEL_HEIGHT = 28
@@ -92,7 +92,7 @@ def xembed_tray():
 def _call(service, path, interface, method, arguments, answer):
     bus = Gio.bus_get_sync(Gio.BusType.SESSION)
     return bus.call_sync(service, path, interface, method, arguments, GLib.VariantType(answer),
-                         Gio.DBusCallFlags.NO_AUTO_START, 5000, None).unpack()
+                         Gio.DBusCallFlags.NO_AUTO_START, DEADLINE * 1000, None).unpack()
 
 
 def _property(service, path, interface, name):
@@ -153,5 +153,5 @@ def click_item():
     def still():
         place = _find_icon()
         return place if place is not None and place == _find_icon() else None
-    x, y = wait_until(still, "the item's icon is in the panel", 30)
+    x, y = wait_until(still, "the item's icon is in the panel")
     xdotool("mousemove", x, y, "click", 1)

@@ -49,12 +49,8 @@ class Instance(harness.Story):
         super().setUp()
         self.addCleanup(xdotool, "set_desktop", 0)
 
-    def start_again(self, without=(), **more):
-        environment = {name: value for name, value in (self.environment() | more).items()
-                       if name not in without}
-        second = subprocess.run([self.executable], stdin=subprocess.DEVNULL, capture_output=True,
-                                text=True, timeout=harness.DEADLINE, env=environment)
-        self.assertEqual((second.returncode, second.stdout, second.stderr), (0, "", ""))
+    def start_again(self, **environment):
+        self.assertEqual(self.run_again(**environment), (0, ""))
 
     @contextlib.contextmanager
     def running_with_window(self):
@@ -102,7 +98,7 @@ class Instance(harness.Story):
 
     def shouldBeFoundWithoutABus(self):
         with self.running_with_window() as (program, window), another_window():
-            self.start_again(without=["DBUS_SESSION_BUS_ADDRESS"])
+            self.start_again(DBUS_SESSION_BUS_ADDRESS=None)
             wait_until(lambda: active_window() == window, "the window is active")
 
     def shouldBeFoundFromAnotherHome(self):
@@ -130,12 +126,10 @@ class Instance(harness.Story):
     def shouldSayThatTheFirstDoesNotAnswer(self):
         with self.running() as program:
             program.process.send_signal(signal.SIGSTOP)
-            second = subprocess.run(
-                [self.executable], stdin=subprocess.DEVNULL, capture_output=True, text=True,
-                timeout=4 * harness.DEADLINE, env=self.environment())
+            answer = self.run_again()
             program.process.send_signal(signal.SIGCONT)
-            self.assertEqual((second.returncode, second.stdout, second.stderr),
-                             (1, "", "TULO Time Tracker is running already, but does not answer\n"))
+            self.assertEqual(
+                answer, (1, "TULO Time Tracker is running already, but does not answer\n"))
             program.see_window()
 
 
