@@ -24,6 +24,8 @@ import gi
 gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, Gio, GLib
 
+import tree
+
 TITLE = "TULO Time Tracker"
 STORE = ".local/share/dk.tulo.TimeTracker"
 # How long a change may take to be on disk; what is older survives anything.
@@ -122,14 +124,6 @@ def take_picture(file):
     subprocess.run([*command, file], check=False)
 
 
-def walk(node):
-    yield node
-    for index in range(node.get_child_count()):
-        child = node.get_child_at_index(index)
-        if child is not None:
-            yield from walk(child)
-
-
 def role_of(node):
     """The role as it is called here, or as the library calls it."""
     number = int(node.get_role())
@@ -138,7 +132,7 @@ def role_of(node):
 
 
 def has_state(node, state):
-    return node.get_state_set().contains(state)
+    return node.has_state(state)
 
 
 def is_selected(node):
@@ -151,11 +145,6 @@ def is_showing(node):
 
 def is_checked(node):
     return has_state(node, Atspi.StateType.CHECKED)
-
-
-def extents(node):
-    place = node.get_extents(Atspi.CoordType.SCREEN)
-    return place.x, place.y, place.width, place.height
 
 
 class Program:
@@ -190,12 +179,10 @@ class Program:
         context = GLib.MainContext.default()
         while context.pending():
             context.iteration(False)
-        desktop = Atspi.get_desktop(0)
-        for index in range(desktop.get_child_count()):
+        for application in tree.applications():
             with contextlib.suppress(GLib.Error):
-                child = desktop.get_child_at_index(index)
-                if child is not None and child.get_process_id() == self.process.pid:
-                    return child
+                if application.get_process_id() == self.process.pid:
+                    return application
         return None
 
     def all(self, role, name=None, within=None, description=None):
@@ -203,11 +190,14 @@ class Program:
         root = within or self.root()
         if root is None:
             return []
-        return [node for node in walk(root)
-                if int(node.get_role()) in ROLES[role]
-                and name in (None, node.get_name())
-                and description in (None, node.get_description())
-                and is_showing(node)]
+
+        def is_wanted(node):
+            return (node.get_role() in ROLES[role]
+                    and name in (None, node.get_name())
+                    and description in (None, node.get_description())
+                    and is_showing(node))
+        nodes = tree.walk(root)
+        return [node for node, wanted in zip(nodes, tree.ask(is_wanted, nodes)) if wanted]
 
     def see(self, role, name=None, within=None, description=None):
         """Waits until exactly one such thing is shown, and returns it."""
@@ -226,8 +216,7 @@ class Program:
             root = self.root()
             return root is not None and any(
                 node.get_name() == TITLE and has_state(node, Atspi.StateType.ACTIVE)
-                for node in (root.get_child_at_index(index)
-                             for index in range(root.get_child_count())))
+                for node in root.get_children())
         wait_until(lambda: self.process.poll() is not None or window(), "the window is active")
         self.case.assertIsNone(self.process.poll(), "The program has ended")
 
@@ -236,9 +225,9 @@ class Program:
     def click(self, node):
         """Clicks the middle of something once it stands still."""
         def still():
-            place = extents(node)
+            place = node.get_extents()
             time.sleep(0.03)
-            return place if place == extents(node) and place[2] > 0 and place[3] > 0 else None
+            return place if place == node.get_extents() and place[2] > 0 and place[3] > 0 else None
         x, y, width, height = wait_until(still, f'"{node.get_name()}" stands still')
         xdotool("mousemove", x + width // 2, y + height // 2, "click", 1)
 
@@ -314,18 +303,17 @@ class Program:
             file.write(f"Ended with: {self.process.poll()}\nWritten by the program:\n"
                        f"{self.output()}\nAccessibility tree:\n")
             with contextlib.suppress(GLib.Error):
-                self._dump(self.root(), file)
+                if root := self.root():
+                    self._dump(root, file)
         print(f"See {name}.png and {name}.txt", file=sys.stderr)
 
     def _dump(self, node, file, depth=0):
-        if node is None:
-            return
-        states = [state.value_nick for state in node.get_state_set().get_states()]
-        place = extents(node) if "Component" in node.get_interfaces() else ""
+        states = [state.value_nick for state in node.get_states()]
+        place = node.get_extents() if tree.NAMES + "Component" in node.get_interfaces() else ""
         file.write(f'{"  " * depth}{node.get_role_name()} "{node.get_name()}" '
                    f'"{node.get_description()}" {place} {" ".join(states)}\n')
-        for index in range(node.get_child_count()):
-            self._dump(node.get_child_at_index(index), file, depth + 1)
+        for child in node.get_children():
+            self._dump(child, file, depth + 1)
 
 
 class Story(unittest.TestCase):
@@ -380,9 +368,8 @@ def main():
         # So that xdotool need not invent keys for the Danish letters.
         subprocess.run(["setxkbmap", "dk"], check=True)
 
+    # For what is told of changes. Its own patience is less than a second.
     Atspi.init()
-    # Its own patience, less than a second, is for users. A program that is not there any more is
-    # not waited for.
     Atspi.set_timeout(DEADLINE * 1000, DEADLINE * 1000)
     Atspi.get_desktop(0).set_cache_mask(Atspi.Cache.NONE)
     loader = unittest.TestLoader()

@@ -7,11 +7,12 @@ import datetime
 
 import desktop
 import harness
+import tree
 from dayprogram import UNNAMED
 from gi.repository import Atspi, GLib
 from harness import (danish_date, has_state, is_checked, is_selected, is_showing, press, role_of,
-                     seconds, wait_until, walk)
-from heardprogram import HeardProgram, actions
+                     seconds, wait_until)
+from heardprogram import HeardProgram
 from menubar import CLOCK, PANEL
 
 EMPTY = "Ingen opgaver for denne dag"
@@ -119,7 +120,7 @@ class Heard(harness.Story):
         shown, button = program.clock(FIRST)
         program.click(button)
         field = program.see("field", "Tid")
-        self.assertEqual(seconds(Atspi.Text.get_text(field, 0, -1)), shown)
+        self.assertEqual(seconds(field.get_text()), shown)
         self.assertTrue(has_state(field, Atspi.StateType.EDITABLE))
         program.fill_in("Tid", "1:30")
         self.assertEqual(program.clock(FIRST)[0], 5400)
@@ -129,7 +130,7 @@ class Heard(harness.Story):
         program.press_button("Ny projektkode")
         program.press_button("Tilføj projektkode")  # does nothing yet
         program.type_into("Kode", CODE)
-        Atspi.Component.grab_focus(program.see("field", "Navn (valgfrit)"))
+        program.see("field", "Navn (valgfrit)").grab_focus()
         program.type_into("Navn (valgfrit)", CODE_NAME)
         program.press_button("Tilføj projektkode")
         program.see("list item", f"{CODE} – {CODE_NAME}")
@@ -277,7 +278,7 @@ class Heard(harness.Story):
             program.make_task(FIRST)
             program.press_button(f"Start {FIRST}")
             clock = program.see_window_called(CLOCK)
-            Atspi.Component.grab_focus(program.clock(FIRST)[1])
+            program.clock(FIRST)[1].grab_focus()
             wait_until(lambda: has_state(program.clock(FIRST)[1], Atspi.StateType.FOCUSED),
                        "the time has the keyboard")
 
@@ -308,7 +309,7 @@ class Heard(harness.Story):
             self.check_names(program)
             program.type_into("Kode", CODE)
             program.press_button("Tilføj projektkode")
-            Atspi.Component.grab_focus(program.see("field", "Navn"))
+            program.see("field", "Navn").grab_focus()
             program.type_into("Navn", TEMPLATE)
             program.press_button("Tilføj skabelon")
             self.check_names(program)
@@ -333,16 +334,17 @@ class Heard(harness.Story):
     def check_names(self, program):
         """All that is shown has a name and a role, and what is a control can be pressed."""
         nameless, dumb = [], []
-        shown = [node for node in walk(program.root()) if is_showing(node)]
+        shown = [node for node in tree.walk(program.root()) if is_showing(node)]
         for node in shown:
             role = role_of(node)
             # Of Qt 6.8, a list's delegate is in the tree, too: readers pass over what only fills.
-            if role == "filler" and node.get_child_count() > 0:
+            if role == "filler" and node.get_children():
                 continue
             if role in ("unknown", "invalid", "filler") or (not node.get_name()
                                                             and role != "separator"):
-                nameless.append((role, node.get_name(), harness.extents(node)))
-            if role in ("button", "radio button", "menu item") and "Press" not in actions(node):
+                nameless.append((role, node.get_name(), node.get_extents()))
+            is_control = role in ("button", "radio button", "menu item")
+            if is_control and "Press" not in node.get_actions():
                 dumb.append((role, node.get_name()))
         self.assertGreater(len(shown), 50)
         self.assertEqual((nameless, dumb), ([], []))

@@ -1,17 +1,7 @@
 """The program without a mouse: what a click would do, assistive technology does."""
 
-import warnings
-
 from menubar import MenuBarProgram
 from sidecolumn import SideColumnProgram
-
-
-def actions(node):
-    """The names of what can be done to it."""
-    with warnings.catch_warnings():
-        # The method that this one is deprecated for has the name of another one here.
-        warnings.simplefilter("ignore", DeprecationWarning)
-        return [node.get_action_name(index) for index in range(node.get_n_actions())]
 
 
 class HeardProgram(SideColumnProgram, MenuBarProgram):
@@ -19,6 +9,5 @@ class HeardProgram(SideColumnProgram, MenuBarProgram):
 
     def click(self, node):
         """Performs the press action of something."""
-        names = actions(node)
-        self.case.assertIn("Press", names, f'"{node.get_name()}" cannot be pressed')
-        node.do_action(names.index("Press"))
+        self.case.assertIn("Press", node.get_actions(), f'"{node.get_name()}" cannot be pressed')
+        node.do_action("Press")

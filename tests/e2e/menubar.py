@@ -18,11 +18,9 @@ class MenuBarProgram(DayProgram):
 
     def window(self, title):
         root = self.root()
-        windows = [] if root is None else [
-            root.get_child_at_index(index) for index in range(root.get_child_count())]
+        windows = [] if root is None else root.get_children()
         return next((window for window in windows
-                     if window is not None and window.get_name() == title
-                     and harness.is_showing(window)), None)
+                     if window.get_name() == title and harness.is_showing(window)), None)
 
     def see_window_called(self, title):
         return wait_until(lambda: self.window(title), f'the window "{title}" is there')

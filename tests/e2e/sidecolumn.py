@@ -94,7 +94,7 @@ class SideColumn(harness.Story):
 
     @staticmethod
     def middle(node):
-        x, y, width, height = harness.extents(node)
+        x, y, width, height = node.get_extents()
         return x + width // 2, y + height // 2
 
 

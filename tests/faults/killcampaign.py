@@ -326,7 +326,7 @@ class KillCampaign(harness.Story):
 
     @staticmethod
     def point_at(node):
-        x, y, width, height = harness.extents(node)
+        x, y, width, height = node.get_extents()
         xdotool("mousemove", x + width // 2, y + height // 2)
 
     # Looking
