@@ -111,7 +111,8 @@ Item {
         }
     }
 
-    Item {
+    // Keeps the focus on the one day that Tab stops at.
+    FocusScope {
         id: grid
 
         readonly property real rowHeight: 22
@@ -162,8 +163,6 @@ Item {
                 width: grid.cellWidth
                 height: grid.rowHeight
                 visible: day > 0
-                onVisibleChanged: if (!visible)
-                    focus = false
                 onTap: calendar.dateSelected(date)
             }
         }

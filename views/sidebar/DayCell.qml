@@ -13,6 +13,8 @@ PlainButton {
     required property string name
     required property bool isSelected
     required property bool isToday
+    /// Whether Tab stops here. Of the calendar's days, it is at one.
+    required property bool isTabStop
 
     readonly property color foregroundColor: isSelected ? "white" : isToday ? Theme.brandAccent : Theme.primary
 
@@ -20,9 +22,14 @@ PlainButton {
 
     radius: height / 2
     text: name
+    focus: isTabStop
+    focusPolicy: isTabStop ? Qt.TabFocus : Qt.NoFocus
     Accessible.selectable: true
     Accessible.selected: isSelected
     onClicked: tap()
+    // Its ring is shown also when the focus has come along with the selected day.
+    onActiveFocusChanged: if (activeFocus)
+        focusReason = Qt.TabFocusReason
 
     // A bare text: there are many cells, and the button says what assistive technology is told.
     contentItem: Text {

@@ -8,12 +8,31 @@
 
 using namespace Qt::StringLiterals;
 
+namespace
+{
+
+int tabStopOf(const std::vector<std::optional<QDate>> &grid, QDate selectedDay)
+{
+    auto place = std::find(grid.begin(), grid.end(), selectedDay);
+    if (place == grid.end())
+        place = std::find_if(grid.begin(), grid.end(), [](const auto &day) { return bool(day); });
+    return static_cast<int>(place - grid.begin());
+}
+
+} // namespace
+
 void MonthModel::setMonth(QDate month, const Calendar &calendar)
 {
     auto grid = monthGrid(month, calendar);
     const int countBefore = count();
     const int newCount = static_cast<int>(grid.size());
+    const int kept = std::min(countBefore, newCount);
     m_calendar = calendar;
+    m_tabStop = tabStopOf(grid, m_selectedDay);
+    // First the places that stay: the focus leaves one that goes before it does, and is nowhere
+    // when the one that it goes to comes.
+    std::copy_n(grid.cbegin(), kept, m_grid.begin());
+    announce(kept, {});
     if (newCount > countBefore) {
         beginInsertRows({}, countBefore, newCount - 1);
         m_grid = std::move(grid);
@@ -22,10 +41,7 @@ void MonthModel::setMonth(QDate month, const Calendar &calendar)
         beginRemoveRows({}, newCount, countBefore - 1);
         m_grid = std::move(grid);
         endRemoveRows();
-    } else {
-        m_grid = std::move(grid);
     }
-    announce(std::min(countBefore, newCount), {});
     Q_EMIT selectedIndexChanged();
 }
 
@@ -34,7 +50,8 @@ void MonthModel::setSelectedDay(QDate day)
     if (m_selectedDay == day)
         return;
     m_selectedDay = day;
-    announce(count(), {IsSelectedRole});
+    m_tabStop = tabStopOf(m_grid, day);
+    announce(count(), {IsSelectedRole, IsTabStopRole});
     Q_EMIT selectedIndexChanged();
 }
 
@@ -73,6 +90,8 @@ QVariant MonthModel::data(const QModelIndex &index, int role) const
         return day.isValid() && day == m_selectedDay;
     case IsTodayRole:
         return day.isValid() && day == m_today;
+    case IsTabStopRole:
+        return index.row() == m_tabStop;
     default:
         return {};
     }
@@ -84,7 +103,8 @@ QHash<int, QByteArray> MonthModel::roleNames() const
             {DateRole, QByteArrayLiteral("date")},
             {NameRole, QByteArrayLiteral("name")},
             {IsSelectedRole, QByteArrayLiteral("isSelected")},
-            {IsTodayRole, QByteArrayLiteral("isToday")}};
+            {IsTodayRole, QByteArrayLiteral("isToday")},
+            {IsTabStopRole, QByteArrayLiteral("isTabStop")}};
 }
 
 void MonthModel::announce(int count, const QList<int> &roles)

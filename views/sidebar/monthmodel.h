@@ -26,6 +26,7 @@ public:
         NameRole,                   ///< "name": the date in full, "mandag 3. marts 2025".
         IsSelectedRole,             ///< "isSelected"
         IsTodayRole,                ///< "isToday"
+        IsTabStopRole, ///< "isTabStop": the selected day, or else the first of the month.
     };
 
     using QAbstractListModel::QAbstractListModel;
@@ -55,4 +56,5 @@ private:
     std::vector<std::optional<QDate>> m_grid;
     QDate m_selectedDay;
     QDate m_today;
+    int m_tabStop = 0;
 };

@@ -336,31 +336,62 @@ private Q_SLOTS:
         QVERIFY(f.item("elsewhere")->hasActiveFocus());
     }
 
-    void shouldPickADayByKey()
+    void shouldStopTabAtTheChevronsAndTheSelectedDay()
     {
         const Fixture f;
-        // Tab goes to the chevrons, and then from day to day
-        for (int i = 0; i < 5; ++i)
-            QTest::keyClick(f.window.get(), Qt::Key_Tab);
-        QVERIFY(f.cell(3)->hasActiveFocus());
-        QTest::keyClick(f.window.get(), Qt::Key_Space);
-        QCOMPARE(f.selected(), QList<int>{3});
-        QVERIFY(f.cell(3)->hasActiveFocus());
+        const auto tab = [&f](Qt::Key key = Qt::Key_Tab) {
+            QTest::keyClick(f.window.get(), key);
+            return f.window->activeFocusItem();
+        };
+        QCOMPARE(tab(), f.item("previousMonth"));
+        QCOMPARE(tab(), f.item("nextMonth"));
+        QCOMPARE(tab(), f.cell(18));
+        QCOMPARE(tab(), f.item("previousMonth"));
+        QCOMPARE(tab(Qt::Key_Backtab), f.cell(18));
+        QCOMPARE(tab(Qt::Key_Backtab), f.item("nextMonth"));
     }
 
-    void shouldNotLeaveTheFocusOnADayThatIsGone()
+    void shouldPickTheFirstDayOfAnotherMonthByKey()
     {
         const Fixture f;
-        f.cell(29)->forceActiveFocus(Qt::TabFocusReason);
-        // when the month has fewer rows, and when its place is empty
-        f.select(u"2027-02-10T00:00:00"_s);
-        QVERIFY(f.window->activeFocusItem());
-        QVERIFY(f.window->activeFocusItem()->objectName() != "dayCell"_L1);
-        f.select(u"2026-06-10T00:00:00"_s);
-        QQuickItem *const first = f.cell(1);
-        first->forceActiveFocus(Qt::TabFocusReason);
-        f.select(u"2026-11-10T00:00:00"_s);
-        QVERIFY(!first->hasActiveFocus());
+        f.click("nextMonth");
+        for (int i = 0; i < 3; ++i)
+            QTest::keyClick(f.window.get(), Qt::Key_Tab);
+        QCOMPARE(f.window->activeFocusItem(), f.cell(1));
+        QTest::keyClick(f.window.get(), Qt::Key_Space);
+        QCOMPARE(f.selected(), QList<int>{1});
+        QCOMPARE(f.title(), u"december 2026"_s);
+        QVERIFY(f.cell(1)->hasActiveFocus());
+    }
+
+    void shouldKeepTheFocusOnTheSelectedDay_data()
+    {
+        QTest::addColumn<QString>("from");
+        QTest::addColumn<QString>("to");
+        QTest::newRow("next day") << u"2026-11-18T00:00:00"_s << u"2026-11-19T00:00:00"_s;
+        QTest::newRow("previous day") << u"2026-11-18T00:00:00"_s << u"2026-11-17T00:00:00"_s;
+        QTest::newRow("a month of fewer rows")
+            << u"2026-11-30T00:00:00"_s << u"2026-12-01T00:00:00"_s;
+        QTest::newRow("a month of more rows")
+            << u"2026-12-01T00:00:00"_s << u"2026-11-30T00:00:00"_s;
+        QTest::newRow("another month of as many rows")
+            << u"2026-09-30T00:00:00"_s << u"2026-10-01T00:00:00"_s;
+    }
+    void shouldKeepTheFocusOnTheSelectedDay()
+    {
+        QFETCH(QString, from);
+        QFETCH(QString, to);
+        const Fixture f(from);
+        const int day = from.mid(8, 2).toInt();
+        f.cell(day)->forceActiveFocus(Qt::TabFocusReason);
+        f.select(to);
+        QQuickItem *const cell = f.cell(to.mid(8, 2).toInt());
+        QVERIFY(cell->hasActiveFocus());
+        QVERIFY(cell->property("visualFocus").toBool());
+        // but it does not take it from others
+        f.item("elsewhere")->forceActiveFocus();
+        f.select(from);
+        QVERIFY(f.item("elsewhere")->hasActiveFocus());
     }
 
     void shouldNameItsControls()
