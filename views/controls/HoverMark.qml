@@ -3,8 +3,9 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import TimeTracker.Views.Controls
 
-/// The delete mark of a list's entry. While it is not shown it is drawn nowhere and takes no clicks
-/// and touches, but Tab and assistive technology find it.
+/// A button of a list's entry, the delete mark unless its user gives another symbol. While it is not
+/// shown it is drawn nowhere and takes no clicks and touches, but Tab and assistive technology find
+/// it.
 SymbolButton {
     id: mark
 

@@ -139,7 +139,7 @@ FocusScope {
             color: viewModel.isNamed ? Theme.primary : Theme.secondary
         }
 
-        SymbolButton {
+        HoverMark {
             id: pencil
 
             objectName: "pencil"
@@ -151,8 +151,7 @@ FocusScope {
             symbol: "pencil.circle.fill"
             symbolSize: 14
             symbolColor: Qt.alpha(Theme.brandAccent, 0.8)
-            // Not the button's own opacity: assistive technology does not see what is transparent.
-            contentItem.opacity: row.isHovered ? 1 : 0
+            isShown: row.isHovered
             onClicked: viewModel.startNameEditing()
         }
 

@@ -300,6 +300,19 @@ private Q_SLOTS:
         QCOMPARE(symbol->opacity(), 1.0);
     }
 
+    void shouldSelectByATapOnThePencilThatIsNotDrawn()
+    {
+        const Fixture f;
+        const std::unique_ptr<QPointingDevice> finger(QTest::createTouchDevice());
+        QTest::touchEvent(f.window.get(), finger.get()).press(0, centre(f.item("pencil")));
+        QTest::touchEvent(f.window.get(), finger.get()).release(0, centre(f.item("pencil")));
+        QTRY_COMPARE(f.count("selections"), 1);
+        QVERIFY(!f.timer.isEditing());
+        // a mouse's pointer is there before it clicks
+        f.click("pencil");
+        QVERIFY(f.timer.isEditing());
+    }
+
     void shouldEditTheNameInPlace()
     {
         const Fixture f;
