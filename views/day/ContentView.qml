@@ -29,6 +29,7 @@ FocusScope {
         modelContext: content.modelContext
         onTaskAdded: index => list.show(index)
         onDayChanged: list.showBeginning()
+        onKeyboardWanted: dayFocus.forceActiveFocus()
     }
 
     ContentKeys {

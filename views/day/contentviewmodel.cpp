@@ -66,8 +66,12 @@ void ContentViewModel::startFirst()
 
 void ContentViewModel::selectTask(int index)
 {
-    if (index >= 0)
-        setSelectedTaskIndex(index);
+    if (index < 0)
+        return;
+    setSelectedTaskIndex(index);
+    // An open field keeps the keyboard: the day takes no keys meanwhile.
+    if (!m_timerManager->isEditing())
+        Q_EMIT keyboardWanted();
 }
 
 bool ContentViewModel::handleKey(const DayKey &key)

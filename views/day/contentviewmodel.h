@@ -57,7 +57,8 @@ public:
     Q_INVOKABLE void stopAll();
     /// Starts the day's first task.
     Q_INVOKABLE void startFirst();
-    /// Does nothing if @p index is negative, which that of a row on its way out is.
+    /// Selects a row, and asks for the keyboard unless a row is being edited. Does nothing if
+    /// @p index is negative, which that of a row on its way out is.
     Q_INVOKABLE void selectTask(int index);
 
     /// Does what @p key stands for. False if it stands for nothing, or while a row is edited.
@@ -95,6 +96,8 @@ Q_SIGNALS:
     void dayChanged();
     /// A task has been made; @p index is its row.
     void taskAdded(int index);
+    /// The day's keys shall act, whatever control has the keyboard focus.
+    void keyboardWanted();
 
 private:
     int selectedTaskRow() const { return m_selectedTaskIndex.value_or(-1); }

@@ -281,6 +281,26 @@ private Q_SLOTS:
         QCOMPARE(f.day.selectedTaskIndex().value(), 1);
     }
 
+    void shouldWantTheKeyboardWhenARowIsSelectedUnlessOneIsEdited()
+    {
+        Fixture f;
+        f.addTasks(2);
+        const QSignalSpy wanted(&f.day, &ContentViewModel::keyboardWanted);
+        f.day.selectTask(1);
+        QCOMPARE(wanted.count(), 1);
+        // also when it is selected already
+        f.day.selectTask(1);
+        QCOMPARE(wanted.count(), 2);
+        f.timer.setIsEditing(true);
+        f.day.selectTask(0);
+        QCOMPARE(f.day.selectedTaskIndex().value(), 0);
+        QCOMPARE(wanted.count(), 2);
+        // nor for a selection by key, which has it
+        f.timer.setIsEditing(false);
+        f.press(Qt::Key_Down);
+        QCOMPARE(wanted.count(), 2);
+    }
+
     void shouldActAsIfNothingWereSelectedWhenTheSelectionIsPastTheEnd()
     {
         Fixture f;
