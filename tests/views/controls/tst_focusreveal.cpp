@@ -34,6 +34,26 @@ constexpr auto Area = R"(
         PlainButton { width: 60; height: 20; text: "Knap"; objectName: "last"; y: 110 }
     })";
 
+/// Fields in rows with a margin of 4 around them, of which 60 pixels are in sight.
+constexpr auto Rows = R"(
+    import QtQuick
+    import TimeTracker.Views.Controls
+    ListView {
+        objectName: "rows"
+        topMargin: 4
+        bottomMargin: 4
+        spacing: 4
+        cacheBuffer: 400
+        keyNavigationEnabled: false
+        model: 6
+        FocusReveal {}
+        delegate: Item {
+            required property int index
+            width: 60; height: 30
+            TextEntry { objectName: "field" + parent.index; y: 8; width: 60; height: 14; text: "x" }
+        }
+    })";
+
 } // namespace
 
 class TestFocusReveal : public QObject
@@ -83,7 +103,60 @@ private Q_SLOTS:
         QCOMPARE(y("area"), 12.0);
     }
 
+    void shouldNotScrollAListsMarginAway()
+    {
+        showRows();
+        QCOMPARE(y("rows"), -4.0);
+        window->item(u"field0"_s)->forceActiveFocus(Qt::TabFocusReason);
+        QCOMPARE(y("rows"), -4.0);
+    }
+
+    void shouldNotScrollToWhatIsInSightAtTheEdge()
+    {
+        // given a field whose last pixel is in sight
+        showRows();
+        window->item(u"rows"_s)->setProperty("contentY", 34 + 8 + 14 - 60);
+        window->item(u"field1"_s)->forceActiveFocus(Qt::TabFocusReason);
+        QCOMPARE(y("rows"), 34.0 + 8 + 14 - 60);
+        window->item(u"rows"_s)->setProperty("contentY", 34 + 8);
+        window->item(u"field2"_s)->forceActiveFocus(Qt::TabFocusReason);
+        window->item(u"field1"_s)->forceActiveFocus(Qt::TabFocusReason);
+        QCOMPARE(y("rows"), 34.0 + 8);
+    }
+
+    void shouldBringAListsMarginBack()
+    {
+        showRows();
+        for (int i = 0; i < 6; ++i)
+            QTest::keyClick(window.get(), Qt::Key_Tab);
+        QCOMPARE(window->activeFocusItem()->objectName(), u"field5"_s);
+        QCOMPARE(y("rows"), 6.0 * 34 - 4 + 4 - 60);
+        for (int i = 0; i < 5; ++i)
+            QTest::keyClick(window.get(), Qt::Key_Backtab);
+        QCOMPARE(window->activeFocusItem()->objectName(), u"field0"_s);
+        QCOMPARE(y("rows"), -4.0);
+    }
+
+    void shouldScrollBackToTheFieldThatIsTypedIn()
+    {
+        showRows();
+        QQuickItem *const field = window->item(u"field0"_s);
+        field->forceActiveFocus();
+        window->item(u"rows"_s)->setProperty("contentY", 100);
+        QCOMPARE(y("rows"), 100.0);
+        QTest::keyClick(window.get(), Qt::Key_A);
+        QCOMPARE(y("rows"), -4.0);
+        QCOMPARE(field->property("text").toString(), u"xa"_s);
+    }
+
 private:
+    void showRows()
+    {
+        window = std::make_unique<qmltest::Window>(QByteArray(Rows), QSize(60, 60));
+        // Those out of sight are made later.
+        QTRY_VERIFY(qmltest::findItem(window->contentItem(), u"field5"_s));
+    }
+
     double y(const char *name) const
     {
         return window->item(QString::fromLatin1(name))->property("contentY").toDouble();
