@@ -37,8 +37,7 @@ FocusScope {
         viewModel: viewModel
     }
 
-    // Holds the keyboard focus while no control does.
-    Item {
+    FocusFallback {
         id: dayFocus
 
         objectName: "dayFocus"

@@ -43,7 +43,10 @@ ListView {
     bottomMargin: 4
     boundsBehavior: Flickable.StopAtBounds
     keyNavigationEnabled: false
+    // The row with the keyboard focus: it is kept while it is out of sight, and what is typed into its
+    // field with it.
     currentIndex: -1
+    highlightFollowsCurrentItem: false
     // A row beyond either edge, for Tab to go on to; more would only delay the first frame.
     cacheBuffer: 40
     model: viewModel.rows
@@ -107,7 +110,7 @@ ListView {
         }
     }
 
-    delegate: Item {
+    delegate: FocusScope {
         id: entry
 
         required property int index
@@ -115,10 +118,13 @@ ListView {
 
         width: ListView.view.width
         height: row.implicitHeight
+        onActiveFocusChanged: if (activeFocus)
+            list.currentIndex = index
 
         TaskRowView {
             id: row
 
+            focus: true
             x: 8
             width: parent.width - 16
             height: implicitHeight

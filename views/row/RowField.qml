@@ -16,7 +16,4 @@ TextEntry {
     font.pixelSize: 14
     // Escape neither ends the edit nor leaves it.
     Keys.onEscapePressed: event => event.accepted = true
-    // A row that has scrolled back into sight does not take the keyboard from another field.
-    Component.onCompleted: if (!(Window.activeFocusItem instanceof TextInput))
-        forceActiveFocus()
 }

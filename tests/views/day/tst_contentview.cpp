@@ -8,6 +8,7 @@
 
 #include <QAccessible>
 #include <QGuiApplication>
+#include <QKeySequence>
 #include <QQuickItem>
 #include <QTest>
 #include <QWheelEvent>
@@ -113,6 +114,36 @@ private:
             QTest::mouseClick(window.get(), Qt::LeftButton, {}, centre(target));
         }
         void click(const char *name) const { click(item(name)); }
+        /// Selects a row by its name's first letter, clear of the pencil.
+        void clickName(int row) const
+        {
+            const QPointF letter = inRow(row, "nameText")->mapToScene({4, 8});
+            QTest::mouseClick(window.get(), Qt::LeftButton, {}, letter.toPoint());
+        }
+        /// The item called "place name", where the place is "row", the first one, or "window".
+        QQuickItem *named(const QString &path) const
+        {
+            const QString place = path.section(u' ', 0, 0);
+            QQuickItem *const in = place == u"row"_s      ? rows().first()
+                                   : place == u"window"_s ? window->contentItem()
+                                                          : window->item(place);
+            QQuickItem *const found = findItem(in, path.section(u' ', 1));
+            if (!found)
+                QTest::qFail(qPrintable(u"no "_s + path), __FILE__, __LINE__);
+            return found;
+        }
+        /// Does "click" with what named() finds, "press" with a key's name, or "type".
+        void perform(const QString &step) const
+        {
+            const QString what = step.section(u' ', 0, 0);
+            const QString with = step.section(u' ', 1);
+            if (what == u"click"_s)
+                click(named(with));
+            else if (what == u"press"_s)
+                press(static_cast<Qt::Key>(QKeySequence(with)[0].key()));
+            else
+                type(with);
+        }
         void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) const
         {
             QTest::keyClick(window.get(), key, modifiers);
@@ -569,19 +600,237 @@ private Q_SLOTS:
 
     void shouldKeepAnOpenEditThatScrollsOutOfSight()
     {
+        // given two, of which the second has the keyboard
         Fixture f(40);
+        f.click(f.inRow(1, "pencil"));
+        f.type(u"Halvt"_s);
         f.click(f.inRow(0, "pencil"));
-        f.type(u"Halvt skre"_s);
+        f.type(u"Uden"_s);
         f.item("taskList")->setProperty("contentY", 1200);
-        QTRY_VERIFY(!f.maybe("nameField"));
+        QTRY_COMPARE(findItems(f.item("taskList"), u"nameField"_s).size(), 1);
         QVERIFY(f.timer.isEditing());
         f.item("taskList")->setProperty("contentY", -4);
-        QTRY_VERIFY(f.maybe("nameField"));
-        QCOMPARE(text(f.item("nameField")), u"Halvt skre"_s);
-        QVERIFY(f.item("nameField")->hasActiveFocus());
-        f.type(u"vet"_s);
+        QTRY_COMPARE(findItems(f.item("taskList"), u"nameField"_s).size(), 2);
+        QCOMPARE(text(f.inRow(0, "nameField")), u"Uden"_s);
+        QVERIFY(f.inRow(0, "nameField")->hasActiveFocus());
+        QCOMPARE(text(f.inRow(1, "nameField")), u"Halvt"_s);
+    }
+
+    void shouldTypeIntoAnEditThatIsOutOfSightAndShowIt_data()
+    {
+        QTest::addColumn<int>("row");
+        QTest::addColumn<double>("y");
+        QTest::newRow("above") << 0 << 1200.0;
+        QTest::newRow("below") << 39 << -4.0;
+    }
+    void shouldTypeIntoAnEditThatIsOutOfSightAndShowIt()
+    {
+        QFETCH(int, row);
+        QFETCH(double, y);
+        // given rows that differ in height
+        Fixture f(40);
+        for (const int each : {3, 7, 30})
+            f.tasks().at(each)->setName(
+                u"Et meget langt navn på en opgave som ikke kan stå på en linje"_s);
+        QQuickItem *const list = f.item("taskList");
+        if (row == 39)
+            f.press(Qt::Key_Up);
+        QTRY_VERIFY(f.names().contains(u"Opgave %1"_s.arg(row + 1)));
+        f.click(
+            f.inRow(static_cast<int>(f.names().indexOf(u"Opgave %1"_s.arg(row + 1))), "pencil"));
+        f.type(u"Halvt"_s);
+        const QPointer<QQuickItem> field = f.item("nameField");
+        const auto isInSight = [&] {
+            return f.place("taskList")
+                .contains(field->mapRectToScene(QRectF(0, 0, field->width(), field->height())));
+        };
+        QVERIFY(isInSight());
+
+        list->setProperty("contentY", y);
+        QTRY_VERIFY(!f.names().contains(u"Opgave %1"_s.arg(row == 0 ? 2 : 39)));
+        QVERIFY(field);
+        QVERIFY(!isInSight());
+        f.type(u" skrevet"_s);
+        QTRY_VERIFY(isInSight());
+        QCOMPARE(text(field), u"Halvt skrevet"_s);
         f.press(Qt::Key_Return);
-        QCOMPARE(f.tasks().at(0)->name(), u"Halvt skrevet"_s);
+        QCOMPARE(f.tasks().at(row)->name(), u"Halvt skrevet"_s);
+        QVERIFY(!f.timer.isEditing());
+        QVERIFY(f.item("dayFocus")->hasActiveFocus());
+        QTRY_VERIFY(f.names().contains(u"Halvt skrevet"_s));
+    }
+
+    void shouldNotMoveTheRowsWhenOneOfThemGetsTheKeyboard()
+    {
+        Fixture f(40);
+        const double top = f.rows().first()->mapToScene({}).y();
+        QCOMPARE(top, f.place("taskList").top() + 4);
+        f.click(f.inRow(0, "pencil"));
+        QCOMPARE(f.rows().first()->mapToScene({}).y(), top);
+        f.press(Qt::Key_Return);
+        f.click(f.inRow(2, "timeText"));
+        QCOMPARE(f.rows().first()->mapToScene({}).y(), top);
+        f.press(Qt::Key_Return);
+        // the header has five controls
+        for (int i = 0; i < 6; ++i)
+            f.press(Qt::Key_Tab);
+        QVERIFY(f.inRow(0, "startButton")->hasActiveFocus());
+        QCOMPARE(f.rows().first()->mapToScene({}).y(), top);
+    }
+
+    void shouldReturnTheKeyboardToTheDayWhenSomethingCloses_data()
+    {
+        using Steps = QStringList;
+        QTest::addColumn<QStringList>("steps");
+        const Steps templateForm{u"click templates plusButton"_s, u"type Ny"_s};
+        QTest::newRow("template, Return") << templateForm + Steps{u"press Return"_s};
+        QTest::newRow("template, checkmark")
+            << templateForm + Steps{u"click templates addButton"_s};
+        QTest::newRow("template, xmark") << templateForm + Steps{u"click templates cancelButton"_s};
+        QTest::newRow("template, checkmark by key")
+            << templateForm + Steps{u"press Tab"_s, u"press Space"_s};
+        QTest::newRow("template, xmark by key")
+            << templateForm + Steps{u"press Tab"_s, u"press Tab"_s, u"press Space"_s};
+        const Steps codeForm{u"click projectCodes plusButton"_s, u"type Ny"_s};
+        QTest::newRow("code, Return")
+            << codeForm + Steps{u"press Tab"_s, u"type Navn"_s, u"press Return"_s};
+        QTest::newRow("code, checkmark") << codeForm + Steps{u"click projectCodes addButton"_s};
+        QTest::newRow("code, xmark") << codeForm + Steps{u"click projectCodes cancelButton"_s};
+        const Steps name{u"click row pencil"_s};
+        const Steps time{u"click row timeText"_s};
+        const Steps enter{u"press Return"_s};
+        QTest::newRow("name") << name + enter;
+        QTest::newRow("time") << time + enter;
+        QTest::newRow("both, time first")
+            << name + time + enter + Steps{u"click row nameField"_s} + enter;
+        QTest::newRow("both, name first") << name + time + Steps{u"click row nameField"_s} + enter +
+                                                 Steps{u"click row timeField"_s} + enter;
+        QTest::newRow("name, then a form")
+            << name + templateForm + enter + Steps{u"click row nameField"_s} + enter;
+        const Steps menu{u"click row picker"_s};
+        QTest::newRow("menu, Escape") << menu + Steps{u"press Escape"_s};
+        QTest::newRow("menu, choice") << menu + Steps{u"click window menuEntry"_s};
+        QTest::newRow("menu, choice by key") << menu + Steps{u"press Down"_s} + enter;
+        const Steps alert{u"click row deleteButton"_s};
+        QTest::newRow("alert, Escape") << alert + Steps{u"press Escape"_s};
+        QTest::newRow("alert, Annuller") << alert + Steps{u"click window cancelButton"_s};
+        QTest::newRow("alert, Annuller by key") << alert + enter;
+        QTest::newRow("alert, Slet") << alert + Steps{u"click window deleteConfirmButton"_s};
+        QTest::newRow("alert, Slet by key") << alert + Steps{u"press Tab"_s, u"press Space"_s};
+    }
+    void shouldReturnTheKeyboardToTheDayWhenSomethingCloses()
+    {
+        QFETCH(QStringList, steps);
+        Fixture f(3);
+        f.press(Qt::Key_Down);
+        for (const QString &step : steps)
+            f.perform(step);
+        QTRY_VERIFY(f.item("dayFocus")->hasActiveFocus());
+        // then keys act, and screen readers are told what upon
+        QTRY_COMPARE(f.rows().size(), f.tasks().size());
+        QVERIFY(!f.maybe("nameField"));
+        QVERIFY(!f.maybe("timeField"));
+        QTRY_VERIFY(!f.maybe("menuEntry"));
+        f.press(Qt::Key_Down);
+        QCOMPARE(f.selectedRow(), 1);
+        QVERIFY(f.rows().at(1)->property("hasKeys").toBool());
+        // and no pencil stays
+        f.window->hover({1, 1});
+        QTRY_VERIFY(!f.rows().at(0)->property("isHovered").toBool());
+    }
+
+    void shouldReturnTheKeyboardToTheControlThatOpenedWhatCloses_data()
+    {
+        QTest::addColumn<QString>("control");
+        QTest::addColumn<QStringList>("steps");
+        const auto add = [](const QString &control, const QStringList &steps) {
+            QTest::newRow(qPrintable(control + u' ' + steps.constLast())) << control << steps;
+        };
+        add(u"templates plusButton"_s, {u"type Ny"_s, u"press Return"_s});
+        add(u"templates plusButton"_s, {u"press Tab"_s, u"press Space"_s});
+        add(u"projectCodes plusButton"_s,
+            {u"type Ny"_s, u"press Tab"_s, u"press Tab"_s, u"press Space"_s});
+        add(u"row pencil"_s, {u"type Ny"_s, u"press Return"_s});
+        add(u"row timeText"_s, {u"type 1"_s, u"press Return"_s});
+        add(u"row picker"_s, {u"press Escape"_s});
+        add(u"row picker"_s, {u"press Return"_s});
+        add(u"row deleteButton"_s, {u"press Escape"_s});
+        add(u"row deleteButton"_s, {u"press Return"_s});
+    }
+    void shouldReturnTheKeyboardToTheControlThatOpenedWhatCloses()
+    {
+        QFETCH(QString, control);
+        QFETCH(QStringList, steps);
+        Fixture f(2);
+        const QPointer<QQuickItem> opener = f.named(control);
+        opener->forceActiveFocus(Qt::TabFocusReason);
+        f.press(Qt::Key_Space);
+        QTRY_VERIFY(!opener->hasActiveFocus());
+        for (const QString &step : steps)
+            f.perform(step);
+        QTRY_VERIFY(opener->hasActiveFocus());
+        QVERIFY(!f.maybe("nameField"));
+        QVERIFY(!f.maybe("timeField"));
+        // and it is seen there
+        QTRY_VERIFY(opener->isVisible());
+        const QVariant visualFocus = opener->property("visualFocus");
+        QVERIFY(!visualFocus.isValid() || visualFocus.toBool());
+    }
+
+    void shouldGiveTheDayTheKeyboardWhenWhatHadItGoes_data()
+    {
+        QTest::addColumn<QString>("control");
+        QTest::addColumn<QStringList>("steps");
+        QTest::newRow("the row is deleted")
+            << u"row deleteButton"_s
+            << QStringList{u"press Space"_s, u"press Tab"_s, u"press Return"_s};
+        QTest::newRow("the template is deleted")
+            << u"templates deleteMark"_s << QStringList{u"press Space"_s};
+        QTest::newRow("another day") << u"row startButton"_s << QStringList{u"press Right"_s};
+        QTest::newRow("the button is disabled")
+            << u"window startPauseButton"_s << QStringList{u"press Right"_s};
+    }
+    void shouldGiveTheDayTheKeyboardWhenWhatHadItGoes()
+    {
+        QFETCH(QString, control);
+        QFETCH(QStringList, steps);
+        Fixture f(2);
+        f.store.insert<TaskTemplate>(u"Daglig status"_s);
+        QTRY_VERIFY(f.maybe("templateButton"));
+        f.named(control)->forceActiveFocus(Qt::TabFocusReason);
+        for (const QString &step : steps)
+            f.perform(step);
+        QTRY_VERIFY(f.item("dayFocus")->hasActiveFocus());
+    }
+
+    void shouldTakeTheKeyboardWhenARowIsSelectedByAClick()
+    {
+        // given a field of the side column that has it
+        Fixture f(2);
+        f.click(findItem(f.item("templates"), u"plusButton"_s));
+        f.type(u"Ny"_s);
+        f.clickName(0);
+        QCOMPARE(f.selectedRow(), 0);
+        QVERIFY(f.item("dayFocus")->hasActiveFocus());
+        f.press(Qt::Key_Space);
+        QCOMPARE(f.running().size(), 1);
+        QCOMPARE(text(f.item("nameField")), u"Ny"_s);
+        // and so from a button
+        f.item("nextDay")->forceActiveFocus(Qt::TabFocusReason);
+        f.clickName(1);
+        QVERIFY(f.item("dayFocus")->hasActiveFocus());
+    }
+
+    void shouldLeaveTheKeyboardWithAnEditWhenAnotherRowIsSelected()
+    {
+        Fixture f(2);
+        f.click(f.inRow(0, "pencil"));
+        f.type(u"N"_s);
+        f.clickName(1);
+        QCOMPARE(f.selectedRow(), 1);
+        f.type(u"y"_s);
+        f.press(Qt::Key_Return);
+        QCOMPARE(f.tasks().at(0)->name(), u"Ny"_s);
     }
 
     void shouldGiveTheKeyboardBackWhenTheEditedTaskLeaves_data()
