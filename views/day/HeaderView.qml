@@ -138,7 +138,8 @@ Rectangle {
                     objectName: "dateText"
                     anchors.verticalCenter: parent.verticalCenter
                     width: viewModel.dateWidth
-                    text: viewModel.dateText
+                    text: viewModel.shownDate
+                    Accessible.name: viewModel.dateText
                     wrapMode: Text.Wrap
                     horizontalAlignment: Text.AlignHCenter
                     font.pixelSize: viewModel.datePixelSize

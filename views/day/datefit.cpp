@@ -15,36 +15,48 @@ qreal width(const QString &text, const QFont &font)
     return std::ceil(QFontMetricsF(font).horizontalAdvance(text));
 }
 
-qreal longestWord(const QString &text, const QFont &font)
+qreal longestOf(const QStringList &texts, const QFont &font)
 {
     qreal longest = 0;
-    const QStringList words = text.split(u' ');
-    for (const QString &word : words)
-        longest = std::max(longest, width(word, font));
+    for (const QString &text : texts)
+        longest = std::max(longest, width(text, font));
     return longest;
+}
+
+/// The largest size from @p font's own down to @p smallest, or smallest itself, in which all
+/// @p texts are at most @p room wide.
+int fittingSize(const QStringList &texts, QFont font, int smallest, qreal room)
+{
+    while (font.pixelSize() > smallest && longestOf(texts, font) > room)
+        font.setPixelSize(font.pixelSize() - 1);
+    return font.pixelSize();
 }
 
 } // namespace
 
-DateFit fitDate(const QString &text, const QFont &font, qreal room)
+DateFit fitDate(const QString &date, const QFont &font, qreal room)
 {
     constexpr qreal gaps = 4;
     constexpr qreal widestGap = 16;
     constexpr qreal narrowestGap = 4;
-    constexpr int smallestSize = 9;
+    constexpr int smallestInTwoLines = 12;
+    constexpr int smallest = 9;
 
     // While the header has no width yet, any size would be too large: none is tried.
     if (room <= 0)
-        return {narrowestGap, 0, font.pixelSize()};
+        return {date, narrowestGap, 0, font.pixelSize()};
 
-    const qreal whole = width(text, font);
+    const qreal whole = width(date, font);
     const qreal gap = std::clamp((room - whole) / gaps, narrowestGap, widestGap);
     const qreal textRoom = std::max(room - gaps * gap, 0.0);
     if (whole <= textRoom)
-        return {gap, whole, font.pixelSize()};
+        return {date, gap, whole, font.pixelSize()};
 
+    const QStringList lines{date.section(u' ', 0, 0), date.section(u' ', 1)};
     QFont fitting = font;
-    while (fitting.pixelSize() > smallestSize && longestWord(text, fitting) > textRoom)
-        fitting.setPixelSize(fitting.pixelSize() - 1);
-    return {gap, textRoom, fitting.pixelSize()};
+    fitting.setPixelSize(fittingSize(lines, font, smallestInTwoLines, textRoom));
+    if (longestOf(lines, fitting) <= textRoom)
+        return {lines.join(u'\n'), gap, textRoom, fitting.pixelSize()};
+
+    return {date, gap, textRoom, fittingSize(date.split(u' '), font, smallest, textRoom)};
 }

@@ -21,6 +21,7 @@ class HeaderViewModel : public QObject
     Q_PROPERTY(qreal dateRoom READ dateRoom WRITE setDateRoom NOTIFY dateRoomChanged REQUIRED)
 
     Q_PROPERTY(QString dateText READ dateText NOTIFY dateChanged)
+    Q_PROPERTY(QString shownDate READ shownDate NOTIFY dateChanged)
     Q_PROPERTY(qreal dateGap READ dateGap NOTIFY dateChanged)
     Q_PROPERTY(qreal dateWidth READ dateWidth NOTIFY dateChanged)
     Q_PROPERTY(int datePixelSize READ datePixelSize NOTIFY dateChanged)
@@ -45,6 +46,8 @@ public:
     void setDateRoom(qreal room);
     /// The selected day: "mandag 3. marts 2025".
     QString dateText() const { return m_dateText; }
+    /// The same as it is shown: in little room it breaks after the weekday.
+    QString shownDate() const { return m_dateFit.text; }
     qreal dateGap() const { return m_dateFit.gap; }
     qreal dateWidth() const { return m_dateFit.textWidth; }
     int datePixelSize() const { return m_dateFit.pixelSize; }
@@ -72,5 +75,5 @@ private:
     QFont m_dateFont;
     qreal m_dateRoom = 0;
     QString m_dateText;
-    DateFit m_dateFit{0, 0, 1};
+    DateFit m_dateFit{{}, 0, 0, 1};
 };

@@ -80,6 +80,7 @@ private:
                 names << findItem(row, u"nameText"_s)->property("text").toString();
             return names;
         }
+        QString dateText() const { return item("header")->property("dateText").toString(); }
         /// The row that is drawn as selected, or -1.
         int selectedRow() const
         {
@@ -212,14 +213,14 @@ private Q_SLOTS:
     {
         Fixture f(1);
         f.clock.travelTo("Asia/Tokyo");
-        QCOMPARE(text(f.item("dateText")), u"fredag 20. november 2026"_s);
+        QCOMPARE(f.dateText(), u"fredag 20. november 2026"_s);
         f.click("addTaskButton");
         QTRY_COMPARE(f.rows().size(), 2);
         QCOMPARE(f.tasks().size(), 2);
         // and the days of the calendar begin as they do there
         f.click(f.dayCell(21));
         QCOMPARE(f.timer.selectedDate(), f.clock.at(u"2026-11-21T00:00:00"_s));
-        QCOMPARE(text(f.item("dateText")), u"lørdag 21. november 2026"_s);
+        QCOMPARE(f.dateText(), u"lørdag 21. november 2026"_s);
     }
 
     void shouldShowTheDayAsItIsWestward()
@@ -227,13 +228,13 @@ private Q_SLOTS:
         Fixture f(1);
         f.clock.travelTo("America/New_York");
         // the selected day began there on the evening before
-        QCOMPARE(text(f.item("dateText")), u"torsdag 19. november 2026"_s);
+        QCOMPARE(f.dateText(), u"torsdag 19. november 2026"_s);
         QCOMPARE(f.rows().size(), 1);
         QVERIFY(f.dayCell(19)->property("isSelected").toBool());
         QVERIFY(f.dayCell(20)->property("isToday").toBool());
 
         f.click(f.dayCell(20));
-        QCOMPARE(text(f.item("dateText")), u"fredag 20. november 2026"_s);
+        QCOMPARE(f.dateText(), u"fredag 20. november 2026"_s);
         QVERIFY(f.dayCell(20)->property("isSelected").toBool());
         QTRY_COMPARE(f.rows().size(), 0);
         f.click("addTaskButton");
@@ -266,7 +267,7 @@ private Q_SLOTS:
         QCOMPARE(f.item("previousDay")->property("symbolSize").toInt(), 14);
         QCOMPARE(font(f.item("dateText")).pixelSize(), 16);
         QCOMPARE(font(f.item("dateText")).weight(), QFont::Medium);
-        QCOMPARE(text(f.item("dateText")), u"fredag 20. november 2026"_s);
+        QCOMPARE(f.dateText(), u"fredag 20. november 2026"_s);
         QCOMPARE(f.item("dateText")->property("lineCount").toInt(), 1);
         const auto *const label =
             f.item("actualSegment")->property("contentItem").value<QQuickItem *>();
@@ -286,6 +287,20 @@ private Q_SLOTS:
         QVERIFY(f.place("previousDay").left() >= f.place("startPauseButton").right() + 8);
         QVERIFY(f.place("nextDay").right() + 8 <= f.place("billableSwitch").left());
         QVERIFY(f.place("header").height() >= date->height() + 26);
+    }
+
+    void shouldBreakTheDateAfterTheWeekdayWhereItNeedsTwoLines()
+    {
+        // given
+        const Fixture f;
+        const QQuickItem *const date = f.item("dateText");
+
+        // then
+        QCOMPARE(text(date), u"fredag\n20. november 2026"_s);
+        QCOMPARE(date->property("lineCount").toInt(), 2);
+        QVERIFY(date->property("contentWidth").toReal() <= date->width());
+        QCOMPARE(QAccessible::queryAccessibleInterface(f.item("dateText"))->text(QAccessible::Name),
+                 u"fredag 20. november 2026"_s);
     }
 
     void shouldLayOutTheFooter()
@@ -449,7 +464,7 @@ private Q_SLOTS:
         Fixture f(2);
         f.press(Qt::Key_Down);
         f.click("previousDay");
-        QCOMPARE(text(f.item("dateText")), u"torsdag 19. november 2026"_s);
+        QCOMPARE(f.dateText(), u"torsdag 19. november 2026"_s);
         QVERIFY(f.item("emptyDay")->isVisible());
         f.press(Qt::Key_Right);
         QTRY_COMPARE(f.rows().size(), 2);
@@ -457,9 +472,9 @@ private Q_SLOTS:
         QCOMPARE(f.selectedRow(), -1);
         f.press(Qt::Key_Left);
         f.press(Qt::Key_Left);
-        QCOMPARE(text(f.item("dateText")), u"onsdag 18. november 2026"_s);
+        QCOMPARE(f.dateText(), u"onsdag 18. november 2026"_s);
         QTest::keyClick(f.window.get(), 't', Qt::ControlModifier);
-        QCOMPARE(text(f.item("dateText")), u"fredag 20. november 2026"_s);
+        QCOMPARE(f.dateText(), u"fredag 20. november 2026"_s);
     }
 
     void shouldNotFadeRowsWhenTheDayChanges()
@@ -999,11 +1014,11 @@ private Q_SLOTS:
         const auto cells = findItems(f.item("calendar"), u"dayCell"_s);
         // November 2026 begins on a Sunday
         f.click(cells.at(6 + 9));
-        QCOMPARE(text(f.item("dateText")), u"tirsdag 10. november 2026"_s);
+        QCOMPARE(f.dateText(), u"tirsdag 10. november 2026"_s);
         QCOMPARE(f.selectedRow(), -1);
         // the keys are still the day's
         f.press(Qt::Key_Right);
-        QCOMPARE(text(f.item("dateText")), u"onsdag 11. november 2026"_s);
+        QCOMPARE(f.dateText(), u"onsdag 11. november 2026"_s);
     }
 
     void shouldMakeATaskFromATemplateWithOneClick()
