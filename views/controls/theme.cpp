@@ -14,6 +14,7 @@ namespace
 
 constexpr double ReadableText = 4.5;
 constexpr double ReadableHint = 3.0;
+constexpr double ToldApart = 1.25;
 
 QColor mix(const QColor &over, const QColor &under, double share)
 {
@@ -97,17 +98,20 @@ void Theme::derive(const QPalette &palette)
     m_red = m_isDark ? QColor(0xff, 0x6b, 0x6b) : QColor(0xb8, 0x1f, 0x28);
     m_green = m_isDark ? QColor(0x4c, 0xc2, 0x6a) : QColor(0x1d, 0x6f, 0x36);
 
-    // Header, footer and side column lie between the window and its text fields, so that all three
-    // can be told apart.
+    // Header, footer and side column lie between the window and the palette's text fields. Where
+    // these are too much like them, text fields are given some of the text's colour.
     m_primary = text;
     m_windowBackground = backgroundFor(m_brandAccent, window, m_isDark);
     m_controlBackground = backgroundFor(m_brandAccent, mix(base, window, 0.5), m_isDark);
-    m_textBackground = base;
+    m_textBackground = firstMix(text, base, 0, [&](const QColor &candidate) {
+        return contrastRatio(candidate, m_controlBackground) >= ToldApart;
+    });
 
     const auto dimmed = [&](int share, double contrast) {
         return firstMix(text, m_windowBackground, share, [&](const QColor &candidate) {
             return contrastRatio(candidate, m_windowBackground) >= contrast &&
-                   contrastRatio(candidate, m_controlBackground) >= contrast;
+                   contrastRatio(candidate, m_controlBackground) >= contrast &&
+                   contrastRatio(candidate, m_textBackground) >= contrast;
         });
     };
     m_secondary = dimmed(65, ReadableText);

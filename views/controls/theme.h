@@ -19,16 +19,16 @@ class Theme : public QObject
     Q_PROPERTY(QColor brandBackground READ brandBackground NOTIFY changed)
     /// Text.
     Q_PROPERTY(QColor primary READ primary NOTIFY changed)
-    /// Dimmed text; at least 4.5:1 on windowBackground and controlBackground.
+    /// Dimmed text; at least 4.5:1 on all three backgrounds.
     Q_PROPERTY(QColor secondary READ secondary NOTIFY changed)
-    /// Most dimmed text; at least 3:1 on windowBackground and controlBackground.
+    /// Most dimmed text; at least 3:1 on all three backgrounds.
     Q_PROPERTY(QColor tertiary READ tertiary NOTIFY changed)
     /// The window's own background. Where the accent would not be readable (4.5:1) on the palette's
     /// colour, this one is shifted just far enough.
     Q_PROPERTY(QColor windowBackground READ windowBackground NOTIFY changed)
     /// Header, footer, side column. Shifted like windowBackground.
     Q_PROPERTY(QColor controlBackground READ controlBackground NOTIFY changed)
-    /// Text fields.
+    /// Text fields; at least 1.25:1 on controlBackground.
     Q_PROPERTY(QColor textBackground READ textBackground NOTIFY changed)
     /// Dividers. Opaque; users lay their own opacity over it.
     Q_PROPERTY(QColor separator READ separator NOTIFY changed)

@@ -120,7 +120,6 @@ private Q_SLOTS:
         QCOMPARE(theme.brandBackground(),
                  QColor(isDark ? BrandBackground.dark : BrandBackground.light));
         QCOMPARE(theme.primary(), palette.color(QPalette::WindowText));
-        QCOMPARE(theme.textBackground(), palette.color(QPalette::Base));
     }
 
     void shouldKeepEverythingReadable_data() { addDesktops(); }
@@ -135,11 +134,14 @@ private Q_SLOTS:
         const Theme theme;
 
         // then
-        for (const QColor &background : {theme.windowBackground(), theme.controlBackground()}) {
-            QVERIFY(contrastRatio(theme.brandAccent(), background) >= 4.5);
+        for (const QColor &background :
+             {theme.windowBackground(), theme.controlBackground(), theme.textBackground()}) {
             QVERIFY(contrastRatio(theme.primary(), background) >= 4.5);
             QVERIFY(contrastRatio(theme.secondary(), background) >= 4.5);
             QVERIFY(contrastRatio(theme.tertiary(), background) >= 3);
+        }
+        for (const QColor &background : {theme.windowBackground(), theme.controlBackground()}) {
+            QVERIFY(contrastRatio(theme.brandAccent(), background) >= 4.5);
             QVERIFY(contrastRatio(theme.red(), background) >= 3);
             QVERIFY(contrastRatio(theme.green(), background) >= 3);
             QVERIFY(contrastRatio(theme.primary(), background) >
@@ -166,14 +168,35 @@ private Q_SLOTS:
         QCOMPARE(theme.tertiary().red(), 120);
     }
 
-    void shouldTellWindowControlsAndTextFieldsApart()
+    void shouldTellWindowAndControlsApart()
     {
         for (const QPalette &palette : {Light, Dark}) {
             QGuiApplication::setPalette(palette);
             const Theme theme;
             QVERIFY(theme.windowBackground() != theme.controlBackground());
-            QVERIFY(theme.controlBackground() != theme.textBackground());
         }
+    }
+
+    void shouldTellTextFieldsFromTheirGround_data() { addDesktops(); }
+
+    void shouldTellTextFieldsFromTheirGround()
+    {
+        QFETCH(QPalette, palette);
+        // given
+        QGuiApplication::setPalette(palette);
+
+        // when
+        const Theme theme;
+
+        // then
+        const double ratio = contrastRatio(theme.textBackground(), theme.controlBackground());
+        QVERIFY2(ratio >= 1.25, qPrintable(QString::number(ratio)));
+    }
+
+    void shouldLeaveTextFieldsAsThePaletteHasThemWhereTheyAreToldApart()
+    {
+        QGuiApplication::setPalette(paletteOf("#ffffff", "#404040", "#101010"));
+        QCOMPARE(Theme().textBackground(), QColor(0x10, 0x10, 0x10));
     }
 
     void shouldFollowThePaletteWhileRunning()
