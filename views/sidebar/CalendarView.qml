@@ -62,9 +62,9 @@ Item {
 
             objectName: "monthTitle"
             anchors.left: previousMonth.right
-            anchors.leftMargin: 2
+            anchors.leftMargin: calendar.spacing
             anchors.right: nextMonth.left
-            anchors.rightMargin: 2
+            anchors.rightMargin: calendar.spacing
             anchors.verticalCenter: parent.verticalCenter
             text: viewModel.title
             fontSizeMode: Text.HorizontalFit

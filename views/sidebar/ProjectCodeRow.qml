@@ -52,7 +52,8 @@ FocusScope {
         anchors.left: symbol.right
         anchors.leftMargin: row.spacing
         anchors.right: parent.right
-        anchors.rightMargin: row.isHovered ? 8 + mark.width + row.spacing : 8
+        // A spacer follows, with spacing on both sides where the mark is shown.
+        anchors.rightMargin: row.isHovered ? 8 + mark.width + 2 * row.spacing : 8 + row.spacing
         anchors.verticalCenter: parent.verticalCenter
         spacing: 1
 

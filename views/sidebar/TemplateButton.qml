@@ -60,7 +60,8 @@ FocusScope {
             ElidingLabel {
                 objectName: "nameText"
                 anchors.verticalCenter: parent.verticalCenter
-                width: parent.width - x
+                // A spacer follows.
+                width: parent.width - x - entry.spacing
                 text: entry.name
                 horizontalAlignment: Text.AlignLeft
                 font.pixelSize: 11

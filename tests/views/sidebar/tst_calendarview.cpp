@@ -131,6 +131,8 @@ private Q_SLOTS:
         QCOMPARE(previous.left(), 12.0 + 4);
         QCOMPARE(next.right(), 180.0 - 12 - 4);
         QCOMPARE(title.center().x(), 90.0);
+        QCOMPARE(title.left(), previous.right() + 8);
+        QCOMPARE(title.right(), next.left() - 8);
         QVERIFY(std::abs(previous.center().y() - title.center().y()) <= 0.5);
         QCOMPARE(std::min(title.top(), previous.top()), 12.0);
         QCOMPARE(f.item("previousMonth")->property("symbol").toString(), u"chevron.left"_s);

@@ -117,7 +117,7 @@ private Q_SLOTS:
         QCOMPARE(f.color(code), Theme().primary());
         QVERIFY(!f.inEntry(0, "nameText")->isVisible());
         QCOMPARE(f.place(code).left(), first.left() + 8 + 14 + 6);
-        QCOMPARE(f.place(code).right(), first.right() - 8);
+        QCOMPARE(f.place(code).right(), first.right() - 8 - 6);
         QCOMPARE(first.height(), std::max(14.0, code->height()) + 12);
 
         // code and name
@@ -147,7 +147,7 @@ private Q_SLOTS:
         const QQuickItem *const mark = f.inEntry(1, "deleteMark");
         QCOMPARE(f.place(mark).right(), row.right() - 8);
         QVERIFY(std::abs(f.place(mark).center().y() - row.center().y()) <= 0.5);
-        QCOMPARE(f.place(f.inEntry(1, "nameText")).right() + 6, f.place(mark).left());
+        QCOMPARE(f.place(f.inEntry(1, "nameText")).right() + 6 + 6, f.place(mark).left());
         QCOMPARE(f.place(f.entries().at(1)), row);
         f.window->hover({1, 399});
         QTRY_VERIFY(!f.entries().at(1)->property("isHovered").toBool());

@@ -128,7 +128,7 @@ private Q_SLOTS:
             QCOMPARE(f.color(label), Theme().primary());
             // after the symbol, in its box of 14
             QCOMPARE(f.place(label).left(), button.left() + 14 + 6);
-            QCOMPARE(f.place(label).right(), button.right());
+            QCOMPARE(f.place(label).right(), button.right() - 6);
         }
         QCOMPARE(f.item("panel")->implicitHeight(), f.place(f.entries().last()).bottom() + 12);
     }
