@@ -72,10 +72,11 @@ void OnDemand::drop()
     gone->setProperty("parent", QVariant::fromValue<QQuickItem *>(nullptr));
     gone->deleteLater();
     setImplicitHeight(0);
+    // Told first: what was disabled meanwhile can take the focus again.
+    Q_EMIT itemChanged();
     if (hadFocus && m_focusBefore && m_focusBefore->window() == window() &&
         m_focusBefore->isEnabled())
         m_focusBefore->forceActiveFocus(m_reasonBefore);
-    Q_EMIT itemChanged();
 }
 
 /// The item that has the focus, or will have it once the window is active and the item is shown.

@@ -72,6 +72,8 @@ FocusScope {
     Item {
         id: mainColumn
 
+        // Behind an open alert nothing acts, whoever asks.
+        enabled: !alert.item
         anchors.left: parent.left
         anchors.right: sideColumn.left
         height: parent.height
@@ -144,6 +146,7 @@ FocusScope {
         id: sideColumn
 
         objectName: "sideColumn"
+        enabled: !alert.item
         anchors.right: parent.right
         width: 180
         height: parent.height
@@ -207,6 +210,8 @@ FocusScope {
     }
 
     OnDemand {
+        id: alert
+
         active: viewModel.showDeleteConfirmation
 
         DeleteAlert {

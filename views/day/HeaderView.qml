@@ -56,8 +56,10 @@ Rectangle {
         bottomPadding: 6
         focusPolicy: Qt.TabFocus
         Accessible.name: text
-        Accessible.onPressAction: clicked()
-        Accessible.onToggleAction: clicked()
+        Accessible.onPressAction: if (enabled)
+            clicked()
+        Accessible.onToggleAction: if (enabled)
+            clicked()
 
         ButtonKeys {
         }
@@ -92,7 +94,7 @@ Rectangle {
             width: 44
             height: 44
             enabled: viewModel.isButtonEnabled
-            opacity: enabled ? 1 : 0.5
+            opacity: viewModel.isButtonEnabled ? 1 : 0.5
             text: viewModel.helpText
             symbol: header.timerManager.isAnyTaskRunning ? "pause.fill" : "play.fill"
             symbolSize: 20

@@ -32,15 +32,15 @@ void ContentViewModel::addTaskFromTemplate(const QString &name)
 
 void ContentViewModel::confirmDelete(Task *task)
 {
-    if (!task)
+    if (!task || m_showDeleteConfirmation)
         return;
-    m_taskToDelete = task;
+    setTaskToDelete(task);
     setShowDeleteConfirmation(true);
 }
 
 void ContentViewModel::cancelDelete()
 {
-    m_taskToDelete = nullptr;
+    setTaskToDelete(nullptr);
     setShowDeleteConfirmation(false);
 }
 
@@ -76,7 +76,7 @@ void ContentViewModel::selectTask(int index)
 
 bool ContentViewModel::handleKey(const DayKey &key)
 {
-    if (!m_tasks || m_timerManager->isEditing())
+    if (!m_tasks || m_timerManager->isEditing() || m_showDeleteConfirmation)
         return false;
 
     switch (key.key) {
@@ -232,6 +232,16 @@ void ContentViewModel::setSelectedTaskIndex(std::optional<int> index)
         return;
     m_selectedTaskIndex = index;
     Q_EMIT selectedTaskIndexChanged();
+}
+
+void ContentViewModel::setTaskToDelete(Task *task)
+{
+    if (m_taskToDelete)
+        m_taskToDelete->disconnect(this);
+    m_taskToDelete = task;
+    if (task)
+        connect(task, &Task::changed, this, &ContentViewModel::deleteMessageChanged);
+    Q_EMIT deleteMessageChanged();
 }
 
 void ContentViewModel::setShowDeleteConfirmation(bool show)

@@ -37,7 +37,7 @@ class ContentViewModel : public QObject, public QQmlParserStatus
     Q_PROPERTY(int selectedTaskIndex READ selectedTaskRow NOTIFY selectedTaskIndexChanged)
     Q_PROPERTY(bool showDeleteConfirmation READ showDeleteConfirmation NOTIFY
                    showDeleteConfirmationChanged)
-    Q_PROPERTY(QString deleteMessage READ deleteMessage NOTIFY showDeleteConfirmationChanged)
+    Q_PROPERTY(QString deleteMessage READ deleteMessage NOTIFY deleteMessageChanged)
     Q_PROPERTY(bool isAnimated READ isAnimated NOTIFY isAnimatedChanged)
 
 public:
@@ -47,7 +47,7 @@ public:
     Q_INVOKABLE void addTask();
     /// Makes a task called @p name on the selected day.
     Q_INVOKABLE void addTaskFromTemplate(const QString &name);
-    /// Asks whether @p task shall be deleted.
+    /// Asks whether @p task shall be deleted; nothing while another question is open.
     Q_INVOKABLE void confirmDelete(Task *task);
     /// The answer is no.
     Q_INVOKABLE void cancelDelete();
@@ -61,7 +61,8 @@ public:
     /// @p index is negative, which that of a row on its way out is.
     Q_INVOKABLE void selectTask(int index);
 
-    /// Does what @p key stands for. False if it stands for nothing, or while a row is edited.
+    /// Does what @p key stands for. False if it stands for nothing, while a row is edited, and
+    /// while it is asked whether to delete a task.
     bool handleKey(const DayKey &key);
     void handleSpaceKey();
     void selectPreviousTask();
@@ -77,7 +78,7 @@ public:
     /// when tasks come and go, and may lie past the end.
     const std::optional<int> &selectedTaskIndex() const { return m_selectedTaskIndex; }
     bool showDeleteConfirmation() const { return m_showDeleteConfirmation; }
-    /// What the open confirmation asks.
+    /// What the open confirmation asks. It follows the task.
     QString deleteMessage() const;
     /// Whether the last change of the list was one task's coming or going, not another day.
     bool isAnimated() const { return m_isAnimated; }
@@ -91,6 +92,7 @@ Q_SIGNALS:
     void tasksChanged();
     void selectedTaskIndexChanged();
     void showDeleteConfirmationChanged();
+    void deleteMessageChanged();
     void isAnimatedChanged();
     /// Another day is shown.
     void dayChanged();
@@ -108,6 +110,7 @@ private:
     void onSelectedDateChanged();
     void updateDay();
     void setSelectedTaskIndex(std::optional<int> index);
+    void setTaskToDelete(Task *task);
     void setShowDeleteConfirmation(bool show);
     void setIsAnimated(bool isAnimated);
 

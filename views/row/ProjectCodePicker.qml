@@ -33,7 +33,8 @@ Item {
 
     Accessible.role: Accessible.ButtonMenu
     Accessible.name: "Projektkode: " + (hasCode ? codeText : "Ingen")
-    Accessible.onPressAction: open(true)
+    Accessible.onPressAction: if (enabled)
+        open(true)
     Keys.onSpacePressed: event => {
         if (!event.isAutoRepeat)
             open(true);

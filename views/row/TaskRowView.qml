@@ -34,7 +34,8 @@ FocusScope {
     Accessible.selected: isSelected
     Accessible.focused: hasKeys
     Accessible.description: isActive ? "Kører" : ""
-    Accessible.onPressAction: select()
+    Accessible.onPressAction: if (enabled)
+        select()
 
     TaskRowViewModel {
         id: viewModel

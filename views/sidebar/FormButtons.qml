@@ -16,7 +16,7 @@ Row {
     SymbolButton {
         objectName: "addButton"
         enabled: buttons.canAdd
-        opacity: enabled ? 1 : 0.4
+        opacity: buttons.canAdd ? 1 : 0.4
         text: buttons.addName
         symbol: "checkmark"
         symbolSize: 9

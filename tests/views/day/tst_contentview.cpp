@@ -532,6 +532,109 @@ private Q_SLOTS:
         QCOMPARE(f.tasks().size(), 2);
     }
 
+    void shouldFollowTheTaskWithTheAlertsMessage()
+    {
+        // given
+        Fixture f(1);
+        f.click(f.inRow(0, "deleteButton"));
+        QCOMPARE(text(f.item("alertMessage")), u"Slet \"Opgave 1\"?"_s);
+
+        // when it is started from elsewhere
+        f.timer.toggleTask(f.tasks().at(0), AllTasks(f.store.context()), f.store.context());
+
+        // then
+        QCOMPARE(text(f.item("alertMessage")),
+                 u"Denne opgave har registreret tid. Er du sikker på, at du vil slette "
+                 "\"Opgave 1\"?"_s);
+    }
+
+    void shouldLetAssistiveTechnologyPressNothingBehindTheAlert()
+    {
+        // given all there is to be pressed
+        Fixture f(2);
+        f.store.insert<TaskTemplate>(u"Daglig status"_s);
+        f.store.insert<ProjectCode>(u"KODE"_s, u"Kunde"_s);
+        f.click(findItem(f.item("templates"), u"plusButton"_s));
+        f.type(u"Ny"_s);
+        f.click(findItem(f.item("projectCodes"), u"plusButton"_s));
+        f.type(u"Ny"_s);
+        QTRY_COMPARE(findItems(f.root(), u"deleteMark"_s).size(), 2);
+        f.click(f.inRow(0, "deleteButton"));
+        QTRY_VERIFY(f.maybe("deleteConfirmButton"));
+        // The forms have such a button, too.
+        const QPointer<QQuickItem> alertsCancelButton =
+            findItem(f.item("deleteConfirmButton")->parentItem(), u"cancelButton"_s);
+        QTRY_VERIFY(alertsCancelButton->hasActiveFocus());
+
+        // when
+        int presses = 0;
+        const auto pressAll = [&](auto &pressAll, QQuickItem *item) -> void {
+            QAccessibleInterface *const found = QAccessible::queryAccessibleInterface(item);
+            if (QAccessibleActionInterface *const actions =
+                    found ? found->actionInterface() : nullptr) {
+                for (const QString &action : actions->actionNames()) {
+                    if (action == QAccessibleActionInterface::setFocusAction())
+                        continue;
+                    ++presses;
+                    actions->doAction(action);
+                }
+            }
+            for (QQuickItem *child : item->childItems())
+                pressAll(pressAll, child);
+        };
+        pressAll(pressAll, f.root());
+
+        // then
+        QVERIFY2(presses > 50, qPrintable(QString::number(presses)));
+        QVERIFY(f.timer.isToday());
+        QVERIFY(f.timer.showBillableTime());
+        QVERIFY(!f.timer.isEditing());
+        QVERIFY(f.running().isEmpty());
+        QCOMPARE(f.selectedRow(), -1);
+        QCOMPARE(f.tasks().size(), 2);
+        QCOMPARE(LiveQuery<TaskTemplate>(f.store.context(), allRecords(), QueryOrder::SortOrder)
+                     .results()
+                     .size(),
+                 1);
+        QCOMPARE(LiveQuery<ProjectCode>(f.store.context(), allRecords(), QueryOrder::SortOrder)
+                     .results()
+                     .size(),
+                 1);
+        QVERIFY(!f.maybe("menuEntry"));
+        QCOMPARE(findItems(f.root(), u"addButton"_s).size(), 2);
+        QCOMPARE(f.item("monthTitle")->property("text").toString(), u"november 2026"_s);
+        QCOMPARE(text(f.item("alertMessage")), u"Slet \"Opgave 1\"?"_s);
+        QVERIFY(alertsCancelButton->hasActiveFocus());
+
+        // when
+        f.press(Qt::Key_Escape);
+
+        // then the field that had the keyboard has it again
+        QTRY_VERIFY(!f.maybe("alertMessage"));
+        f.type(u"t"_s);
+        QCOMPARE(text(f.item("codeField")), u"Nyt"_s);
+        QAccessible::queryAccessibleInterface(f.item("nextDay"))
+            ->actionInterface()
+            ->doAction(QAccessibleActionInterface::pressAction());
+        QVERIFY(!f.timer.isToday());
+    }
+
+    void shouldLookTheSameBehindTheAlert()
+    {
+        // given what is disabled for other reasons stays so
+        Fixture f(1);
+        f.click(findItem(f.item("templates"), u"plusButton"_s));
+        f.type(u"Ny"_s);
+
+        // when
+        f.click(f.inRow(0, "deleteButton"));
+
+        // then
+        QVERIFY(f.maybe("alertMessage"));
+        QCOMPARE(f.item("startPauseButton")->opacity(), 1.0);
+        QCOMPARE(f.item("addButton")->opacity(), 1.0);
+    }
+
     void shouldCancelWithEscape()
     {
         Fixture f(1);

@@ -501,6 +501,78 @@ private Q_SLOTS:
         QCOMPARE(f.day.tasks()->tasks().size(), 1);
     }
 
+    void shouldFollowTheTaskWithWhatItAsks()
+    {
+        // given
+        Fixture f;
+        f.addTasks(1);
+        f.row(0)->setName(u"Møde"_s);
+        f.day.confirmDelete(f.row(0));
+        QSignalSpy changed(&f.day, &ContentViewModel::deleteMessageChanged);
+
+        // when
+        f.day.startFirst();
+
+        // then
+        QVERIFY(!changed.isEmpty());
+        QCOMPARE(
+            f.day.deleteMessage(),
+            u"Denne opgave har registreret tid. Er du sikker på, at du vil slette \"Møde\"?"_s);
+
+        // when
+        changed.clear();
+        f.row(0)->setName(u"Frokost"_s);
+
+        // then
+        QVERIFY(!changed.isEmpty());
+        QVERIFY(f.day.deleteMessage().contains(u"\"Frokost\""_s));
+
+        // when
+        f.day.cancelDelete();
+        changed.clear();
+        f.row(0)->setName(u"Ferie"_s);
+
+        // then
+        QVERIFY(changed.isEmpty());
+    }
+
+    void shouldAskOneQuestionAtATime()
+    {
+        // given
+        Fixture f;
+        f.addTasks(2);
+        f.row(0)->setName(u"Første"_s);
+        f.row(1)->setName(u"Anden"_s);
+        f.day.confirmDelete(f.row(0));
+
+        // when
+        f.day.confirmDelete(f.row(1));
+
+        // then
+        QCOMPARE(f.day.deleteMessage(), u"Slet \"Første\"?"_s);
+        f.day.performDelete();
+        QCOMPARE(f.day.tasks()->tasks().size(), 1);
+        QCOMPARE(f.row(0)->name(), u"Anden"_s);
+    }
+
+    void shouldTakeNoKeyWhileItAsks()
+    {
+        // given
+        Fixture f;
+        f.addTasks(2);
+        f.day.confirmDelete(f.row(0));
+
+        // then
+        for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Up, Qt::Key_Down, Qt::Key_Left})
+            QVERIFY(!f.press(key));
+        QVERIFY(!f.day.handleKey({Qt::Key_Return, true, false, false}));
+        QVERIFY(!f.timer.isAnyTaskRunning());
+        QVERIFY(!f.day.selectedTaskIndex());
+        QCOMPARE(f.day.tasks()->tasks().size(), 2);
+        f.day.cancelDelete();
+        QVERIFY(f.press(Qt::Key_Down));
+    }
+
     void shouldDeleteNothingWhenTheAnswerIsNo()
     {
         Fixture f;
