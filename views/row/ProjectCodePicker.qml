@@ -42,6 +42,8 @@ Item {
 
     MouseArea {
         anchors.fill: parent
+        containmentMask: ClickArea {
+        }
         onClicked: picker.open(false)
     }
 

@@ -140,7 +140,7 @@ FocusScope {
             color: viewModel.isNamed ? Theme.primary : Theme.secondary
         }
 
-        HoverMark {
+        SymbolButton {
             id: pencil
 
             objectName: "pencil"
@@ -153,6 +153,8 @@ FocusScope {
             symbolSize: 14
             symbolColor: Qt.alpha(Theme.brandAccent, 0.8)
             isShown: row.isHovered
+            // Not the button's own opacity: assistive technology does not see what is transparent.
+            contentItem.opacity: isShown ? 1 : 0
             onClicked: viewModel.startNameEditing()
         }
 

@@ -92,6 +92,93 @@ private Q_SLOTS:
         QCOMPARE(clicked.size(), 4);
     }
 
+    void shouldTakeClicksInTwentyByTwentyThoughItIsSmaller()
+    {
+        // given a button of 12 x 12
+        window = std::make_unique<qmltest::Window>(QByteArray(R"(
+            import QtQuick
+            import TimeTracker.Views.Controls
+            Item {
+                SymbolButton { objectName: "first"; x: 50; y: 50; symbol: "xmark"; symbolSize: 9 }
+            })"));
+        QCOMPARE(first()->size(), QSizeF(12, 12));
+        QSignalSpy clicked(first(), SIGNAL(clicked()));
+
+        // when
+        for (const QPoint &point : {QPoint(46, 46), QPoint(65, 46), QPoint(46, 65), QPoint(65, 65)})
+            QTest::mouseClick(window.get(), Qt::LeftButton, {}, point);
+
+        // then
+        QCOMPARE(clicked.size(), 4);
+
+        // when
+        for (const QPoint &point : {QPoint(41, 56), QPoint(70, 56), QPoint(56, 41), QPoint(56, 70)})
+            QTest::mouseClick(window.get(), Qt::LeftButton, {}, point);
+
+        // then
+        QCOMPARE(clicked.size(), 4);
+    }
+
+    void shouldLeaveClicksToTheNearestOfSmallButtons()
+    {
+        // given a field and two buttons of 12 x 12, all 4 apart
+        window = std::make_unique<qmltest::Window>(QByteArray(R"(
+            import QtQuick
+            import TimeTracker.Views.Controls
+            Item {
+                TextEntry { objectName: "field"; x: 10; y: 40; width: 40; height: 32 }
+                Row {
+                    x: 54; y: 50
+                    spacing: 4
+                    SymbolButton { objectName: "first"; symbol: "checkmark"; symbolSize: 9 }
+                    SymbolButton { objectName: "second"; symbol: "xmark"; symbolSize: 9 }
+                }
+            })"));
+        QSignalSpy first(this->first(), SIGNAL(clicked()));
+        QSignalSpy second(this->second(), SIGNAL(clicked()));
+        const auto click = [this](int x) {
+            QTest::mouseClick(window.get(), Qt::LeftButton, {}, {x, 56});
+        };
+
+        // when
+        click(50);
+        click(67);
+
+        // then
+        QCOMPARE(first.size(), 2);
+        QCOMPARE(second.size(), 0);
+
+        // when
+        click(69);
+        click(87);
+
+        // then
+        QCOMPARE(first.size(), 2);
+        QCOMPARE(second.size(), 2);
+
+        // when
+        click(49);
+
+        // then
+        QVERIFY(window->item(u"field"_s)->hasActiveFocus());
+        QCOMPARE(first.size(), 2);
+    }
+
+    void shouldTakeNoClicksWhileItIsNotShown()
+    {
+        // given
+        QSignalSpy clicked(first(), SIGNAL(clicked()));
+        first()->setProperty("isShown", false);
+
+        // when
+        QTest::mouseClick(window.get(), Qt::LeftButton, {}, centre(first()));
+
+        // then
+        QCOMPARE(clicked.size(), 0);
+        QTest::keyClick(window.get(), Qt::Key_Tab);
+        QVERIFY(first()->hasActiveFocus());
+    }
+
     void shouldNotTakeTheFocusByAClick()
     {
         // given

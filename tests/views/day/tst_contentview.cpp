@@ -1110,6 +1110,97 @@ private Q_SLOTS:
         QVERIFY(std::abs(templates.height() - codes.height()) <= 1);
     }
 
+    void shouldBeClickedInTwentyByTwentyWhereverThereIsRoom()
+    {
+        // given everything that is clicked
+        Fixture f;
+        f.store.insert<Task>(u"Møde"_s, f.clock.now(), u"KODE"_s);
+        f.store.insertTask(u"Frokost"_s, 1);
+        f.store.insert<TaskTemplate>(u"Daglig status"_s);
+        f.store.insert<ProjectCode>(u"KODE"_s, u"Kunde"_s);
+        QTRY_COMPARE(f.rows().size(), 2);
+        f.click(findItem(f.item("templates"), u"plusButton"_s));
+        f.click(findItem(f.item("projectCodes"), u"plusButton"_s));
+        QTRY_COMPARE(findItems(f.root(), u"deleteMark"_s).size(), 2);
+        // one mark is drawn; what is not drawn takes no clicks
+        const QQuickItem *const mark = findItem(f.item("templates"), u"deleteMark"_s);
+        f.window->hover(centre(mark));
+        QTRY_VERIFY(mark->property("isShown").toBool());
+
+        QList<QQuickItem *> clicked;
+        const auto collect = [&clicked](auto &collect, QQuickItem *item) -> void {
+            const QVariant isShown = item->property("isShown");
+            if (!item->isVisible() || (isShown.isValid() && !isShown.toBool()))
+                return;
+            if (item->inherits("QQuickAbstractButton") || item->inherits("QQuickTextInput") ||
+                (item->parentItem() && item->parentItem()->objectName() == "picker"_L1 &&
+                 item->inherits("QQuickMouseArea")))
+                clicked << item;
+            for (QQuickItem *child : item->childItems())
+                collect(collect, child);
+        };
+        collect(collect, f.root());
+        QVERIFY2(clicked.size() > 50, qPrintable(QString::number(clicked.size())));
+
+        for (const QQuickItem *item : clicked) {
+            // then it is large enough both ways
+            const QPoint middle = item->mapFromScene(QPointF(centre(item))).toPoint();
+            int width = 0;
+            int height = 0;
+            for (int i = -400; i < 400; ++i) {
+                width += item->contains(middle + QPointF(i + 0.5, 0.5));
+                height += item->contains(middle + QPointF(0.5, i + 0.5));
+            }
+            const QByteArray what = item->objectName().toUtf8() + ' ' + QByteArray::number(width) +
+                                    ' ' + QByteArray::number(height);
+            // A template's checkmark has 4 on one side, and shares 4 with the cross on the other.
+            const bool isBetween =
+                item->objectName() == "addButton"_L1 && f.item("templates")->isAncestorOf(item);
+            QVERIFY2(width >= (isBetween ? 18 : 20), what.constData());
+            QVERIFY2(height >= 20, what.constData());
+
+            // and takes nothing away from another
+            for (const QQuickItem *other : clicked) {
+                const auto place = [](const QQuickItem *of) {
+                    return of->mapRectToScene(QRectF(0, 0, of->width(), of->height()));
+                };
+                if (other == item ||
+                    !place(item).adjusted(-20, -20, 20, 20).intersects(place(other)))
+                    continue;
+                for (int y = 0; y < other->height(); ++y) {
+                    for (int x = 0; x < other->width(); ++x) {
+                        const QPointF point(x + 0.5, y + 0.5);
+                        QVERIFY2(!item->contains(item->mapFromItem(other, point)),
+                                 what.constData());
+                    }
+                }
+            }
+        }
+    }
+
+    void shouldPageTheCalendarByAClickBesideAChevron()
+    {
+        // given
+        const Fixture f;
+        const auto click = [&f](const QPointF &point) {
+            QTest::mouseClick(f.window.get(), Qt::LeftButton, {}, point.toPoint());
+        };
+        QCOMPARE(text(f.item("monthTitle")), u"november 2026"_s);
+
+        // when
+        click(f.place("nextMonth").bottomRight() + QPointF(2, 2));
+
+        // then
+        QCOMPARE(text(f.item("monthTitle")), u"december 2026"_s);
+
+        // when
+        click(f.place("previousMonth").topLeft() - QPointF(3, 3));
+        click(f.place("previousMonth").bottomRight() - QPointF(1, 1));
+
+        // then
+        QCOMPARE(text(f.item("monthTitle")), u"oktober 2026"_s);
+    }
+
     void shouldShowTheDayThatIsClickedInTheCalendar()
     {
         Fixture f(2);
