@@ -1,8 +1,11 @@
 #include "tests/support/qmltest.h"
 
 #include <QAccessible>
+#include <QGuiApplication>
 #include <QQuickItem>
+#include <QStyleHints>
 #include <QTest>
+#include <QWheelEvent>
 
 #include <memory>
 
@@ -103,7 +106,132 @@ private Q_SLOTS:
         QCOMPARE(root()->property("deletions").toInt(), 1);
     }
 
+    void shouldTakeNoClickThatWasMeantForWhatWasThereBefore()
+    {
+        // given a click beside the mark
+        root()->setProperty("isShown", true);
+        const QPoint point = centre(mark());
+        mark()->setY(mark()->y() + 20);
+        clickAt(point, 1000);
+        QCOMPARE(root()->property("taps").toInt(), 1);
+
+        // when the mark moves there and the pointer rests
+        mark()->setY(mark()->y() - 20);
+        clickAt(point, 1000 + interval() - 1);
+
+        // then neither the mark nor what lies under it is clicked, how often so ever
+        clickAt(point, 1000 + interval() - 1);
+        QCOMPARE(root()->property("deletions").toInt(), 0);
+        QCOMPARE(root()->property("taps").toInt(), 1);
+
+        // when the double click's time is over
+        clickAt(point, 1000 + interval());
+
+        // then
+        QCOMPARE(root()->property("deletions").toInt(), 1);
+    }
+
+    void shouldTakeNoClickBeforeItHasLearntOfThePointer()
+    {
+        // given what a frame tells of: the entry is not drawn as hovered yet
+        const QPoint point = centre(mark());
+        mark()->setY(mark()->y() + 20);
+        clickAt(point, 1000);
+        mark()->setY(mark()->y() - 20);
+
+        // when
+        clickAt(point, 1100);
+
+        // then
+        QCOMPARE(root()->property("deletions").toInt(), 0);
+        QCOMPARE(root()->property("taps").toInt(), 1);
+    }
+
+    void shouldTakeTheClickOfAPointerThatHasMoved()
+    {
+        // given
+        root()->setProperty("isShown", true);
+        const QPoint point = centre(mark());
+        mark()->setY(mark()->y() + 20);
+        clickAt(point, 1000);
+        mark()->setY(mark()->y() - 20);
+
+        // when
+        send(QEvent::MouseMove, point + QPoint(6, 0), 1100);
+        clickAt(point + QPoint(6, 0), 1101);
+
+        // then
+        QCOMPARE(root()->property("deletions").toInt(), 1);
+    }
+
+    void shouldTakeAHandThatTremblesForOneThatRests()
+    {
+        // given
+        root()->setProperty("isShown", true);
+        const QPoint point = centre(mark());
+        mark()->setY(mark()->y() + 20);
+        clickAt(point, 1000);
+        mark()->setY(mark()->y() - 20);
+
+        // when
+        send(QEvent::MouseMove, point + QPoint(1, 1), 1100);
+        clickAt(point + QPoint(1, 1), 1101);
+
+        // then
+        QCOMPARE(root()->property("deletions").toInt(), 0);
+        QCOMPARE(root()->property("taps").toInt(), 1);
+    }
+
+    void shouldTakeNoClickWhenItHasJustBeenScrolledUnderThePointer()
+    {
+        // given a pointer that has rested for long
+        root()->setProperty("isShown", true);
+        const QPoint point = centre(mark());
+        mark()->setY(mark()->y() + 20);
+        send(QEvent::MouseMove, point, 1000);
+
+        // when
+        QWheelEvent wheel(point, window->mapToGlobal(point), {}, {0, -120}, {}, {},
+                          Qt::NoScrollPhase, false);
+        wheel.setTimestamp(5000);
+        QCoreApplication::sendEvent(window.get(), &wheel);
+        mark()->setY(mark()->y() - 20);
+        clickAt(point, 5100);
+
+        // then
+        QCOMPARE(root()->property("deletions").toInt(), 0);
+        clickAt(point, 5000 + interval());
+        QCOMPARE(root()->property("deletions").toInt(), 1);
+    }
+
+    void shouldTakeBothClicksOfADoubleClickWhereItHasBeen()
+    {
+        root()->setProperty("isShown", true);
+        clickAt(centre(mark()), 1000);
+        clickAt(centre(mark()), 1100);
+        QCOMPARE(root()->property("deletions").toInt(), 2);
+    }
+
 private:
+    static quint64 interval()
+    {
+        return quint64(QGuiApplication::styleHints()->mouseDoubleClickInterval());
+    }
+    void send(QEvent::Type type, const QPoint &point, quint64 time) const
+    {
+        const bool isPress = type == QEvent::MouseButtonPress;
+        const bool isMove = type == QEvent::MouseMove;
+        QMouseEvent event(type, point, point, window->mapToGlobal(point),
+                          isMove ? Qt::NoButton : Qt::LeftButton,
+                          isPress ? Qt::LeftButton : Qt::NoButton, {});
+        event.setTimestamp(time);
+        QCoreApplication::sendEvent(window.get(), &event);
+    }
+    void clickAt(const QPoint &point, quint64 time) const
+    {
+        send(QEvent::MouseButtonPress, point, time);
+        send(QEvent::MouseButtonRelease, point, time);
+    }
     QQuickItem *root() const { return window->rootObject(); }
     QQuickItem *mark() const { return window->item(u"mark"_s); }
     void click() const { QTest::mouseClick(window.get(), Qt::LeftButton, {}, centre(mark())); }

@@ -165,6 +165,43 @@ private Q_SLOTS:
         QVERIFY(f.item("elsewhere")->hasActiveFocus());
     }
 
+    void shouldDeleteOnlyOneByADoubleClick()
+    {
+        // given
+        Fixture f(3);
+        const QPoint mark = qmltest::centre(f.inEntry(1, "deleteMark"));
+        f.window->hover(mark);
+        QTRY_VERIFY(f.entries().at(1)->property("isHovered").toBool());
+
+        // when
+        QTest::mouseDClick(f.window.get(), Qt::LeftButton, {}, mark);
+
+        // then
+        QCOMPARE(f.names(), (QStringList{u"470"_s, u"472"_s}));
+    }
+
+    void shouldDrawNoDeleteMarkWithoutThePointer()
+    {
+        // given
+        const Fixture f(2);
+        const QRectF place = f.place(f.inEntry(0, "deleteMark"));
+        const QPointF onDisc(place.center().x(), place.top() + 3);
+        QCOMPARE(f.window->colorAt(onDisc), Theme().controlBackground());
+
+        // when
+        f.hover(f.entries().at(0));
+
+        // then it stands out from the row's background, too
+        const QPointF besideDisc(place.left() - 4, onDisc.y());
+        QTRY_VERIFY(f.window->colorAt(onDisc) != f.window->colorAt(besideDisc));
+
+        // when
+        f.hover(f.entries().at(1));
+
+        // then
+        QTRY_COMPARE(f.window->colorAt(onDisc), Theme().controlBackground());
+    }
+
     void shouldAddWithReturnInTheNameFieldAndNotInTheCodeField()
     {
         Fixture f;

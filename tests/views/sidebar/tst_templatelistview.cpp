@@ -209,6 +209,78 @@ private Q_SLOTS:
         QTRY_VERIFY(f.item("emptyText")->isVisible());
     }
 
+    void shouldDeleteOnlyOneByADoubleClick()
+    {
+        // given
+        Fixture f(3);
+        const QPoint mark = centre(f.inEntry(0, "deleteMark"));
+        f.window->hover(mark);
+        QTRY_VERIFY(f.entries().at(0)->property("isHovered").toBool());
+
+        // when
+        QTest::mouseDClick(f.window.get(), Qt::LeftButton, {}, mark);
+
+        // then
+        QCOMPARE(f.names(), (QStringList{u"Skabelon 2"_s, u"Skabelon 3"_s}));
+        QVERIFY(f.added().isEmpty());
+
+        // when
+        QTRY_VERIFY(f.entries().at(0)->property("isHovered").toBool());
+        f.window->hover(mark + QPoint(0, 8));
+        f.window->hover(mark);
+        f.click(f.inEntry(0, "deleteMark"));
+
+        // then
+        QCOMPARE(f.names(), QStringList{u"Skabelon 3"_s});
+    }
+
+    void shouldDeleteNothingByADoubleClickOnTheCross()
+    {
+        // given the cross lies where the first mark is once the form is gone
+        Fixture f(3);
+        f.click("plusButton");
+        const QPoint cross = centre(f.item("cancelButton"));
+
+        // when
+        QTest::mouseDClick(f.window.get(), Qt::LeftButton, {}, cross);
+
+        // then
+        QVERIFY(!f.maybe("nameField"));
+        QVERIFY(f.place(f.inEntry(0, "deleteMark")).contains(cross));
+        QCOMPARE(f.names().size(), 3);
+        QVERIFY(f.added().isEmpty());
+    }
+
+    void shouldDrawNoDeleteMarkWithoutThePointer()
+    {
+        // given
+        const Fixture f(2);
+        const QQuickItem *const mark = f.inEntry(0, "deleteMark");
+        const QRect place = f.place(mark).toRect();
+        const auto colors = [&f, &place] {
+            QSet<QRgb> colors;
+            const QImage picture = f.window->picture();
+            for (int y = place.top(); y <= place.bottom(); ++y) {
+                for (int x = place.left(); x <= place.right(); ++x)
+                    colors.insert(picture.pixel(x, y));
+            }
+            return colors;
+        };
+        QCOMPARE(colors(), QSet<QRgb>{Theme().controlBackground().rgb()});
+
+        // when
+        f.hover(mark);
+
+        // then
+        QTRY_VERIFY(colors().size() > 2);
+
+        // when
+        f.hover(f.entries().at(1));
+
+        // then
+        QTRY_COMPARE(colors(), QSet<QRgb>{Theme().controlBackground().rgb()});
+    }
+
     void shouldAddWhatIsTyped()
     {
         Fixture f;
