@@ -431,6 +431,101 @@ private Q_SLOTS:
         QVERIFY(!button->isEnabled());
     }
 
+    void shouldColourTheHeadersButtonByWhatRuns()
+    {
+        // given
+        Fixture f(1);
+        const QRectF button = f.place("startPauseButton");
+        const QPointF onCircle(button.center().x(), button.top() + 3);
+        const Theme theme;
+        QCOMPARE(f.window->colorAt(onCircle), theme.brandAccent());
+        QCOMPARE(f.window->colorAt(button.center()), QColor(Qt::white));
+        QCOMPARE(f.window->colorAt(button.topLeft() + QPointF(1, 1)), theme.controlBackground());
+
+        // when
+        f.click("startPauseButton");
+
+        // then
+        QTRY_COMPARE(f.window->colorAt(onCircle), theme.brandBackground());
+        QVERIFY(theme.brandBackground() != theme.brandAccent());
+        // between the two bars of the pause symbol
+        QCOMPARE(f.window->colorAt(button.center()), theme.brandBackground());
+        QCOMPARE(f.item("startPauseButton")->property("symbolColor").value<QColor>(),
+                 QColor(Qt::white));
+    }
+
+    void shouldExplainTheHeadersButton_data()
+    {
+        QTest::addColumn<int>("tasks");
+        QTest::addColumn<bool>("isRunning");
+        QTest::addColumn<QString>("help");
+        QTest::newRow("no tasks") << 0 << false << u"Ingen opgaver"_s;
+        QTest::newRow("tasks") << 1 << false << u"Start første opgave"_s;
+        QTest::newRow("a task runs") << 1 << true << u"Sæt aktiv opgave på pause"_s;
+    }
+    void shouldExplainTheHeadersButton()
+    {
+        QFETCH(int, tasks);
+        QFETCH(bool, isRunning);
+        // given
+        Fixture f(tasks);
+        if (isRunning)
+            f.press(Qt::Key_Space);
+
+        // when
+        f.window->hover(centre(f.item("startPauseButton")));
+
+        // then
+        QTRY_VERIFY(f.maybe("helpTip") && f.item("helpTip")->isVisible());
+        QTEST(text(f.item("helpTip")), "help");
+    }
+
+    void shouldChangeTheHelpOfTheHeadersButtonWhileItIsShown()
+    {
+        // given
+        Fixture f(1);
+        f.window->hover(centre(f.item("startPauseButton")));
+        QTRY_VERIFY(f.maybe("helpTip") && f.item("helpTip")->isVisible());
+
+        // when
+        f.press(Qt::Key_Space);
+
+        // then
+        QCOMPARE(text(f.item("helpTip")), u"Sæt aktiv opgave på pause"_s);
+    }
+
+    void shouldStepADayFromAnywhereOnAChevron()
+    {
+        // given
+        Fixture f;
+        const QRectF previous = f.place("previousDay");
+        const QRectF next = f.place("nextDay");
+        const auto click = [&f](const QPointF &point) {
+            QTest::mouseClick(f.window.get(), Qt::LeftButton, {}, point.toPoint());
+        };
+
+        // when
+        click(previous.topLeft() + QPointF(1, 1));
+        click(previous.bottomRight() - QPointF(2, 2));
+
+        // then
+        QCOMPARE(f.dateText(), u"onsdag 18. november 2026"_s);
+
+        // when
+        click(next.topRight() + QPointF(-2, 1));
+        click(next.bottomLeft() + QPointF(1, -2));
+
+        // then
+        QVERIFY(f.timer.isToday());
+
+        // when
+        click(previous.center() - QPointF(0, previous.height() / 2 + 2));
+        click(next.center() + QPointF(next.width() / 2 + 2, 0));
+
+        // then
+        QVERIFY(f.timer.isToday());
+    }
+
     void shouldSwitchBetweenActualAndBillableHours()
     {
         Fixture f(1);
