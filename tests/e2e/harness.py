@@ -175,7 +175,8 @@ class Program:
     # Looking
 
     def root(self):
-        """The program in the accessibility tree, or None."""
+        """The program in the accessibility tree, or None before it is there."""
+        self.case.assertIsNone(self.process.poll(), "The program has ended")
         context = GLib.MainContext.default()
         while context.pending():
             context.iteration(False)
@@ -217,8 +218,7 @@ class Program:
             return root is not None and any(
                 node.get_name() == TITLE and has_state(node, Atspi.StateType.ACTIVE)
                 for node in root.get_children())
-        wait_until(lambda: self.process.poll() is not None or window(), "the window is active")
-        self.case.assertIsNone(self.process.poll(), "The program has ended")
+        wait_until(window, "the window is active")
 
     # Acting
 
@@ -302,7 +302,7 @@ class Program:
         with open(f"{name}.txt", "w", encoding="utf-8") as file:
             file.write(f"Ended with: {self.process.poll()}\nWritten by the program:\n"
                        f"{self.output()}\nAccessibility tree:\n")
-            with contextlib.suppress(GLib.Error):
+            with contextlib.suppress(GLib.Error, AssertionError):
                 if root := self.root():
                     self._dump(root, file)
         print(f"See {name}.png and {name}.txt", file=sys.stderr)

@@ -25,6 +25,7 @@ sys.path.insert(0, str(pathlib.Path(__file__).parent.parent / "e2e"))
 
 import harness
 from dayprogram import UNNAMED
+from gi.repository import GLib
 from harness import STORE, STORED_WITHIN, press, wait_until, xdotool
 from sidecolumn import SideColumnProgram
 
@@ -33,10 +34,6 @@ SEED = int(os.environ.get("TIMETRACKER_SEED", "20261121"))
 MOST_TASKS = 4  # All of them in sight.
 MOST_ENTRIES = 2
 LONGEST_RUN = 4.0
-
-
-class Killed(Exception):
-    """The program has been killed."""
 
 
 @dataclass
@@ -120,13 +117,10 @@ class KillCampaign(harness.Story):
     def work_until_killed(self):
         self.changes, self.now = [], copy.deepcopy(self.state)
         self.kills_after = None
+        self.killed_at = None
         with self.program(self) as program:
             self.queued = program.queued
-
-            def kill(*_):
-                self.kill(program)
-                raise Killed
-            signal.signal(signal.SIGALRM, kill)
+            signal.signal(signal.SIGALRM, lambda *_: self.kill(program))
             try:
                 way = self.random.random()
                 if way < 0.1:  # while it starts
@@ -138,27 +132,30 @@ class KillCampaign(harness.Story):
                     self.kill_within(LONGEST_RUN)
                 else:  # shortly after a change
                     self.kills_after = self.random.randrange(1, 8)
-                self.work(program)
-            except Killed:
-                pass
+                while self.killed_at is None:
+                    self.do_something(program)
+            except (AssertionError, GLib.Error):
+                # Nothing comes of anything once it is killed.
+                if self.killed_at is None:
+                    self.give_up(program)
             finally:
                 signal.setitimer(signal.ITIMER_REAL, 0)
             self.assertEqual(program.wait_for_end(), -signal.SIGKILL)
             self.assertEqual(harness.own_words(program.output()), "")
+        # What was done between the kill and the next look at the program was done to nobody.
+        self.changes = [change for change in self.changes if change.sent <= self.killed_at]
 
-    def work(self, program):
-        """Does one thing after the other until the program is killed."""
-        try:
-            while True:
-                self.do_something(program)
-        except AssertionError:
-            # A click or key that nothing came of in all that time. What it was meant to change may
-            # have been changed or not, which is as good a moment to be killed at as any.
-            signal.setitimer(signal.ITIMER_REAL, 0)
-            self.stuck += 1
-            self.kill(program)
+    def give_up(self, program):
+        """A click or key that nothing came of in all that time. What it was meant to change may
+        have been changed or not, which is as good a moment to be killed at as any.
+        """
+        signal.setitimer(signal.ITIMER_REAL, 0)
+        self.stuck += 1
+        self.kill(program)
 
     def kill(self, program):
+        if self.killed_at is not None:
+            return
         self.killed_at = time.time()
         self.killed_queued = self.queued()
         program.process.kill()
