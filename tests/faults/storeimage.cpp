@@ -10,6 +10,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QLocale>
 #include <QTemporaryDir>
 
 using namespace Qt::StringLiterals;
@@ -42,7 +43,10 @@ void writeImage(const QString &path, const StoreImage &image)
 
 QString describe(const Record &record)
 {
-    const auto number = [](double value) { return QString::number(value, 'g', 17); };
+    // As many digits as tell it from all other numbers.
+    const auto number = [](double value) {
+        return QString::number(value, 'g', QLocale::FloatingPointShortest);
+    };
     QStringList words{QString::number(record.sortOrder()), number(record.createdAt())};
     switch (record.recordType()) {
     case RecordType::Task: {

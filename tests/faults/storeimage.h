@@ -3,6 +3,7 @@
 #include "model/modelcontainer.h"
 
 #include <QByteArray>
+#include <QHash>
 #include <QMap>
 #include <QUuid>
 
@@ -17,7 +18,7 @@ StoreImage readImage(const QString &path);
 void writeImage(const QString &path, const StoreImage &image);
 
 /// Every record of a store, put into words, by its id.
-using Contents = QMap<QUuid, QString>;
+using Contents = QHash<QUuid, QString>;
 
 /// All properties of @p record.
 QString describe(const Record &record);

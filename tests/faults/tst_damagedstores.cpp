@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <optional>
 #include <random>
 
 #include <sys/stat.h>
@@ -85,10 +86,12 @@ private:
             const QString path = newPath();
             writeImage(path, image);
             const FakeClock clock;
+            std::optional<ModelContainer> container;
             try {
-                ModelContainer container(path, clock, {1h, 1h});
-                outcome.contents = contentsOf(container.mainContext());
+                container.emplace(path, clock, SaveDelays{1h, 1h});
+                outcome.contents = contentsOf(container->mainContext());
             } catch (const StoreError &error) {
+                container.reset();
                 ++m_refused;
                 outcome.refusal = QString::fromUtf8(error.what());
                 QVERIFY(outcome.refusal.contains(path));
@@ -97,16 +100,13 @@ private:
             }
             ++m_opened;
             Contents expected = outcome.contents;
-            {
-                ModelContainer container(path, clock, {1h, 1h});
-                auto task =
-                    std::make_unique<Task>(clock, u"efter skaden"_s, clock.now(), std::nullopt);
-                expected.insert(task->id(), describe(*task));
-                container.mainContext().insert(std::move(task));
-                QVERIFY(container.mainContext().save());
-            }
-            ModelContainer container(path, clock);
-            QVERIFY(contentsOf(container.mainContext()) == expected);
+            auto task = std::make_unique<Task>(clock, u"efter skaden"_s, clock.now(), std::nullopt);
+            expected.insert(task->id(), describe(*task));
+            container->mainContext().insert(std::move(task));
+            QVERIFY(container->mainContext().save());
+            container.reset();
+            container.emplace(path, clock);
+            QVERIFY(contentsOf(container->mainContext()) == expected);
         }();
         return outcome;
     }
@@ -393,7 +393,7 @@ private Q_SLOTS:
         writeImage(path, m_closed);
         QProcess holder;
         holder.start(QStringLiteral(STOREPROBE), {path});
-        QTRY_VERIFY(holder.canReadLine());
+        QTRY_VERIFY_WITH_TIMEOUT(holder.canReadLine(), 30'000);
         QCOMPARE(holder.readLine(), "open\n");
 
         const FakeClock clock;
@@ -462,7 +462,7 @@ private Q_SLOTS:
             }
             QStringList holders;
             for (const auto &process : processes) {
-                QTRY_VERIFY(process->canReadLine());
+                QTRY_VERIFY_WITH_TIMEOUT(process->canReadLine(), 30'000);
                 const QString said = QString::fromUtf8(process->readLine());
                 if (said != "open\n"_L1)
                     QVERIFY2(said.contains("in use by another process"_L1), qPrintable(said));
@@ -471,7 +471,7 @@ private Q_SLOTS:
             }
             for (const auto &process : processes) {
                 process->closeWriteChannel();
-                QTRY_COMPARE(process->state(), QProcess::NotRunning);
+                QTRY_COMPARE_WITH_TIMEOUT(process->state(), QProcess::NotRunning, 30'000);
             }
             QCOMPARE(holders.size(), 1);
             QVERIFY(contentsOf(readImage(path)).isEmpty());
