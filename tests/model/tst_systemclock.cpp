@@ -69,12 +69,12 @@ private Q_SLOTS:
 
     void shouldTellOfANewDayAtMidnightWithoutBeingAsked()
     {
-        // given a zone in which it is almost midnight
+        // given a zone in which it is midnight in two to three seconds
         const SystemClock utc{Calendar(QTimeZone::utc())};
         const auto secondsOfDay = static_cast<int>(std::fmod(utc.now(), 86400));
         const int untilMidnight = 86400 - secondsOfDay;
         constexpr int halfADay = 43200; // offsets reach no further
-        const int offset = (untilMidnight <= halfADay ? untilMidnight : untilMidnight - 86400) - 1;
+        const int offset = (untilMidnight <= halfADay ? untilMidnight : untilMidnight - 86400) - 3;
         const SystemClock clock{Calendar(QTimeZone(offset))};
         const QDate today = clock.calendar().dayOf(clock.now());
         QSignalSpy changed(&clock, &Clock::calendarChanged);

@@ -23,10 +23,12 @@ private:
         client.connectToServer(path());
         client.write(bytes);
         QByteArray answer;
-        const bool isClosed = QTest::qWaitFor([&] {
-            answer += client.readAll();
-            return client.state() == QLocalSocket::UnconnectedState;
-        });
+        const bool isClosed = QTest::qWaitFor(
+            [&] {
+                answer += client.readAll();
+                return client.state() == QLocalSocket::UnconnectedState;
+            },
+            30'000);
         return isClosed ? answer : "is still open";
     }
 

@@ -159,7 +159,7 @@ private Q_SLOTS:
             if (!f.extra->panel().isOpen())
                 f.callItem(u"Activate"_s, {700, 10});
             QQuickWindow *const window = f.extra->panel().window();
-            QVERIFY(QTest::qWaitForWindowExposed(window));
+            QVERIFY(QTest::qWaitForWindowExposed(window, 30'000));
             QTest::mouseClick(
                 window, Qt::LeftButton, {},
                 qmltest::centre(qmltest::findItem(window->contentItem(), u"openButton"_s)));
@@ -180,7 +180,7 @@ private Q_SLOTS:
         QTRY_COMPARE(f.extra->backend(), Backend::ClockWindow);
         auto *const window = qobject_cast<QQuickWindow *>(f.clockWindow());
         QVERIFY(window && window->isVisible());
-        QVERIFY(QTest::qWaitForWindowExposed(window));
+        QVERIFY(QTest::qWaitForWindowExposed(window, 30'000));
         QCOMPARE(window->size(), QSize(120, 28));
         QCOMPARE(qmltest::findItem(window->contentItem(), u"labelText"_s)->property("text"),
                  u"01:02:05"_s);
@@ -196,7 +196,7 @@ private Q_SLOTS:
             QTRY_COMPARE(f.extra->backend(), Backend::ClockWindow);
             QWindow *const window = f.clockWindow();
             window->requestActivate();
-            QVERIFY(QTest::qWaitForWindowActive(window));
+            QVERIFY(QTest::qWaitForWindowActive(window, 30'000));
             QTest::keyClick(window, key);
             QVERIFY(f.extra->panel().isOpen());
         }

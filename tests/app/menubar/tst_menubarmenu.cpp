@@ -181,7 +181,7 @@ private Q_SLOTS:
         const auto aTickWithANewSecond = [&f] {
             f.clock.advance(1);
             const qint64 tick = f.timer.tick();
-            return QTest::qWaitFor([&] { return f.timer.tick() > tick; });
+            return QTest::qWaitFor([&] { return f.timer.tick() > tick; }, 30'000);
         };
         QVERIFY(aTickWithANewSecond());
         QCOMPARE(f.host.heard(f.service), QStringList());

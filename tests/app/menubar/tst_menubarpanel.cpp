@@ -31,12 +31,12 @@ private:
         bool open()
         {
             panel.toggle(corner());
-            return panel.window() && QTest::qWaitForWindowActive(panel.window());
+            return panel.window() && QTest::qWaitForWindowActive(panel.window(), 30'000);
         }
         bool activateOther()
         {
             other.requestActivate();
-            return QTest::qWaitForWindowActive(&other);
+            return QTest::qWaitForWindowActive(&other, 30'000);
         }
         static QPoint corner()
         {

@@ -36,7 +36,7 @@ private Q_SLOTS:
             QCOMPARE(window->minimumSize(), window->size());
             QCOMPARE(window->maximumSize(), window->size());
             window->show();
-            QVERIFY(QTest::qWaitForWindowExposed(window));
+            QVERIFY(QTest::qWaitForWindowExposed(window, 30'000));
             QCOMPARE(window->size(), QSize(240, height));
         }
     }

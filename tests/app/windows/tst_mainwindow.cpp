@@ -25,7 +25,7 @@ private:
         {
             main.open();
             main.window()->requestActivate();
-            return QTest::qWaitForWindowActive(main.window());
+            return QTest::qWaitForWindowActive(main.window(), 30'000);
         }
         /// As the desktop's close button does.
         void close()

@@ -1,10 +1,10 @@
 #include "views/controls/objectlistmodel.h"
 
 #include <QAbstractItemModelTester>
-#include <QElapsedTimer>
 #include <QSignalSpy>
 #include <QTest>
 
+#include <ctime>
 #include <memory>
 #include <random>
 #include <vector>
@@ -189,12 +189,12 @@ private Q_SLOTS:
         const QList<QObject *> reversed(objects.rbegin(), objects.rend());
 
         // when
-        QElapsedTimer clock;
-        clock.start();
+        const std::clock_t begin = std::clock();
         model.setObjects(reversed);
 
-        // then
-        QVERIFY2(clock.elapsed() < 2000, qPrintable(QString::number(clock.elapsed())));
+        // then it takes less than two seconds of the processor, whatever else that does
+        const std::clock_t spent = std::clock() - begin;
+        QVERIFY2(spent < 2 * CLOCKS_PER_SEC, qPrintable(QString::number(spent)));
         QCOMPARE(model.objects(), reversed);
         QCOMPARE(mirror.objects, reversed);
         QCOMPARE(mirror.moves, 4999);

@@ -360,7 +360,8 @@ private Q_SLOTS:
 
         // then
         QTRY_VERIFY(shownTip());
-        QVERIFY2(clock.elapsed() >= 580, qPrintable(QString::number(clock.elapsed())));
+        // Qt lets such a timer end a twentieth early.
+        QVERIFY2(clock.elapsed() >= 570, qPrintable(QString::number(clock.elapsed())));
         QCOMPARE(shownTip()->property("text").toString(), u"Hjælp til den første"_s);
         QVERIFY(shownTip()->mapToScene({}).y() >= 64);
 
