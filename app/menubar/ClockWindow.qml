@@ -37,7 +37,7 @@ Window {
             objectName: "clockButton"
             anchors.fill: parent
             focus: true
-            text: "Vis dagens opgaver"
+            label: "Vis dagens opgaver"
             leftInset: 2
             rightInset: 2
             topInset: 2

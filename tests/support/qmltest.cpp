@@ -55,16 +55,21 @@ QStringList WarningsAreFailures::expected()
     return std::exchange(s_warnings, {});
 }
 
-QList<QQuickItem *> findItems(QQuickItem *root, const QString &objectName)
+QList<QQuickItem *> findItems(QQuickItem *root)
 {
-    QList<QQuickItem *> found;
     if (!root)
-        return found;
-    if (root->objectName() == objectName)
-        found.append(root);
+        return {};
+    QList<QQuickItem *> found{root};
     const QList<QQuickItem *> children = root->childItems();
     for (QQuickItem *child : children)
-        found += findItems(child, objectName);
+        found += findItems(child);
+    return found;
+}
+
+QList<QQuickItem *> findItems(QQuickItem *root, const QString &objectName)
+{
+    QList<QQuickItem *> found = findItems(root);
+    found.removeIf([&](const QQuickItem *item) { return item->objectName() != objectName; });
     return found;
 }
 

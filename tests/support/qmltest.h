@@ -30,6 +30,9 @@ QQuickItem *findItem(QQuickItem *root, const QString &objectName);
 /// All items of that `objectName` at or below `root`, in the order of the tree.
 QList<QQuickItem *> findItems(QQuickItem *root, const QString &objectName);
 
+/// All items at or below `root`, in the order of the tree.
+QList<QQuickItem *> findItems(QQuickItem *root);
+
 /// The middle of `item` in its window's coordinates.
 QPoint centre(const QQuickItem *item);
 

@@ -5,11 +5,14 @@ import QtQuick.Templates as T
 import TimeTracker.Views.Controls
 
 /// A button without chrome: its whole rectangle takes clicks, and a little around a small one (see
-/// ClickArea). Its user gives `contentItem` and shows a disabled state. `text` is its accessible
-/// name. A click never moves the focus to it, Tab does.
+/// ClickArea). Its user gives `contentItem` and shows a disabled state. A click never moves the focus
+/// to it, Tab does.
 T.AbstractButton {
     id: control
 
+    /// What the button is called, for assistive technology and for content that shows it. Leave
+    /// `text` empty: Qt makes a shortcut of an "&" in it, and names that users enter have one.
+    property string label
     /// Corner radius of the content, which the focus ring follows.
     property real radius: 4
     /// Whether it is drawn, which its user sees to. While it is not, it takes no clicks and touches
@@ -25,7 +28,7 @@ T.AbstractButton {
     }
 
     Accessible.role: Accessible.Button
-    Accessible.name: text
+    Accessible.name: label
     Accessible.onPressAction: if (enabled)
         clicked()
 

@@ -44,7 +44,7 @@ T.Dialog {
         rightPadding: 14
 
         contentItem: TextLabel {
-            text: button.text
+            text: button.label
             color: button.textColor
             horizontalAlignment: Text.AlignHCenter
             Accessible.ignored: true
@@ -110,7 +110,7 @@ T.Dialog {
 
                     objectName: "cancelButton"
                     focus: true
-                    text: "Annuller"
+                    label: "Annuller"
                     onClicked: alertContent.cancelled()
                 }
 
@@ -118,7 +118,7 @@ T.Dialog {
                     id: deleteButton
 
                     objectName: "deleteConfirmButton"
-                    text: "Slet"
+                    label: "Slet"
                     textColor: Theme.red
                     onClicked: alertContent.deletionConfirmed()
                 }

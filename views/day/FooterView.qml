@@ -33,7 +33,7 @@ Rectangle {
         anchors.left: parent.left
         anchors.leftMargin: 16
         anchors.verticalCenter: parent.verticalCenter
-        text: "Ny opgave"
+        label: "Ny opgave"
         onClicked: footer.addTask()
 
         contentItem: Row {
@@ -48,7 +48,7 @@ Rectangle {
 
             TextLabel {
                 anchors.verticalCenter: parent.verticalCenter
-                text: addButton.text
+                text: addButton.label
                 font.weight: Font.Medium
                 color: Theme.brandAccent
                 Accessible.ignored: true

@@ -95,7 +95,7 @@ Rectangle {
             height: 44
             enabled: viewModel.isButtonEnabled
             opacity: viewModel.isButtonEnabled ? 1 : 0.5
-            text: viewModel.helpText
+            label: viewModel.helpText
             symbol: header.timerManager.isAnyTaskRunning ? "pause.fill" : "play.fill"
             symbolSize: 20
             symbolColor: "white"
@@ -129,7 +129,7 @@ Rectangle {
 
                     objectName: "previousDay"
                     anchors.verticalCenter: parent.verticalCenter
-                    text: "Forrige dag"
+                    label: "Forrige dag"
                     symbol: "chevron.left"
                     onClicked: header.timerManager.goToPreviousDay()
                 }
@@ -153,7 +153,7 @@ Rectangle {
 
                     objectName: "nextDay"
                     anchors.verticalCenter: parent.verticalCenter
-                    text: "Næste dag"
+                    label: "Næste dag"
                     symbol: "chevron.right"
                     onClicked: header.timerManager.goToNextDay()
                 }

@@ -87,7 +87,7 @@ PlainButton {
         }
     }
 
-    text: (isActive ? "Sæt på pause: " : "Start ") + shownName
+    label: (isActive ? "Sæt på pause: " : "Start ") + shownName
     leftPadding: 12
     rightPadding: 12
     topPadding: 6

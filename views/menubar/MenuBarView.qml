@@ -44,7 +44,7 @@ FocusScope {
 
             TextLabel {
                 anchors.verticalCenter: parent.verticalCenter
-                text: command.text
+                text: command.label
                 Accessible.ignored: true
             }
         }
@@ -177,7 +177,7 @@ FocusScope {
 
         Command {
             objectName: "openButton"
-            text: "Åbn Time Tracker"
+            label: "Åbn Time Tracker"
             symbol: "timer"
             onClicked: panel.openMainWindow()
         }
@@ -188,7 +188,7 @@ FocusScope {
 
         Command {
             objectName: "quitButton"
-            text: "Afslut"
+            label: "Afslut"
             symbol: "power"
             onClicked: panel.quit()
         }

@@ -61,6 +61,9 @@ T.Menu {
     component Entry: T.MenuItem {
         id: entry
 
+        /// Leave `text` empty: Qt makes a shortcut of an "&" in it (see PlainButton).
+        property string label
+
         objectName: "menuEntry"
         implicitWidth: implicitContentWidth + leftPadding + rightPadding
         implicitHeight: implicitContentHeight + topPadding + bottomPadding
@@ -69,13 +72,13 @@ T.Menu {
         font.pixelSize: 13
         topPadding: 5
         bottomPadding: 5
-        Accessible.name: text
+        Accessible.name: label
         Accessible.checkable: true
         Accessible.checked: checked
         Accessible.onPressAction: triggered()
 
         contentItem: EntryContent {
-            text: entry.text
+            text: entry.label
             font: entry.font
             isChecked: entry.checked
         }
@@ -121,7 +124,7 @@ T.Menu {
     Entry {
         id: none
 
-        text: "Ingen"
+        label: "Ingen"
         checked: menu.selectedCode === undefined
         onTriggered: menu.codeChosen(undefined)
     }
@@ -153,7 +156,7 @@ T.Menu {
         delegate: Entry {
             required property ProjectCode object
 
-            text: object?.displayName ?? ""
+            label: object?.displayName ?? ""
             checked: menu.selectedCode === object?.code
             onTriggered: menu.codeChosen(object.code)
         }

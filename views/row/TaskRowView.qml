@@ -85,7 +85,7 @@ FocusScope {
         anchors.verticalCenter: parent.verticalCenter
         width: 28
         height: 28
-        text: (row.isActive ? "Sæt på pause: " : "Start ") + viewModel.shownName
+        label: (row.isActive ? "Sæt på pause: " : "Start ") + viewModel.shownName
         symbol: row.isActive ? "pause.fill" : "play.fill"
         symbolSize: 14
         symbolColor: row.isActive ? Theme.brandBackground : Theme.brandAccent
@@ -148,7 +148,7 @@ FocusScope {
             anchors.leftMargin: Math.ceil(nameText.contentWidth) + 6
             anchors.verticalCenter: parent.verticalCenter
             visible: !viewModel.isEditingName
-            text: "Rediger navn"
+            label: "Rediger navn"
             symbol: "pencil.circle.fill"
             symbolSize: 14
             symbolColor: Qt.alpha(Theme.brandAccent, 0.8)
@@ -195,10 +195,10 @@ FocusScope {
             objectName: "timeText"
             width: parent.width
             visible: !viewModel.isEditingTime
-            text: viewModel.displayedTime
-            Accessible.name: row.isActive && heldName || text
+            label: viewModel.displayedTime
+            Accessible.name: row.isActive && heldName || label
             Accessible.description: help.text
-            onActiveFocusChanged: heldName = activeFocus ? text : ""
+            onActiveFocusChanged: heldName = activeFocus ? label : ""
             onClicked: viewModel.startTimeEditing()
 
             LazyHelpTip {
@@ -259,7 +259,7 @@ FocusScope {
         anchors.rightMargin: 12
         anchors.verticalCenter: parent.verticalCenter
         opacity: row.isActive ? 0.5 : 1
-        text: "Slet " + viewModel.shownName
+        label: "Slet " + viewModel.shownName
         symbol: "minus.circle.fill"
         symbolSize: 16
         symbolColor: Qt.alpha(Theme.red, 0.7)

@@ -52,7 +52,7 @@ Item {
 
             objectName: "previousMonth"
             anchors.verticalCenter: parent.verticalCenter
-            text: "Forrige måned"
+            label: "Forrige måned"
             symbol: "chevron.left"
             onClicked: viewModel.previousMonth()
         }
@@ -80,7 +80,7 @@ Item {
             objectName: "nextMonth"
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
-            text: "Næste måned"
+            label: "Næste måned"
             symbol: "chevron.right"
             onClicked: viewModel.nextMonth()
         }

@@ -21,7 +21,7 @@ PlainButton {
     signal tap
 
     radius: height / 2
-    text: name
+    label: name
     focus: isTabStop
     focusPolicy: isTabStop ? Qt.TabFocus : Qt.NoFocus
     Accessible.selectable: true

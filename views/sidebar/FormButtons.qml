@@ -17,7 +17,7 @@ Row {
         objectName: "addButton"
         enabled: buttons.canAdd
         opacity: buttons.canAdd ? 1 : 0.4
-        text: buttons.addName
+        label: buttons.addName
         symbol: "checkmark"
         symbolSize: 9
         symbolColor: Theme.green
@@ -26,7 +26,7 @@ Row {
 
     SymbolButton {
         objectName: "cancelButton"
-        text: "Annuller"
+        label: "Annuller"
         symbol: "xmark"
         symbolSize: 9
         symbolColor: Theme.red

@@ -72,7 +72,7 @@ Flickable {
             anchors.right: parent.right
             anchors.rightMargin: 8
             anchors.verticalCenter: parent.verticalCenter
-            text: panel.addName
+            label: panel.addName
             symbol: "plus"
             symbolSize: 10
             onClicked: panel.viewModel.startAdding()

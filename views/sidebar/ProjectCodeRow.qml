@@ -86,7 +86,7 @@ FocusScope {
         anchors.rightMargin: 8
         anchors.verticalCenter: parent.verticalCenter
         isShown: row.isHovered
-        text: "Slet projektkode " + row.code
+        label: "Slet projektkode " + row.code
         onClicked: row.deleteRequested()
     }
 }

@@ -44,7 +44,7 @@ FocusScope {
         anchors.right: parent.right
         anchors.rightMargin: entry.isHovered ? 8 + mark.width + entry.spacing : 8
         anchors.verticalCenter: parent.verticalCenter
-        text: entry.name
+        label: entry.name
         onClicked: entry.tap()
 
         contentItem: Row {
@@ -78,7 +78,7 @@ FocusScope {
         anchors.rightMargin: 8
         anchors.verticalCenter: parent.verticalCenter
         isShown: entry.isHovered
-        text: "Slet skabelon " + entry.name
+        label: "Slet skabelon " + entry.name
         onClicked: entry.deleteRequested()
     }
 }

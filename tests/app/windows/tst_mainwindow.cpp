@@ -145,7 +145,7 @@ private Q_SLOTS:
         QVERIFY(task->isRunning());
         QCOMPARE(f.timer.activeTaskID(), task->id());
         QVERIFY(f.timer.isTicking());
-        QCOMPARE(f.item("timeText")->property("text").toString(), u"00:01:05"_s);
+        QCOMPARE(f.item("timeText")->property("label").toString(), u"00:01:05"_s);
         // and the window's keys stop it
         QTest::keyClick(f.main.window(), Qt::Key_Space);
         QVERIFY(!task->isRunning());

@@ -20,8 +20,8 @@ constexpr auto Area = R"(
         objectName: "area"
         contentHeight: 130
         FocusReveal {}
-        PlainButton { width: 60; height: 20; text: "Knap"; objectName: "first" }
-        PlainButton { width: 60; height: 20; text: "Knap"; objectName: "second"; y: 20 }
+        PlainButton { width: 60; height: 20; label: "Knap"; objectName: "first" }
+        PlainButton { width: 60; height: 20; label: "Knap"; objectName: "second"; y: 20 }
         ListView {
             objectName: "list"
             y: 50
@@ -29,9 +29,9 @@ constexpr auto Area = R"(
             clip: true
             keyNavigationEnabled: false
             model: 5
-            delegate: PlainButton { width: 60; height: 20; text: "Knap"; objectName: "entry" }
+            delegate: PlainButton { width: 60; height: 20; label: "Knap"; objectName: "entry" }
         }
-        PlainButton { width: 60; height: 20; text: "Knap"; objectName: "last"; y: 110 }
+        PlainButton { width: 60; height: 20; label: "Knap"; objectName: "last"; y: 110 }
     })";
 
 /// Fields in rows with a margin of 4 around them, of which 60 pixels are in sight.

@@ -31,7 +31,7 @@ constexpr auto Entry = R"(
         HoverMark {
             objectName: "mark"
             x: 20; y: 20
-            text: "Slet skabelon Møde"
+            label: "Slet skabelon Møde"
             isShown: parent.isShown
             onClicked: ++parent.deletions
         }

@@ -18,7 +18,7 @@ constexpr auto List = R"(
     ListView {
         objectName: "list"
         model: 20
-        delegate: PlainButton { width: ListView.view.width; height: 20; text: "Knap" }
+        delegate: PlainButton { width: ListView.view.width; height: 20; label: "Knap" }
         T.ScrollBar.vertical: OverlayScrollBar { objectName: "bar" }
     })";
 

@@ -36,7 +36,7 @@ constexpr auto TwoButtons = R"(
             objectName: "first"
             x: 20; y: 20
             width: 44; height: 44
-            text: "Første"
+            label: "Første"
             contentItem: Item { }
             LazyHelpTip {
                 text: first.helpText
@@ -47,7 +47,7 @@ constexpr auto TwoButtons = R"(
             objectName: "second"
             x: 100; y: 20
             implicitWidth: 44; implicitHeight: 44
-            text: "Anden"
+            label: "Anden"
             symbol: "play.fill"
             symbolSize: 20
             symbolColor: "white"
@@ -313,6 +313,22 @@ private Q_SLOTS:
         // then
         QCOMPARE(clicked.size(), 0);
         QVERIFY(second()->hasActiveFocus());
+    }
+
+    void shouldMakeNoShortcutOfItsLabel()
+    {
+        // given
+        QSignalSpy clicked(first(), SIGNAL(clicked()));
+        first()->setProperty("label", u"Slet R&D & sa&lg"_s);
+
+        // when
+        for (const Qt::Key key : {Qt::Key_D, Qt::Key_Space, Qt::Key_L})
+            QTest::keyClick(window.get(), key, Qt::AltModifier);
+
+        // then
+        QCOMPARE(clicked.size(), 0);
+        QCOMPARE(QAccessible::queryAccessibleInterface(first())->text(QAccessible::Name),
+                 u"Slet R&D & sa&lg"_s);
     }
 
     void shouldBeAButtonToAssistiveTechnology()

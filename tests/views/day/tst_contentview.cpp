@@ -1460,6 +1460,71 @@ private Q_SLOTS:
         QCOMPARE(day()->text(QAccessible::Description), u"Ingen opgaver for denne dag"_s);
     }
 
+    void shouldMakeNoShortcutOfAName()
+    {
+        // given
+        Fixture f;
+        Task *const task = f.store.insert<Task>(u"B&O"_s, f.clock.now(), u"R&D"_s);
+        f.store.insert<TaskTemplate>(u"B&O &møde"_s);
+        f.store.insert<ProjectCode>(u"R&D"_s, u"Salg & service"_s);
+        QTRY_COMPARE(f.rows().size(), 1);
+        QTRY_COMPARE(findItems(f.root(), u"deleteMark"_s).size(), 2);
+        const auto controls = [&f] {
+            QList<const QQuickItem *> controls;
+            const QList<QQuickItem *> items = findItems(f.window->contentItem());
+            std::copy_if(
+                items.begin(), items.end(), std::back_inserter(controls),
+                [](const QQuickItem *item) { return item->inherits("QQuickAbstractButton"); });
+            return controls;
+        };
+        const auto expectNoShortcuts = [&] {
+            for (const QQuickItem *control : controls())
+                QVERIFY2(QKeySequence::mnemonic(text(control)).isEmpty(),
+                         qPrintable(text(control)));
+            // and none that a text alone does not tell
+            for (int key = Qt::Key_A; key <= Qt::Key_Z; ++key)
+                f.press(static_cast<Qt::Key>(key), Qt::AltModifier);
+        };
+        const auto spoken = [&] {
+            QStringList names;
+            for (const QQuickItem *control : controls())
+                names << QAccessible::queryAccessibleInterface(const_cast<QQuickItem *>(control))
+                             ->text(QAccessible::Name);
+            return names;
+        };
+
+        // then nothing has happened in the day
+        expectNoShortcuts();
+        QCOMPARE(f.tasks(), QList<Task *>{task});
+        QVERIFY(!task->isRunning());
+        QCOMPARE(findItems(f.root(), u"deleteMark"_s).size(), 2);
+        QVERIFY(!f.maybe("cancelButton"));
+        for (const QString &name : {u"Start B&O"_s, u"Slet B&O"_s, u"B&O &møde"_s,
+                                    u"Slet skabelon B&O &møde"_s, u"Slet projektkode R&D"_s}) {
+            QVERIFY2(spoken().contains(name), qPrintable(name));
+        }
+        QCOMPARE(f.names(), QStringList{u"B&O"_s});
+        QCOMPARE(text(findItem(f.item("templates"), u"nameText"_s)), u"B&O &møde"_s);
+        QCOMPARE(text(f.item("codeText")), u"R&D"_s);
+        QCOMPARE(text(f.item("badgeText")), u"R&D"_s);
+
+        // nor in the menu
+        f.click("picker");
+        QTRY_COMPARE(findItems(f.window->contentItem(), u"menuEntry"_s).size(), 2);
+        QVERIFY(spoken().contains(u"R&D \u2013 Salg & service"_s));
+        expectNoShortcuts();
+        QCOMPARE(task->projectCode(), u"R&D"_s);
+        f.press(Qt::Key_Escape);
+        QTRY_VERIFY(!f.maybe("menuEntry"));
+
+        // nor in the alert
+        f.click("deleteButton");
+        QTRY_VERIFY(f.item("cancelButton")->hasActiveFocus());
+        expectNoShortcuts();
+        QCOMPARE(text(f.item("alertMessage")), u"Slet \"B&O\"?"_s);
+        QCOMPARE(f.tasks(), QList<Task *>{task});
+    }
+
     void shouldNameItsControls()
     {
         Fixture f(1);

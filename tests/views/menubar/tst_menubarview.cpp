@@ -125,13 +125,32 @@ private Q_SLOTS:
               std::tuple{"quitButton", u"power"_s, u"Afslut"_s}}) {
             QQuickItem *const button = f.item(name);
             QCOMPARE(button->width(), 240.0);
-            QCOMPARE(f.text(button), text);
+            QCOMPARE(button->property("label").toString(), text);
             QCOMPARE(button->property("symbol").toString(), symbol);
             for (const char *side : {"leftPadding", "rightPadding"})
                 QCOMPARE(button->property(side).toInt(), 12);
             for (const char *side : {"topPadding", "bottomPadding"})
                 QCOMPARE(button->property(side).toInt(), 8);
         }
+    }
+
+    void shouldMakeNoShortcutOfAName()
+    {
+        // given
+        Fixture f;
+        Task *const task = f.store.insertTask(u"R&D & sa&lg"_s);
+        f.show();
+        QCOMPARE(f.rows().size(), 1);
+
+        // when
+        for (const Qt::Key key : {Qt::Key_D, Qt::Key_Space, Qt::Key_L})
+            QTest::keyClick(f.window.get(), key, Qt::AltModifier);
+
+        // then
+        QVERIFY(!task->isRunning());
+        QCOMPARE(f.text(f.item("nameText")), u"R&D & sa&lg"_s);
+        QCOMPARE(QAccessible::queryAccessibleInterface(f.rows().at(0))->text(QAccessible::Name),
+                 u"Start R&D & sa&lg"_s);
     }
 
     void shouldLayOutARow()

@@ -65,7 +65,7 @@ private:
         {
             QStringList texts;
             for (const QQuickItem *entry : entries())
-                texts << entry->property("text").toString();
+                texts << entry->property("label").toString();
             return texts;
         }
         QStringList checkedTexts() const
@@ -73,7 +73,7 @@ private:
             QStringList texts;
             for (QQuickItem *entry : entries()) {
                 if (qmltest::findItem(entry, u"checkmark"_s)->isVisible())
-                    texts << entry->property("text").toString();
+                    texts << entry->property("label").toString();
             }
             return texts;
         }
@@ -81,7 +81,7 @@ private:
         {
             for (const QQuickItem *entry : entries()) {
                 if (entry->property("highlighted").toBool())
-                    return entry->property("text").toString();
+                    return entry->property("label").toString();
             }
             return {};
         }
@@ -261,7 +261,7 @@ private Q_SLOTS:
             const auto entries = f.entries();
             const auto found =
                 std::find_if(entries.cbegin(), entries.cend(), [](const QQuickItem *entry) {
-                    return entry->property("text") == u"K199"_s;
+                    return entry->property("label") == u"K199"_s;
                 });
             return found != entries.cend() ? *found : nullptr;
         };

@@ -101,7 +101,7 @@ private:
         {
             const auto entries = qmltest::findItems(window->contentItem(), u"menuEntry"_s);
             for (QQuickItem *entry : entries) {
-                if (entry->property("text").toString() == text)
+                if (entry->property("label").toString() == text)
                     return entry;
             }
             return nullptr;
@@ -369,7 +369,7 @@ private Q_SLOTS:
         QCOMPARE(f.task->accumulatedSeconds(), 5400);
         QVERIFY(!f.task->isRunning());
         QTRY_VERIFY(!f.field("timeField"));
-        QCOMPARE(f.item("timeText")->property("text").toString(), u"01:30:00"_s);
+        QCOMPARE(f.item("timeText")->property("label").toString(), u"01:30:00"_s);
     }
 
     void shouldStayInTheEditUntilReturn()
@@ -486,7 +486,7 @@ private Q_SLOTS:
 
         time->forceActiveFocus(Qt::TabFocusReason);
         pass(3);
-        QCOMPARE(time->property("text").toString(), u"00:00:05"_s);
+        QCOMPARE(time->property("label").toString(), u"00:00:05"_s);
         QCOMPARE(name(), u"00:00:02"_s);
 
         f.item("deleteButton")->forceActiveFocus(Qt::TabFocusReason);
