@@ -29,6 +29,8 @@ T.AbstractButton {
 
     Accessible.role: Accessible.Button
     Accessible.name: label
+    // Qt 6.4 does not tell a disabled button from any other.
+    Accessible.description: enabled ? "" : "Ikke tilgængelig"
     Accessible.onPressAction: if (enabled)
         clicked()
 

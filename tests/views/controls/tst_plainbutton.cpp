@@ -331,6 +331,26 @@ private Q_SLOTS:
                  u"Slet R&D & sa&lg"_s);
     }
 
+    void shouldSayThatItIsDisabled()
+    {
+        // given
+        const QAccessibleInterface *const accessible =
+            QAccessible::queryAccessibleInterface(first());
+        QCOMPARE(accessible->text(QAccessible::Description), QString());
+
+        // when
+        first()->setEnabled(false);
+
+        // then
+        QCOMPARE(accessible->text(QAccessible::Description), u"Ikke tilgængelig"_s);
+
+        // when
+        first()->setEnabled(true);
+
+        // then
+        QCOMPARE(accessible->text(QAccessible::Description), QString());
+    }
+
     void shouldBeAButtonToAssistiveTechnology()
     {
         QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(first());

@@ -1525,6 +1525,39 @@ private Q_SLOTS:
         QCOMPARE(f.tasks(), QList<Task *>{task});
     }
 
+    void shouldSayWhatIsNotAvailable()
+    {
+        Fixture f;
+        f.click(findItem(f.item("templates"), u"plusButton"_s));
+        f.click(findItem(f.item("projectCodes"), u"plusButton"_s));
+        const auto press = [](QAccessibleInterface *button) {
+            button->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+        };
+        QAccessibleInterface *const start =
+            QAccessible::queryAccessibleInterface(f.item("startPauseButton"));
+        QList<QAccessibleInterface *> buttons{start};
+        for (QQuickItem *button : findItems(f.root(), u"addButton"_s))
+            buttons << QAccessible::queryAccessibleInterface(button);
+        QStringList names;
+        for (QAccessibleInterface *const button : buttons) {
+            names << button->text(QAccessible::Name);
+            QCOMPARE(button->text(QAccessible::Description), u"Ikke tilgængelig"_s);
+            press(button);
+        }
+        QCOMPARE(names,
+                 (QStringList{u"Ingen opgaver"_s, u"Tilføj skabelon"_s, u"Tilføj projektkode"_s}));
+        QCOMPARE(findItems(f.root(), u"addButton"_s).size(), 2);
+        QVERIFY(findItems(f.root(), u"deleteMark"_s).isEmpty());
+        QVERIFY(!f.timer.isAnyTaskRunning());
+
+        // and what is available says nothing
+        f.store.insertTask(u"Møde"_s);
+        QCOMPARE(start->text(QAccessible::Name), u"Start første opgave"_s);
+        QCOMPARE(start->text(QAccessible::Description), QString());
+        press(start);
+        QVERIFY(f.timer.isAnyTaskRunning());
+    }
+
     void shouldNameItsControls()
     {
         Fixture f(1);
