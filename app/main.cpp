@@ -2,6 +2,7 @@
 #include "app/instance/singleinstance.h"
 #include "app/instance/usersession.h"
 #include "app/timetrackerapp.h"
+#include "app/windows/keyrepeats.h"
 #include "app/windows/mainwindow.h"
 #include "model/fatalerror.h"
 
@@ -14,6 +15,7 @@
 #include <QSvgRenderer>
 
 #include <cstdlib>
+#include <optional>
 
 namespace
 {
@@ -52,6 +54,10 @@ int main(int argc, char *argv[])
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     // With widgets only for the trays that need them.
     const QApplication application(argc, argv);
+    // Of Wayland's keys, Qt itself makes the repetitions.
+    std::optional<KeyRepeats> keyRepeats;
+    if (QGuiApplication::platformName() == QLatin1String("xcb"))
+        keyRepeats.emplace();
     // Also the name of the data directory.
     QApplication::setApplicationName(QStringLiteral("dk.tulo.TimeTracker"));
     QApplication::setApplicationDisplayName(QStringLiteral("TULO Time Tracker"));
