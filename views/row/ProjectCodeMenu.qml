@@ -72,10 +72,14 @@ T.Menu {
         font.pixelSize: 13
         topPadding: 5
         bottomPadding: 5
+        // An entry that is hovered is highlighted.
+        hoverEnabled: lastInput.isPointer
         Accessible.name: label
         Accessible.checkable: true
         Accessible.checked: checked
         Accessible.onPressAction: triggered()
+        // The Space that has opened the menu and is still held chooses nothing.
+        Keys.onPressed: event => event.accepted = event.isAutoRepeat && event.key === Qt.Key_Space
 
         contentItem: EntryContent {
             text: entry.label
@@ -117,8 +121,27 @@ T.Menu {
         currentIndex: menu.currentIndex
         highlightMoveDuration: 0
         interactive: contentHeight > height
+        // Assistive technology finds only what is made and, since Qt 6.8, not left out of the picture.
+        displayMarginBeginning: menu.count * none.implicitHeight
+        displayMarginEnd: displayMarginBeginning
         clip: true
         boundsBehavior: Flickable.StopAtBounds
+    }
+
+    LastInput {
+        id: lastInput
+
+        isPointer: !menu.opensAtChoice
+    }
+
+    Shortcut {
+        sequence: "Home"
+        onActivated: menu.currentIndex = 0
+    }
+
+    Shortcut {
+        sequence: "End"
+        onActivated: menu.currentIndex = model.lastEntry()
     }
 
     Entry {

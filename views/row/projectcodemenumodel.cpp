@@ -21,6 +21,11 @@ int ProjectCodeMenuModel::entryOf(const QVariant &code) const
     return chosen == codes.end() ? 0 : static_cast<int>(chosen - codes.begin()) + 2;
 }
 
+int ProjectCodeMenuModel::lastEntry() const
+{
+    return m_codes.count() == 0 ? 0 : m_codes.count() + 1;
+}
+
 void ProjectCodeMenuModel::setModelContext(ModelContext *modelContext)
 {
     if (m_modelContext == modelContext)

@@ -29,6 +29,8 @@ public:
     /// The menu's entry for a code's text: 0, "Ingen", for none (an invalid value) and for one that
     /// is not on the list; the codes come after that and a divider.
     Q_INVOKABLE int entryOf(const QVariant &code) const;
+    /// The menu's last entry, counted likewise.
+    Q_INVOKABLE int lastEntry() const;
 
     ModelContext *modelContext() const { return m_modelContext; }
     void setModelContext(ModelContext *modelContext);

@@ -231,6 +231,117 @@ private Q_SLOTS:
         QCOMPARE(f.code(), u"a"_s);
     }
 
+    void shouldOpenByKeyAtItsChoiceThoughThePointerRestsOnAnotherEntry()
+    {
+        // given a pointer where another entry will be
+        const Fixture f({u"a"_s, u"b"_s, u"c"_s}, u"c"_s);
+        const QPoint pointer(40, 80);
+        f.window->hover(pointer);
+
+        // when
+        f.press(Qt::Key_Tab);
+        f.press(Qt::Key_Space);
+
+        // then
+        QTRY_COMPARE(f.highlightedText(), u"c"_s);
+        const QQuickItem *const under = f.entries().at(1);
+        QVERIFY(under->contains(under->mapFromScene(pointer)));
+        // what the window makes of a resting pointer, it makes of it when it draws
+        f.window->picture();
+        QCOMPARE(f.highlightedText(), u"c"_s);
+
+        // when
+        f.window->hover(pointer + QPoint(1, 0));
+
+        // then
+        QTRY_COMPARE(f.highlightedText(), u"a"_s);
+    }
+
+    void shouldStayOpenWhileTheKeyIsHeldThatOpensIt()
+    {
+        // given
+        const Fixture f({u"a"_s}, u"a"_s);
+        const auto send = [&f](QEvent::Type type, bool isRepeat) {
+            QKeyEvent event(type, Qt::Key_Space, Qt::NoModifier, u" "_s, isRepeat);
+            QCoreApplication::sendEvent(f.window.get(), &event);
+        };
+        f.press(Qt::Key_Tab);
+
+        // when the window system repeats the key as X does
+        send(QEvent::KeyPress, false);
+        QTRY_COMPARE(f.highlightedText(), u"a"_s);
+        f.press(Qt::Key_Up);
+        for (int i = 0; i < 5; ++i) {
+            send(QEvent::KeyRelease, true);
+            send(QEvent::KeyPress, true);
+        }
+        send(QEvent::KeyRelease, false);
+
+        // then
+        QCOMPARE(f.code(), u"a"_s);
+        QCOMPARE(f.highlightedText(), u"Ingen"_s);
+
+        // when
+        f.press(Qt::Key_Space);
+
+        // then
+        QCOMPARE(f.code(), u"(ingen)"_s);
+    }
+
+    void shouldGoToItsEndsByHomeAndEnd()
+    {
+        const Fixture f({u"a"_s, u"b"_s, u"c"_s}, u"b"_s);
+        f.press(Qt::Key_Tab);
+        f.press(Qt::Key_Space);
+        QTRY_COMPARE(f.highlightedText(), u"b \u2013 Støtte"_s);
+        f.press(Qt::Key_Home);
+        QCOMPARE(f.highlightedText(), u"Ingen"_s);
+        f.press(Qt::Key_End);
+        QCOMPARE(f.highlightedText(), u"c"_s);
+        f.press(Qt::Key_Up);
+        QCOMPARE(f.highlightedText(), u"b \u2013 Støtte"_s);
+        f.press(Qt::Key_End);
+        f.press(Qt::Key_Return);
+        QCOMPARE(f.code(), u"c"_s);
+    }
+
+    void shouldGoByKeyThroughALongMenuThatARestingPointerHasOpened()
+    {
+        // given entries that scroll by under the pointer
+        QStringList codes;
+        for (int i = 0; i < 60; ++i)
+            codes << u"K%1"_s.arg(i);
+        const Fixture f(codes);
+        f.open();
+        f.window->hover({41, 100});
+        f.window->hover({40, 100});
+        QTRY_VERIFY(!f.highlightedText().isEmpty());
+
+        // when
+        f.press(Qt::Key_End);
+
+        // then
+        f.window->picture();
+        QTRY_COMPARE(f.highlightedText(), u"K59"_s);
+
+        // when
+        f.press(Qt::Key_Home);
+
+        // then
+        f.window->picture();
+        QTRY_COMPARE(f.highlightedText(), u"Ingen"_s);
+    }
+
+    void shouldHaveOneEndWithoutCodes()
+    {
+        const Fixture f;
+        f.press(Qt::Key_Tab);
+        f.press(Qt::Key_Space);
+        QTRY_COMPARE(f.highlightedText(), u"Ingen"_s);
+        f.press(Qt::Key_End);
+        QCOMPARE(f.highlightedText(), u"Ingen"_s);
+    }
+
     void shouldOpenAtTheTopWithoutItsCodeInTheMenu()
     {
         const Fixture f({u"a"_s}, u"slettet"_s);
@@ -273,6 +384,36 @@ private Q_SLOTS:
                 .contains(last()->mapRectToScene(QRectF(0, 0, last()->width(), last()->height()))));
         f.press(Qt::Key_Return);
         QCOMPARE(f.code(), u"K199"_s);
+    }
+
+    void shouldOfferAssistiveTechnologyAllEntries()
+    {
+        // given more than the window has room for
+        QStringList codes{u"K0"_s};
+        for (int i = 2; i <= 200; ++i)
+            codes << u"K%1"_s.arg(i);
+        const Fixture f(codes);
+        const auto told = [&f] {
+            QStringList names;
+            QList<QAccessibleInterface *> left{
+                QAccessible::queryAccessibleInterface(f.window.get())};
+            while (!left.isEmpty()) {
+                QAccessibleInterface *const each = left.takeFirst();
+                if (each->role() == QAccessible::MenuItem)
+                    names << each->text(QAccessible::Name);
+                for (int i = 0; i < each->childCount(); ++i)
+                    left << each->child(i);
+            }
+            return names;
+        };
+
+        // when
+        f.open();
+
+        // then
+        QTRY_COMPARE(told().size(), 201);
+        QCOMPARE(told(), f.texts());
+        QCOMPARE(told().constLast(), u"K200"_s);
     }
 
     void shouldBeNamedForAssistiveTechnology()

@@ -1,0 +1,30 @@
+#include "views/controls/lastinput.h"
+
+#include <QEvent>
+#include <QGuiApplication>
+
+LastInput::LastInput(QObject *parent)
+    : QObject(parent)
+{
+    qGuiApp->installEventFilter(this);
+}
+
+void LastInput::setIsPointer(bool isPointer)
+{
+    if (m_isPointer == isPointer)
+        return;
+    m_isPointer = isPointer;
+    Q_EMIT isPointerChanged();
+}
+
+bool LastInput::eventFilter(QObject *watched, QEvent *event)
+{
+    // Before the window sees it, and thus before it hovers anything.
+    if (watched->isWindowType()) {
+        if (event->type() == QEvent::MouseMove)
+            setIsPointer(true);
+        else if (event->type() == QEvent::KeyPress)
+            setIsPointer(false);
+    }
+    return false;
+}
