@@ -24,6 +24,7 @@ Item {
         }
 
         TextLabel {
+            objectName: "emptyText"
             width: parent.width
             text: emptyDay.text
             wrapMode: Text.Wrap
@@ -33,6 +34,7 @@ Item {
         }
 
         TextLabel {
+            objectName: "emptyHint"
             width: parent.width
             text: "Klik på \"Ny opgave\" for at tilføje en"
             wrapMode: Text.Wrap

@@ -353,6 +353,40 @@ private Q_SLOTS:
         QTRY_COMPARE(f.names(), QStringList{u"Unavngivet opgave"_s});
     }
 
+    void shouldSayInTheEmptyStateWhatToDo()
+    {
+        const Fixture f;
+        const Theme theme;
+        const QQuickItem *const symbol = f.item("emptySymbol");
+        const QQuickItem *const statement = findItem(f.item("emptyDay"), u"emptyText"_s);
+        const QQuickItem *const hint = f.item("emptyHint");
+        const auto colour = [](const QQuickItem *item) {
+            return item->property("color").value<QColor>();
+        };
+        const auto place = [](const QQuickItem *item) {
+            return item->mapRectToScene(QRectF(0, 0, item->width(), item->height()));
+        };
+        QCOMPARE(symbol->property("name").toString(), u"clock"_s);
+        QCOMPARE(colour(symbol), theme.secondary());
+        QCOMPARE(text(statement), u"Ingen opgaver for denne dag"_s);
+        QCOMPARE(font(statement).pixelSize(), 14);
+        QCOMPARE(colour(statement), theme.secondary());
+        QCOMPARE(text(hint), u"Klik på \"Ny opgave\" for at tilføje en"_s);
+        QCOMPARE(font(hint).pixelSize(), 12);
+        QCOMPARE(colour(hint), theme.tertiary());
+
+        // one below the other, and all of them in the middle
+        const QRectF whole = place(symbol) | place(statement) | place(hint);
+        const QRectF room = f.place("emptyDay");
+        QCOMPARE(place(statement).top(), place(symbol).bottom() + 12);
+        QCOMPARE(place(hint).top(), place(statement).bottom() + 12);
+        QVERIFY(std::abs(whole.center().y() - room.center().y()) <= 0.5);
+        for (const QQuickItem *const line : {statement, hint}) {
+            QCOMPARE(place(line).center().x(), room.center().x());
+            QCOMPARE(line->property("horizontalAlignment").toInt(), int(Qt::AlignHCenter));
+        }
+    }
+
     void shouldListTasksBySortOrderAndSelectByTheirPlace()
     {
         Fixture f;
@@ -374,6 +408,44 @@ private Q_SLOTS:
         f.press(Qt::Key_Space);
         QCOMPARE(f.running(), QList<Task *>{f.tasks().at(1)});
         QVERIFY(f.rows().at(1)->property("isActive").toBool());
+    }
+
+    void shouldShowNoRowAsSelectedWhenTheSelectionIsPastTheEnd_data()
+    {
+        QTest::addColumn<int>("key");
+        QTest::addColumn<int>("selected");
+        QTest::addColumn<int>("running");
+        QTest::newRow("Down") << int(Qt::Key_Down) << 1 << 0;
+        QTest::newRow("Up") << int(Qt::Key_Up) << 1 << 0;
+        QTest::newRow("Space") << int(Qt::Key_Space) << 0 << 1;
+    }
+    void shouldShowNoRowAsSelectedWhenTheSelectionIsPastTheEnd()
+    {
+        QFETCH(int, key);
+        // given
+        Fixture f(3);
+        f.press(Qt::Key_Up);
+        QCOMPARE(f.selectedRow(), 2);
+
+        // when
+        f.click(f.inRow(0, "deleteButton"));
+        f.click("deleteConfirmButton");
+
+        // then
+        QTRY_COMPARE(f.names(), (QStringList{u"Opgave 2"_s, u"Opgave 3"_s}));
+        QCOMPARE(f.selectedRow(), -1);
+        for (int row = 0; row < 2; ++row) {
+            QVERIFY(!f.inRow(row, "rowBorder")->isVisible());
+            QVERIFY(!f.inRow(row, "rowBackground")->isVisible());
+        }
+
+        // when
+        QTRY_VERIFY(f.item("dayFocus")->hasActiveFocus());
+        f.press(static_cast<Qt::Key>(key));
+
+        // then
+        QTEST(f.selectedRow(), "selected");
+        QTEST(int(f.running().size()), "running");
     }
 
     void shouldStartOneRowAndStopTheOther()
@@ -807,6 +879,28 @@ private Q_SLOTS:
         QVERIFY(f.running().isEmpty());
         f.press(Qt::Key_Return);
         QCOMPARE(f.tasks().at(0)->name(), u"a bc"_s);
+    }
+
+    void shouldTypeABlankWhileATimeIsEdited()
+    {
+        // given
+        Fixture f(2);
+        f.press(Qt::Key_Down);
+        f.click(f.inRow(0, "timeText"));
+
+        // when
+        f.type(u" 1:30 "_s);
+
+        // then
+        QCOMPARE(text(f.item("timeField")), u" 1:30 "_s);
+        QVERIFY(f.running().isEmpty());
+        QCOMPARE(f.selectedRow(), 0);
+
+        // when
+        f.press(Qt::Key_Return);
+
+        // then
+        QCOMPARE(f.tasks().at(0)->accumulatedSeconds(), 5400);
     }
 
     void shouldDoNothingElseWithTheKeyThatCommits()
@@ -1481,7 +1575,7 @@ private Q_SLOTS:
             for (const QQuickItem *control : controls())
                 QVERIFY2(QKeySequence::mnemonic(text(control)).isEmpty(),
                          qPrintable(text(control)));
-            // and none that a text alone does not tell
+            // by key, too
             for (int key = Qt::Key_A; key <= Qt::Key_Z; ++key)
                 f.press(static_cast<Qt::Key>(key), Qt::AltModifier);
         };

@@ -388,6 +388,55 @@ private Q_SLOTS:
         QVERIFY(f.timer.isEditing());
     }
 
+    void shouldStayInTheTimeEditUntilReturn()
+    {
+        // given
+        Fixture f;
+        f.task->setAccumulatedSeconds(61);
+        f.click("timeText");
+        f.type(u"1:30"_s);
+        QQuickItem *const field = f.field("timeField");
+        const auto expectOpen = [&] {
+            QCOMPARE(f.field("timeField"), field);
+            QCOMPARE(field->property("text").toString(), u"1:30"_s);
+            QCOMPARE(f.task->accumulatedSeconds(), 61);
+            QVERIFY(f.timer.isEditing());
+        };
+
+        // when
+        QTest::keyClick(f.window.get(), Qt::Key_Escape);
+
+        // then
+        expectOpen();
+        QVERIFY(field->hasActiveFocus());
+
+        // when
+        for (const char *elsewhere : {"hoursText", "nameGroup", "startButton"}) {
+            f.click(elsewhere);
+            expectOpen();
+        }
+        QTest::keyClick(f.window.get(), Qt::Key_Tab);
+
+        // then
+        expectOpen();
+        QVERIFY(!field->hasActiveFocus());
+
+        // when
+        f.item("elsewhere")->forceActiveFocus();
+        QTest::keyClick(f.window.get(), Qt::Key_Return);
+
+        // then
+        expectOpen();
+
+        // when
+        field->forceActiveFocus();
+        QTest::keyClick(f.window.get(), Qt::Key_Return);
+
+        // then
+        QCOMPARE(f.task->accumulatedSeconds(), 5400);
+        QVERIFY(!f.timer.isEditing());
+    }
+
     void shouldHaveBothFieldsOpenAtOnce()
     {
         const Fixture f;

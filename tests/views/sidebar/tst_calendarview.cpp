@@ -283,6 +283,44 @@ private Q_SLOTS:
         QCOMPARE(f.title(), u"oktober 2026"_s);
     }
 
+    void shouldMarkTodayAgainAfterPaging()
+    {
+        // given
+        const Fixture f;
+        const Theme theme;
+        const auto today = [&] {
+            QList<int> days;
+            for (const QQuickItem *cell : f.cells()) {
+                const QQuickItem *const label = Fixture::label(cell);
+                const bool isBold = Fixture::font(label).weight() == QFont::Bold;
+                if (isBold != (label->property("color").value<QColor>() == theme.brandAccent()))
+                    QTest::qFail("bold or accented alone", __FILE__, __LINE__);
+                if (isBold)
+                    days.append(cell->property("day").toInt());
+            }
+            return days;
+        };
+        QCOMPARE(today(), QList<int>{20});
+
+        // when
+        f.click("nextMonth");
+
+        // then
+        QCOMPARE(today(), QList<int>());
+
+        // when
+        f.click("previousMonth");
+
+        // then
+        QCOMPARE(today(), QList<int>{20});
+
+        // when
+        f.click("previousMonth");
+
+        // then
+        QCOMPARE(today(), QList<int>());
+    }
+
     void shouldFollowADateSelectedElsewhere()
     {
         const Fixture f;
