@@ -3,8 +3,8 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import TimeTracker.Views.Controls
 
-/// A text label on one line that elides where it is too long; then a tooltip shows the whole text
-/// while the pointer rests on it.
+/// A text label on one line, unless its user gives more, that elides where it is too long; then a
+/// tooltip shows the whole text while the pointer rests on it.
 TextLabel {
     id: label
 

@@ -25,6 +25,8 @@ T.TextField {
     selectionColor: Theme.brandAccent
     selectedTextColor: "white"
     selectByMouse: true
+    // Also where the text itself runs from right to left.
+    horizontalAlignment: TextInput.AlignLeft
     verticalAlignment: TextInput.AlignVCenter
 
     Accessible.role: Accessible.EditableText

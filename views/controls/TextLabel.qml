@@ -10,6 +10,8 @@ Text {
     renderType: Text.NativeRendering
     font.pixelSize: 13
     color: Theme.primary
+    // Also where the text itself runs from right to left.
+    horizontalAlignment: Text.AlignLeft
 
     Accessible.role: Accessible.StaticText
     Accessible.name: text

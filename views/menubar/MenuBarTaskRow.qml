@@ -69,7 +69,6 @@ PlainButton {
                 objectName: "nameText"
                 width: parent.width
                 text: row.shownName
-                horizontalAlignment: Text.AlignLeft
                 font.pixelSize: 12
                 Accessible.ignored: true
             }

@@ -62,7 +62,6 @@ FocusScope {
             width: parent.width
             text: row.code
             wrapMode: Text.Wrap
-            horizontalAlignment: Text.AlignLeft
             font.pixelSize: 11
             font.weight: Font.Medium
         }
@@ -72,7 +71,6 @@ FocusScope {
             width: parent.width
             visible: row.name !== ""
             text: row.name
-            horizontalAlignment: Text.AlignLeft
             font.pixelSize: 10
             color: Theme.secondary
         }

@@ -63,7 +63,6 @@ FocusScope {
                 // A spacer follows.
                 width: parent.width - x - entry.spacing
                 text: entry.name
-                horizontalAlignment: Text.AlignLeft
                 font.pixelSize: 11
                 Accessible.ignored: true
             }

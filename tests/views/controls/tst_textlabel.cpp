@@ -151,6 +151,93 @@ private Q_SLOTS:
         QCOMPARE(button->property("clicks").toInt(), 1);
     }
 
+    void shouldStandAtTheLeadingEdgeAlsoFromRightToLeft_data()
+    {
+        QTest::addColumn<QByteArray>("type");
+        QTest::newRow("text") << QByteArray("TextLabel");
+        QTest::newRow("eliding text") << QByteArray("ElidingLabel");
+        QTest::newRow("figures") << QByteArray("MonospacedLabel");
+        QTest::newRow("field") << QByteArray("TextEntry");
+    }
+    void shouldStandAtTheLeadingEdgeAlsoFromRightToLeft()
+    {
+        QFETCH(QByteArray, type);
+        qmltest::WarningsAreFailures guard;
+        // given
+        qmltest::Window window(qml(type, "width: 150; text: \"פגישה\""));
+
+        // then
+        QCOMPARE(window.item(u"label"_s)->property("effectiveHorizontalAlignment").toInt(),
+                 int(Qt::AlignLeft));
+    }
+
+    void shouldExplainFromTheLeadingEdge()
+    {
+        qmltest::WarningsAreFailures guard;
+        // given
+        qmltest::Window window(qml("ElidingLabel", "text: \"פגישה עם הלקוח החדש\"; width: 60"));
+
+        // when
+        window.hover({150, 100});
+        window.hover({30, 15});
+
+        // then
+        QTRY_VERIFY(tip(window));
+        QCOMPARE(tip(window)->property("effectiveHorizontalAlignment").toInt(), int(Qt::AlignLeft));
+    }
+
+    void shouldShowAnEndlessTextAsFarAsTheWindowHoldsIt_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::newRow("words") << u"lille møde "_s.repeated(1000);
+        QTest::newRow("one word") << u"m"_s.repeated(10'000);
+    }
+    void shouldShowAnEndlessTextAsFarAsTheWindowHoldsIt()
+    {
+        QFETCH(QString, text);
+        qmltest::WarningsAreFailures guard;
+        // given
+        qmltest::Window window(qml("ElidingLabel", "width: 60"), {500, 300});
+        window.item(u"label"_s)->setProperty("text", text);
+        window.hover({450, 250});
+
+        // when
+        window.hover({30, 15});
+
+        // then it fills the window
+        QTRY_VERIFY(tip(window));
+        const auto place = [&window] {
+            const QQuickItem *const frame = tip(window)->parentItem();
+            return frame->mapRectToScene(QRectF(QPointF(), frame->size()));
+        };
+        QTRY_VERIFY(place().width() > 400);
+        QVERIFY(QRectF(0, 0, 500, 300).contains(place()));
+        QVERIFY(place().height() > 250);
+        QVERIFY(tip(window)->property("truncated").toBool());
+
+        // when the pointer moves where the tooltip lies over the label
+        QVERIFY(place().contains(QPointF(32, 16)));
+        window.hover({32, 16});
+
+        // then it still points at the label
+        QVERIFY(tip(window));
+    }
+
+    void shouldShrinkFiguresThatHaveTooLittleRoom()
+    {
+        qmltest::WarningsAreFailures guard;
+        // given
+        qmltest::Window window(qml("MonospacedLabel", "text: \"1000000:00:00\"; width: 60"));
+        QQuickItem *label = window.item(u"label"_s);
+
+        // then
+        QVERIFY(label->implicitWidth() > 60);
+        QVERIFY(label->property("contentWidth").toDouble() <= 60);
+        QVERIFY(label->property("contentWidth").toDouble() > 50);
+        label->setProperty("text", u"01:02"_s);
+        QCOMPARE(label->property("contentWidth").toDouble(), label->implicitWidth());
+    }
+
     void shouldUseTheFixedFontWhenMonospaced()
     {
         qmltest::WarningsAreFailures guard;
