@@ -12,8 +12,10 @@ Item {
     /// The code's text, or undefined for none. An empty text is a code, too.
     required property var selectedCode
     required property ModelContext modelContext
-    /// A longer code elides.
+    /// A longer code elides, but for its first letters.
     property real maximumWidth: 160
+    /// The least that it takes, whatever its maximum.
+    readonly property real minimumWidth: hasCode ? Math.min(badge.fullWidth, 36) : tag.width
 
     readonly property real radius: 4
     readonly property bool hasCode: selectedCode !== undefined
@@ -64,9 +66,11 @@ Item {
     Rectangle {
         id: badge
 
+        readonly property real fullWidth: code.implicitWidth + 12
+
         objectName: "badge"
         visible: picker.hasCode
-        width: Math.min(code.implicitWidth + 12, picker.maximumWidth)
+        width: Math.max(picker.minimumWidth, Math.min(fullWidth, picker.maximumWidth))
         height: code.height + 4
         radius: picker.radius
         color: Qt.alpha(Theme.brandAccent, 0.15)

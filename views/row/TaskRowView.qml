@@ -21,6 +21,15 @@ FocusScope {
 
     readonly property bool isHovered: hover.hovered || activeFocus
     readonly property real spacing: 12
+    /// What picker and name share, with the gaps between them and behind the name.
+    readonly property real sharedWidth: time.x - picker.x
+    /// What the name needs so that none of its words is broken.
+    readonly property real nameNeed: viewModel.widestWord + pencilGap + pencil.width
+    readonly property real pencilGap: 6
+    /// What time and hours need; the name and a badge keep a little for themselves.
+    readonly property real figuresWidth: time.fullWidth + hours.fullWidth
+    readonly property real figuresRoom: deleteButton.x - picker.x - picker.minimumWidth - 40 - 4 * spacing
+    readonly property real figuresScale: figuresRoom > 0 ? Math.min(1, figuresRoom / figuresWidth) : 1
 
     signal toggle
     signal deleteRequested
@@ -40,6 +49,7 @@ FocusScope {
     TaskRowViewModel {
         id: viewModel
 
+        nameFont: nameText.font
         task: row.task
         timerManager: row.timerManager
         edits: row.edits
@@ -71,7 +81,8 @@ FocusScope {
         radius: 6
         color: "transparent"
         opacity: 0.5
-        border.width: 1.5
+        // Whole pixels, alike on all sides: 1.5 at a scale of 2, and as near as can be at others.
+        border.width: Math.round(1.5 * Screen.devicePixelRatio) / Screen.devicePixelRatio
         border.pixelAligned: false
         border.color: Theme.brandAccent
     }
@@ -100,14 +111,15 @@ FocusScope {
         anchors.left: startButton.right
         anchors.leftMargin: row.spacing
         anchors.verticalCenter: parent.verticalCenter
-        // Half of what it shares with the name.
-        maximumWidth: (time.x - startButton.x - startButton.width - 3 * row.spacing) / 2
+        // Half of what it shares with the name; less where that would break a word of the name.
+        maximumWidth: Math.min((row.sharedWidth - 3 * row.spacing) / 2, row.sharedWidth - 2 * row.spacing - row.nameNeed)
         selectedCode: viewModel.projectCode
         modelContext: row.modelContext
         onCodeChosen: code => row.task.projectCode = code
     }
 
-    // The name takes the width that the others leave, whether shown or edited.
+    // The name takes the width that the others leave, whether shown or edited. Behind it lies a
+    // spacer of no width between two gaps, of which one closes where a word would be broken.
     Item {
         id: name
 
@@ -115,7 +127,7 @@ FocusScope {
         anchors.left: picker.right
         anchors.leftMargin: row.spacing
         anchors.right: time.left
-        anchors.rightMargin: row.spacing
+        anchors.rightMargin: row.spacing + Math.max(0, Math.min(row.spacing, row.sharedWidth - picker.width - 2 * row.spacing - row.nameNeed))
         anchors.verticalCenter: parent.verticalCenter
         height: nameField.active ? nameField.height : Math.max(nameText.height, pencil.height)
 
@@ -126,16 +138,17 @@ FocusScope {
             onClicked: row.select()
         }
 
-        TextLabel {
+        ElidingLabel {
             id: nameText
 
             objectName: "nameText"
             anchors.verticalCenter: parent.verticalCenter
             // Not by the text's own width, which breaking a word changes.
-            width: Math.max(0, name.width - pencil.width - 6)
+            width: Math.max(0, name.width - pencil.width - row.pencilGap)
             visible: !viewModel.isEditingName
             text: viewModel.shownName
             wrapMode: Text.Wrap
+            maximumLineCount: 5
             font.pixelSize: 14
             color: viewModel.isNamed ? Theme.primary : Theme.secondary
         }
@@ -145,7 +158,7 @@ FocusScope {
 
             objectName: "pencil"
             anchors.left: nameText.left
-            anchors.leftMargin: Math.ceil(nameText.contentWidth) + 6
+            anchors.leftMargin: Math.ceil(nameText.contentWidth) + row.pencilGap
             anchors.verticalCenter: parent.verticalCenter
             visible: !viewModel.isEditingName
             label: "Rediger navn"
@@ -180,10 +193,13 @@ FocusScope {
     Item {
         id: time
 
+        readonly property real fullWidth: timeField.active ? 70 : Math.max(70, timeText.implicitWidth)
+
+        objectName: "time"
         anchors.right: hours.left
         anchors.rightMargin: row.spacing
         anchors.verticalCenter: parent.verticalCenter
-        width: timeField.active ? 70 : Math.max(70, timeText.implicitWidth)
+        width: fullWidth * row.figuresScale
         height: timeField.active ? timeField.height : timeText.height
 
         PlainButton {
@@ -240,11 +256,13 @@ FocusScope {
     MonospacedLabel {
         id: hours
 
+        readonly property real fullWidth: Math.max(50, implicitWidth)
+
         objectName: "hoursText"
         anchors.right: deleteButton.left
         anchors.rightMargin: row.spacing
         anchors.verticalCenter: parent.verticalCenter
-        width: 50
+        width: fullWidth * row.figuresScale
         text: viewModel.displayedHours
         font.pixelSize: 14
         color: Theme.secondary

@@ -2,6 +2,7 @@
 
 #include "model/durations.h"
 #include "views/controls/trimming.h"
+#include "views/row/namefit.h"
 #include "views/row/timeentry.h"
 
 using namespace Qt::StringLiterals;
@@ -9,7 +10,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-/// What a row shows of @p name: to lay out more would take a second and more.
+/// What a row shows of @p name, and its tooltip: more than fits a screen.
 QString shownPart(const QString &name)
 {
     constexpr qsizetype longest = 10'000;
@@ -108,6 +109,15 @@ void TaskRowViewModel::setEdits(RowEdits *edits)
     Q_EMIT editsChanged();
 }
 
+void TaskRowViewModel::setNameFont(const QFont &font)
+{
+    if (m_nameFont == font)
+        return;
+    m_nameFont = font;
+    Q_EMIT nameFontChanged();
+    updateWidestWord();
+}
+
 void TaskRowViewModel::setEditedName(const QString &name)
 {
     if (m_edit.editedName == name)
@@ -143,6 +153,16 @@ void TaskRowViewModel::updateName()
     m_isNamed = !m_task->name().isEmpty();
     m_shownName = m_isNamed ? shownPart(m_task->name()) : u"Unavngivet opgave"_s;
     Q_EMIT nameChanged();
+    updateWidestWord();
+}
+
+void TaskRowViewModel::updateWidestWord()
+{
+    const qreal width = m_nameFont ? ::widestWord(m_shownName, *m_nameFont) : 0;
+    if (width == m_widestWord)
+        return;
+    m_widestWord = width;
+    Q_EMIT widestWordChanged();
 }
 
 void TaskRowViewModel::updateProjectCode()

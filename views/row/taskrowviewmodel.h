@@ -4,10 +4,13 @@
 #include "timer/timermanager.h"
 #include "views/row/rowedits.h"
 
+#include <QFont>
 #include <QObject>
 #include <QPointer>
 #include <QQmlParserStatus>
 #include <QtQmlIntegration>
+
+#include <optional>
 
 /// One row's texts, and the editing of its name and time. Keeps its last texts when the task goes,
 /// so that a deleted row fades out as it was.
@@ -21,8 +24,11 @@ class TaskRowViewModel : public QObject, public QQmlParserStatus
                    timerManagerChanged REQUIRED)
     Q_PROPERTY(RowEdits *edits READ edits WRITE setEdits NOTIFY editsChanged REQUIRED)
 
+    Q_PROPERTY(QFont nameFont READ nameFont WRITE setNameFont NOTIFY nameFontChanged)
+
     Q_PROPERTY(QString shownName READ shownName NOTIFY nameChanged)
     Q_PROPERTY(bool isNamed READ isNamed NOTIFY nameChanged)
+    Q_PROPERTY(qreal widestWord READ widestWord NOTIFY widestWordChanged)
     Q_PROPERTY(QVariant projectCode READ projectCode NOTIFY projectCodeChanged)
     Q_PROPERTY(QString displayedTime READ displayedTime NOTIFY displayedTimeChanged)
     Q_PROPERTY(QString displayedHours READ displayedHours NOTIFY displayedHoursChanged)
@@ -52,9 +58,15 @@ public:
     RowEdits *edits() const { return m_edits; }
     void setEdits(RowEdits *edits);
 
+    /// What the name is drawn in; only measured here, and nothing is before it is given.
+    QFont nameFont() const { return m_nameFont.value_or(QFont()); }
+    void setNameFont(const QFont &font);
+
     /// The task's name, or what stands for an empty one.
     QString shownName() const { return m_shownName; }
     bool isNamed() const { return m_isNamed; }
+    /// Width that the shown name needs so that none of its words is broken, in pixels.
+    qreal widestWord() const { return m_widestWord; }
     /// The task's project code; invalid for none.
     QVariant projectCode() const { return m_projectCode; }
     /// The clock, "01:02:05". Never rounded.
@@ -76,7 +88,9 @@ Q_SIGNALS:
     void taskChanged();
     void timerManagerChanged();
     void editsChanged();
+    void nameFontChanged();
     void nameChanged();
+    void widestWordChanged();
     void projectCodeChanged();
     void displayedTimeChanged();
     void displayedHoursChanged();
@@ -90,6 +104,7 @@ Q_SIGNALS:
 
 private:
     void updateName();
+    void updateWidestWord();
     void updateProjectCode();
     void updateFigures();
     void keepEdit();
@@ -99,8 +114,10 @@ private:
     QPointer<Task> m_task;
     QPointer<TimerManager> m_timerManager;
     QPointer<RowEdits> m_edits;
+    std::optional<QFont> m_nameFont;
     QString m_shownName;
     bool m_isNamed = false;
+    qreal m_widestWord = 0;
     QVariant m_projectCode;
     QString m_displayedTime;
     QString m_displayedHours;

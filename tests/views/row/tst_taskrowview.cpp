@@ -6,6 +6,7 @@
 #include "views/row/rowedits.h"
 
 #include <QAccessible>
+#include <QFontMetricsF>
 #include <QQuickItem>
 #include <QSignalSpy>
 #include <QTest>
@@ -39,7 +40,9 @@ class TestTaskRowView : public QObject
 
 private:
     struct Fixture {
-        explicit Fixture(const QString &name = u"Møde"_s, bool isSelected = false)
+        /// A row as wide as in a window of @p windowWidth.
+        explicit Fixture(const QString &name = u"Møde"_s, bool isSelected = false,
+                         int windowWidth = 650)
             : task(store.insertTask(name))
         {
             edits.setTimerManager(&timer);
@@ -64,7 +67,7 @@ private:
                         TaskRowView {
                             objectName: "row"
                             x: 8; y: 50
-                            width: 454; height: implicitHeight
+                            width: parent.width - 16; height: implicitHeight
                             task: root.task
                             timerManager: root.timerManager
                             edits: root.edits
@@ -76,7 +79,7 @@ private:
                             onSelect: ++root.selections
                         }
                     })"),
-                QSize(470, 200),
+                QSize(windowWidth - 180, 200),
                 QVariantMap{{u"task"_s, QVariant::fromValue(task)},
                             {u"timerManager"_s, QVariant::fromValue(&timer)},
                             {u"edits"_s, QVariant::fromValue(&edits)},
@@ -86,6 +89,7 @@ private:
         }
 
         QQuickItem *item(const char *name) const { return window->item(QString::fromLatin1(name)); }
+        /// Where an item lies in the row.
         QRectF place(const char *name) const { return inRow(item(name), item("row")); }
         void click(const char *name) const
         {
@@ -105,6 +109,21 @@ private:
                     return entry;
             }
             return nullptr;
+        }
+        /// The six that stand beside each other, from left to right.
+        QList<QRectF> columns() const
+        {
+            return {place("startButton"), place("picker"),    place("nameGroup"),
+                    place("time"),        place("hoursText"), place("deleteButton")};
+        }
+        /// A word that is as wide as possible within @p width.
+        QString word(double width) const
+        {
+            const QFontMetricsF metrics(item("nameText")->property("font").value<QFont>());
+            QString word(1, u'i');
+            while (std::ceil(metrics.horizontalAdvance(word + u'i')) <= width)
+                word += u'i';
+            return word;
         }
         void type(const QString &text) const
         {
@@ -136,7 +155,8 @@ private Q_SLOTS:
         QCOMPARE(start, QRectF(12, 8, 28, 28));
         QCOMPARE(picker.left(), start.right() + 12);
         QCOMPARE(name.left(), picker.right() + 12);
-        QCOMPARE(name.right() + 12, time.left());
+        // on both sides of a spacer
+        QCOMPARE(name.right() + 12 + 12, time.left());
         QCOMPARE(time.width(), 70.0);
         QCOMPARE(hours.left(), time.right() + 12);
         QCOMPARE(hours.width(), 50.0);
@@ -161,7 +181,192 @@ private Q_SLOTS:
         const QRectF time = f.place("timeText");
         QVERIFY(time.width() > 70);
         QCOMPARE(f.place("hoursText").left(), time.right() + 12);
-        QCOMPARE(f.place("nameGroup").right() + 12, time.left());
+        QCOMPARE(f.place("nameGroup").right() + 24, time.left());
+    }
+
+    void shouldLetLongHoursGrowToTheLeft()
+    {
+        // given
+        const Fixture f;
+        const QRectF deletion = f.place("deleteButton");
+
+        // when
+        f.task->setAccumulatedSeconds(3'600'000);
+
+        // then
+        QCOMPARE(f.item("hoursText")->property("text").toString(), u"1000.00"_s);
+        const QRectF hours = f.place("hoursText");
+        QVERIFY(hours.width() > 50);
+        QCOMPARE(hours.width(), f.item("hoursText")->implicitWidth());
+        QCOMPARE(hours.right() + 12, deletion.left());
+        QCOMPARE(f.place("time").right() + 12, hours.left());
+        QCOMPARE(f.place("nameGroup").right() + 24, f.place("time").left());
+        QCOMPARE(f.place("deleteButton"), deletion);
+    }
+
+    void shouldNeverLetFiguresOverlap_data()
+    {
+        QTest::addColumn<qint64>("hours");
+        QTest::addColumn<QString>("code");
+        for (const qint64 hours : {1'000LL, 10'000LL, 1'000'000'000LL, 2'562'047'788'015'215LL}) {
+            QTest::addRow("%lld", hours) << qint64(hours) << QString();
+            QTest::addRow("%lld and a code", hours) << qint64(hours) << QString(30, u'K');
+        }
+    }
+    void shouldNeverLetFiguresOverlap()
+    {
+        QFETCH(qint64, hours);
+        QFETCH(QString, code);
+        // given the smallest window
+        const Fixture f(u"Kundemøde om den nye aftale"_s, false, 550);
+        if (!code.isEmpty())
+            f.task->setProjectCode(code);
+
+        // when
+        f.task->setAccumulatedSeconds(hours * 3600);
+
+        // then
+        const QList<QRectF> columns = f.columns();
+        for (int i = 1; i < columns.size(); ++i)
+            QVERIFY2(columns[i].left() >= columns[i - 1].right() + 11.9, QByteArray::number(i));
+        QQuickItem *const time = f.item("timeText")->property("contentItem").value<QQuickItem *>();
+        for (const QQuickItem *figure : {time, f.item("hoursText")}) {
+            QVERIFY(figure->property("contentWidth").toDouble() <= figure->width());
+            QVERIFY(!figure->property("truncated").toBool());
+        }
+        QVERIFY(f.place("pencil").right() <= f.place("nameGroup").right());
+        QVERIFY(f.place("nameText").width() > 0);
+    }
+
+    void shouldShowFiguresInTheFixedFontAtTheTrailingEdge()
+    {
+        const Fixture f;
+        const Theme theme;
+        QQuickItem *const time = f.item("timeText")->property("contentItem").value<QQuickItem *>();
+        for (const QQuickItem *figure : {time, f.item("hoursText")}) {
+            const auto font = figure->property("font").value<QFont>();
+            QCOMPARE(font.family(), theme.monospacedFamily());
+            QCOMPARE(font.pixelSize(), 14);
+            QCOMPARE(font.weight(), QFont::Normal);
+            QCOMPARE(figure->property("color").value<QColor>(), theme.secondary());
+            QCOMPARE(figure->property("effectiveHorizontalAlignment").toInt(), int(Qt::AlignRight));
+            QCOMPARE(figure->opacity(), 1.0);
+        }
+        QCOMPARE(time->width(), 70.0);
+        QCOMPARE(f.place("hoursText").width(), 50.0);
+    }
+
+    void shouldCloseTheGapBehindTheNameBeforeAWordBreaks()
+    {
+        // given
+        const Fixture f;
+        const double room = f.item("nameText")->width();
+        const auto gap = [&f] { return f.place("time").left() - f.place("nameGroup").right(); };
+        QCOMPARE(gap(), 24.0);
+
+        // when a word needs half of what the gap can give
+        f.task->setName(f.word(room + 6));
+
+        // then
+        QVERIFY(gap() > 12);
+        QVERIFY(gap() < 24);
+        QCOMPARE(f.item("nameText")->property("lineCount").toInt(), 1);
+
+        // when it needs more
+        f.task->setName(f.word(room + 20));
+
+        // then
+        QCOMPARE(gap(), 12.0);
+        QCOMPARE(f.item("nameText")->property("lineCount").toInt(), 2);
+    }
+
+    void shouldShortenTheCodeBeforeAWordOfTheNameBreaks()
+    {
+        // given the smallest window, where code and name have half each
+        const Fixture f(u"a"_s, false, 550);
+        f.task->setProjectCode(u"KUNDE-2026-INTERN"_s);
+        QCOMPARE(f.place("picker").width(), f.place("nameGroup").width());
+        const double half = f.item("nameText")->width();
+        const double badge = f.place("picker").width();
+
+        // when a word needs more, and another less
+        f.task->setName(f.word(half + 12 + 6) + u" med Åse"_s);
+
+        // then the gap has closed, and the code has given way
+        QCOMPARE(f.place("time").left() - f.place("nameGroup").right(), 12.0);
+        QVERIFY(f.place("picker").width() < badge);
+        QCOMPARE(f.item("nameText")->property("contentWidth").toDouble() <=
+                     f.item("nameText")->width(),
+                 true);
+        QVERIFY(f.place("nameText").width() >= half + 12 + 2);
+
+        // when the word does not fit at all
+        f.task->setName(f.word(1000));
+
+        // then the code shows its first letters
+        QCOMPARE(f.place("picker").width(), 36.0);
+        QVERIFY(f.item("badgeText")->property("truncated").toBool());
+        QVERIFY(f.item("badgeText")->property("contentWidth").toDouble() > 12);
+    }
+
+    void shouldShowAtMostFiveLinesOfAName_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("words") << u"lille møde "_s.repeated(900).trimmed();
+        QTest::newRow("one word") << u"m"_s.repeated(10'000);
+        QTest::newRow("lines") << u"linje\n"_s.repeated(1000).trimmed();
+    }
+    void shouldShowAtMostFiveLinesOfAName()
+    {
+        QFETCH(QString, name);
+        // given
+        const Fixture f(name);
+
+        // then
+        const QQuickItem *const text = f.item("nameText");
+        QCOMPARE(text->property("lineCount").toInt(), 5);
+        QVERIFY(text->property("truncated").toBool());
+        QCOMPARE(f.item("row")->height(), text->height() + 16);
+        QVERIFY(f.item("row")->height() < 8 + 5 * 20 + 8);
+        QVERIFY(f.place("pencil").right() <= f.place("nameGroup").right());
+
+        // when the pointer rests on it
+        f.window->hover(centre(text));
+
+        // then the whole of it is told
+        QTRY_VERIFY(qmltest::findItem(f.window->contentItem(), u"helpTip"_s));
+        QCOMPARE(
+            qmltest::findItem(f.window->contentItem(), u"helpTip"_s)->property("text").toString(),
+            name);
+    }
+
+    void shouldStandAtTheLeadingEdgeAlsoFromRightToLeft()
+    {
+        // given
+        const Fixture f(u"פגישה עם לקוח"_s);
+        const QRectF group = f.place("nameGroup");
+        const QPointF row = f.item("row")->mapToScene({});
+        const QImage picture = f.window->picture();
+        const double scale = picture.devicePixelRatio();
+
+        // when looking for the first ink
+        const QRect area = QRectF((group.topLeft() + row) * scale, group.size() * scale).toRect();
+        const QColor ground = picture.pixelColor(area.topRight());
+        int ink = area.left();
+        const auto isEmpty = [&](int x) {
+            for (int y = area.top(); y < area.bottom(); ++y) {
+                if (picture.pixelColor(x, y) != ground)
+                    return false;
+            }
+            return true;
+        };
+        while (ink < area.right() && isEmpty(ink))
+            ++ink;
+
+        // then
+        QVERIFY2(ink <= area.left() + 4 * scale, QByteArray::number(ink - area.left()));
+        const double width = f.item("nameText")->property("contentWidth").toDouble();
+        QCOMPARE(f.place("pencil").left(), group.left() + std::ceil(width) + 6);
     }
 
     void shouldGiveALongCodeHalfOfTheFreeWidth()
@@ -238,6 +443,45 @@ private Q_SLOTS:
         QCOMPARE(isNear(edge, mixed(background)), !border);
         // the corner is round
         QVERIFY(isNear(f.window->colorAt({8, 50}), mixed(0)));
+    }
+
+    void shouldDrawTheBorderAlikeOnAllSides()
+    {
+        // given
+        const Fixture f(u"Møde"_s, true);
+        const QImage picture = f.window->picture();
+        const double scale = picture.devicePixelRatio();
+        const QQuickItem *const row = f.item("row");
+        const QRect place =
+            QRectF(row->mapToScene({}) * scale, row->size() * scale).toAlignedRect();
+        const QColor accent = Theme().brandAccent();
+        // what the border covers by half, well inside the row
+        const QColor under =
+            picture.pixelColor(place.left() + qRound(300 * scale), place.top() + qRound(5 * scale));
+        const QColor expected((accent.red() + under.red()) / 2,
+                              (accent.green() + under.green()) / 2,
+                              (accent.blue() + under.blue()) / 2);
+        /// How many pixels have the border's colour, inwards from the edge.
+        const auto width = [&](QPoint pixel, QPoint step) {
+            int count = 0;
+            for (; count < 10; ++count, pixel += step) {
+                const QColor colour = picture.pixelColor(pixel);
+                if (std::abs(colour.red() - expected.red()) > 2 ||
+                    std::abs(colour.green() - expected.green()) > 2 ||
+                    std::abs(colour.blue() - expected.blue()) > 2) {
+                    break;
+                }
+            }
+            return count;
+        };
+
+        // then it is 1.5 wide where the screen has such pixels, else as near as can be
+        const QPoint middle = place.center();
+        const int wanted = scale == 2 ? 3 : 2;
+        QCOMPARE(width({place.left(), middle.y()}, {1, 0}), wanted);
+        QCOMPARE(width({middle.x(), place.top()}, {0, 1}), wanted);
+        QCOMPARE(width({place.right(), middle.y()}, {-1, 0}), wanted);
+        QCOMPARE(width({middle.x(), place.bottom()}, {0, -1}), wanted);
     }
 
     void shouldShowThePauseSymbolAndFadeTheDeleteButtonWhileItRuns()

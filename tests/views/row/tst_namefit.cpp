@@ -1,0 +1,44 @@
+#include "views/row/namefit.h"
+
+#include <QFontMetricsF>
+#include <QTest>
+
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+
+class TestNameFit : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void shouldMeasureTheWidestPartThatWrappingLeavesWhole_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("widest");
+        QTest::newRow("nothing") << u""_s << u""_s;
+        QTest::newRow("blanks alone") << u"   "_s << u""_s;
+        QTest::newRow("one word") << u"Møde"_s << u"Møde"_s;
+        QTest::newRow("the first") << u"Kundemøde med Åse"_s << u"Kundemøde"_s;
+        QTest::newRow("one between") << u"et kundemøde til"_s << u"kundemøde"_s;
+        QTest::newRow("the last") << u"til et kundemøde"_s << u"kundemøde"_s;
+        QTest::newRow("blanks around it") << u"  kundemøde  "_s << u"kundemøde"_s;
+        QTest::newRow("a hyphen") << u"projekt-opfølgning"_s << u"opfølgning"_s;
+        QTest::newRow("a blank that keeps together")
+            << u"10\u00a0timer i dag"_s << u"10\u00a0timer"_s;
+    }
+    void shouldMeasureTheWidestPartThatWrappingLeavesWhole()
+    {
+        QFETCH(QString, text);
+        QFETCH(QString, widest);
+        // given
+        QFont font;
+        font.setPixelSize(14);
+
+        // then
+        QCOMPARE(widestWord(text, font), std::ceil(QFontMetricsF(font).horizontalAdvance(widest)));
+    }
+};
+
+QTEST_MAIN(TestNameFit)
+#include "tst_namefit.moc"
