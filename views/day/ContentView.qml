@@ -103,7 +103,7 @@ FocusScope {
             anchors.top: headerDivider.bottom
             anchors.bottom: footerDivider.top
             width: parent.width
-            visible: !viewModel.tasks.isEmpty
+            visible: !emptyDay.visible
             tasks: viewModel.tasks
             timerManager: content.timerManager
             modelContext: content.modelContext
@@ -119,7 +119,8 @@ FocusScope {
 
             objectName: "emptyDay"
             anchors.fill: list
-            visible: viewModel.tasks.isEmpty
+            // The last row fades out first.
+            visible: viewModel.tasks.isEmpty && !(viewModel.isAnimated && list.hasRows)
         }
 
         Divider {

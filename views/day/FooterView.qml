@@ -13,6 +13,10 @@ Rectangle {
     required property real tick
     required property bool showBillableTime
 
+    /// What the two totals may take: beside the button lies a spacer between two gaps of 8.
+    readonly property real totalsRoom: width - 2 * 16 - addButton.width - 2 * 8 - totalLabel.width - 2 * totals.spacing
+    readonly property real totalsScale: totalsRoom > 0 ? Math.min(1, totalsRoom / (totalTime.implicitWidth + totalHours.implicitWidth)) : 1
+
     signal addTask
 
     implicitHeight: Math.max(addButton.height, totals.height) + 12 + 12
@@ -65,6 +69,9 @@ Rectangle {
         spacing: 16
 
         TextLabel {
+            id: totalLabel
+
+            objectName: "totalLabel"
             anchors.verticalCenter: parent.verticalCenter
             text: "I alt:"
             font.weight: Font.Medium
@@ -72,16 +79,22 @@ Rectangle {
         }
 
         MonospacedLabel {
+            id: totalTime
+
             objectName: "totalTime"
             anchors.verticalCenter: parent.verticalCenter
+            width: implicitWidth * footer.totalsScale
             text: viewModel.totalFormattedTime
             font.pixelSize: 14
             font.weight: Font.DemiBold
         }
 
         MonospacedLabel {
+            id: totalHours
+
             objectName: "totalHours"
             anchors.verticalCenter: parent.verticalCenter
+            width: implicitWidth * footer.totalsScale
             text: viewModel.totalHoursText
             font.pixelSize: 14
             font.weight: Font.DemiBold

@@ -21,6 +21,8 @@ ListView {
     property bool hasKeys: false
     /// Whether a row that comes or goes is seen to do so.
     required property bool isAnimated
+    /// Whether a row is there, be it one that fades out.
+    readonly property bool hasRows: contentItem.children.length > 0
 
     signal deleteRequested(Task task)
     signal selectTask(int index)

@@ -323,6 +323,41 @@ private Q_SLOTS:
         QCOMPARE(text(f.item("totalTime")), u"01:02:05"_s);
     }
 
+    void shouldNeverLetTheTotalsReachTheButton_data()
+    {
+        QTest::addColumn<qint64>("hours");
+        QTest::addColumn<bool>("isWhole");
+        QTest::newRow("1000") << qint64(1'000) << true;
+        QTest::newRow("100000") << qint64(100'000) << false;
+        QTest::newRow("the most there is") << qint64(2'562'047'788'015'215) << false;
+    }
+    void shouldNeverLetTheTotalsReachTheButton()
+    {
+        QFETCH(qint64, hours);
+        QFETCH(bool, isWhole);
+        // given the smallest window
+        Fixture f(1, {550, 350});
+        const double height = f.place("footer").height();
+
+        // when
+        f.tasks().at(0)->setAccumulatedSeconds(hours * 3600);
+
+        // then
+        const auto gap = [&f](const char *left, const char *right) {
+            return f.place(right).left() - f.place(left).right();
+        };
+        QTRY_VERIFY(std::abs(gap("totalLabel", "totalTime") - 16) < 0.1);
+        QTRY_VERIFY(std::abs(gap("totalTime", "totalHours") - 16) < 0.1);
+        QTRY_VERIFY(std::abs(f.place("totalHours").right() - (370 - 16)) < 0.1);
+        QVERIFY(gap("addTaskButton", "totalLabel") >= 15.9);
+        QCOMPARE(f.place("footer").height(), height);
+        for (const char *figure : {"totalTime", "totalHours"}) {
+            QVERIFY(f.item(figure)->property("contentWidth").toDouble() <= f.item(figure)->width());
+            QVERIFY(!f.item(figure)->property("truncated").toBool());
+            QCOMPARE(f.item(figure)->width() >= f.item(figure)->implicitWidth(), isWhole);
+        }
+    }
+
     void shouldLayOutTheRows()
     {
         const Fixture f(3);
@@ -688,6 +723,76 @@ private Q_SLOTS:
         QVERIFY(!hasBorder);
         QTRY_COMPARE(f.rows().at(0)->mapToScene({}).y(), f.place("taskList").top() + 4);
         QCOMPARE(f.names(), (QStringList{u"Opgave 2"_s, u"Unavngivet opgave"_s}));
+    }
+
+    void shouldFadeTheLastTaskOutBeforeTheDayIsEmpty()
+    {
+        // given
+        Fixture f(1);
+        const QPointer<QQuickItem> removed = f.rows().at(0)->parentItem();
+
+        // when
+        f.click(f.inRow(0, "deleteButton"));
+        f.click("deleteConfirmButton");
+
+        // then
+        QVERIFY(f.tasks().isEmpty());
+        QTRY_VERIFY(removed->opacity() < 0.9);
+        QVERIFY(removed->isVisible());
+        QVERIFY(!f.item("emptyDay")->isVisible());
+        QTRY_VERIFY(f.item("emptyDay")->isVisible());
+        QVERIFY(!removed);
+        QVERIFY(!f.item("taskList")->isVisible());
+    }
+
+    void shouldFadeTheFirstTaskIn()
+    {
+        // given
+        Fixture f;
+
+        // when
+        f.click("addTaskButton");
+
+        // then
+        QVERIFY(!f.item("emptyDay")->isVisible());
+        QTRY_COMPARE(f.rows().size(), 1);
+        const QQuickItem *const added = f.rows().at(0)->parentItem();
+        QVERIFY(added->opacity() < 1);
+        QTRY_COMPARE(added->opacity(), 1.0);
+    }
+
+    void shouldShowTheFirstTaskAgainWhileTheLastFades()
+    {
+        // given
+        Fixture f(1);
+        f.click(f.inRow(0, "deleteButton"));
+        f.click("deleteConfirmButton");
+        QTRY_VERIFY(f.rows().at(0)->parentItem()->opacity() < 0.9);
+
+        // when
+        f.click("addTaskButton");
+
+        // then
+        QTRY_COMPARE(f.names(), QStringList{u"Unavngivet opgave"_s});
+        QTRY_COMPARE(f.rows().at(0)->parentItem()->opacity(), 1.0);
+        QCOMPARE(f.rows().at(0)->mapToScene({}).y(), f.place("taskList").top() + 4);
+        QVERIFY(!f.item("emptyDay")->isVisible());
+    }
+
+    void shouldShowAnEmptyDayAtOnceWhenTheDayChanges()
+    {
+        // given
+        Fixture f(3);
+        f.click("addTaskButton");
+        QTRY_COMPARE(f.rows().size(), 4);
+
+        // when
+        f.click("nextDay");
+
+        // then
+        QVERIFY(f.item("emptyDay")->isVisible());
+        QVERIFY(!f.item("taskList")->isVisible());
+        QTRY_VERIFY(f.rows().isEmpty());
     }
 
     void shouldAskBeforeItDeletesAndLetNothingThroughMeanwhile()
