@@ -29,6 +29,9 @@ ListView {
 
     function show(index: int) {
         positionViewAtIndex(index, ListView.Contain);
+        // The rows that this has made know only now how high they are.
+        forceLayout();
+        positionViewAtIndex(index, ListView.Contain);
         if (index === 0)
             showBeginning();
     }
