@@ -4,7 +4,7 @@ Backend chooseBackend(const DesktopTrays &trays)
 {
     if (trays.hasStatusNotifierHost)
         return Backend::StatusNotifier;
-    if (trays.hasXEmbedTray && (trays.isSettled || !trays.hasStatusNotifierWatcher))
-        return Backend::XEmbed;
-    return trays.isSettled ? Backend::ClockWindow : Backend::None;
+    if (!trays.isSettled)
+        return Backend::None;
+    return trays.hasXEmbedTray ? Backend::XEmbed : Backend::ClockWindow;
 }

@@ -14,8 +14,6 @@ enum class Backend {
 
 /// What the desktop offers at the moment.
 struct DesktopTrays {
-    /// The watcher of status notifier items is there; it may come long before its host.
-    bool hasStatusNotifierWatcher = false;
     bool hasStatusNotifierHost = false;
     bool hasXEmbedTray = false;
     /// It has been like this for long enough: nothing else is on its way.

@@ -50,12 +50,13 @@ void MenuBarExtra::onTraysChanged()
 void MenuBarExtra::choose()
 {
     const Backend backend = chooseBackend(
-        {.hasStatusNotifierWatcher = m_statusNotifierLink && m_statusNotifierLink->hasWatcher(),
-         .hasStatusNotifierHost = m_statusNotifierLink && m_statusNotifierLink->hasHost(),
+        {.hasStatusNotifierHost = m_statusNotifierLink && m_statusNotifierLink->hasHost(),
          .hasXEmbedTray = m_xembedTray.isThere(),
          .isSettled = !m_settlingTimer.isActive()});
-    // The clock window is not taken away for what may not come.
-    const bool isStillTheBest = backend == Backend::None && m_backend == Backend::ClockWindow;
+    // What is there is not taken away for what may not come.
+    const bool isStillTheBest =
+        backend == Backend::None && (m_backend == Backend::ClockWindow ||
+                                     (m_backend == Backend::XEmbed && m_xembedTray.isThere()));
     if (backend == m_backend || isStillTheBest)
         return;
     m_backend = backend;

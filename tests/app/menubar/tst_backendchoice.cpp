@@ -12,28 +12,24 @@ private Q_SLOTS:
     {
         for (const bool tray : {false, true}) {
             for (const bool settled : {false, true})
-                QCOMPARE(chooseBackend({true, true, tray, settled}), Backend::StatusNotifier);
+                QCOMPARE(chooseBackend({true, tray, settled}), Backend::StatusNotifier);
         }
     }
 
-    void shouldBeATrayIconAtOnceWhereNoWatcherIs()
+    void shouldGiveAHostTimeToCome()
     {
-        QCOMPARE(chooseBackend({false, false, true, false}), Backend::XEmbed);
-        QCOMPARE(chooseBackend({false, false, true, true}), Backend::XEmbed);
+        QCOMPARE(chooseBackend({false, true, false}), Backend::None);
+        QCOMPARE(chooseBackend({false, false, false}), Backend::None);
     }
 
-    void shouldGiveAWatchersHostTimeToCome()
+    void shouldBeATrayIconWhereNoHostComes()
     {
-        QCOMPARE(chooseBackend({true, false, true, false}), Backend::None);
-        QCOMPARE(chooseBackend({true, false, false, false}), Backend::None);
-        QCOMPARE(chooseBackend({true, false, true, true}), Backend::XEmbed);
+        QCOMPARE(chooseBackend({false, true, true}), Backend::XEmbed);
     }
 
-    void shouldBeTheClockWindowWhereNothingElseComes()
+    void shouldBeTheClockWindowWhereNothingComes()
     {
-        QCOMPARE(chooseBackend({false, false, false, false}), Backend::None);
-        QCOMPARE(chooseBackend({false, false, false, true}), Backend::ClockWindow);
-        QCOMPARE(chooseBackend({true, false, false, true}), Backend::ClockWindow);
+        QCOMPARE(chooseBackend({false, false, true}), Backend::ClockWindow);
     }
 };
 
