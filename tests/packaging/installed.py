@@ -54,6 +54,14 @@ class Installed(unittest.TestCase):
         self.assertEqual(run.returncode, 0, run.stdout)
         return run.stdout
 
+    def shouldLookForLibrariesInTheSystemsFoldersAlone(self):
+        for program in (self.root / "bin/tulo-time-tracker",
+                        pathlib.Path(BUILD, "app/tulo-time-tracker")):
+            dynamic = subprocess.run(["readelf", "--dynamic", program], check=True,
+                                     stdout=subprocess.PIPE, text=True).stdout
+            self.assertIn("(NEEDED)", dynamic)
+            self.assertNotRegex(dynamic, r"\((RPATH|RUNPATH)\)")
+
     def shouldInstallTheseFilesAndNoOthers(self):
         found = [str(file.relative_to(self.root)) for file in self.root.rglob("*")
                  if not file.is_dir()]
