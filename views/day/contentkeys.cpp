@@ -15,6 +15,14 @@ bool isLowerCaseT(const QKeyEvent &event)
     return event.text() == QLatin1Char('t');
 }
 
+/// Whether @p event is meant for the desktop: with Alt, Space opens a window's menu, and with Meta
+/// it changes the language that is typed. Not every window manager keeps these for itself.
+bool isDesktopKey(const QKeyEvent &event)
+{
+    return event.key() == Qt::Key_Space &&
+           (event.modifiers() & (Qt::AltModifier | Qt::MetaModifier));
+}
+
 } // namespace
 
 ContentKeys::ContentKeys(QObject *parent)
@@ -48,7 +56,7 @@ bool ContentKeys::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::KeyPress && m_viewModel && m_content) {
         const auto &press = *static_cast<QKeyEvent *>(event);
-        if (!belongsToFocus(press) &&
+        if (!isDesktopKey(press) && !belongsToFocus(press) &&
             m_viewModel->handleKey({static_cast<Qt::Key>(press.key()),
                                     press.modifiers().testFlag(Qt::ControlModifier),
                                     isLowerCaseT(press), press.isAutoRepeat()})) {

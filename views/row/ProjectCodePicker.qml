@@ -37,9 +37,9 @@ Item {
     Accessible.name: "Projektkode: " + (hasCode ? codeText : "Ingen")
     Accessible.onPressAction: if (enabled)
         open(true)
-    Keys.onSpacePressed: event => {
-        if (!event.isAutoRepeat)
-            open(true);
+    Keys.onSpacePressed: open(true)
+
+    ButtonKeys {
     }
 
     MouseArea {

@@ -1372,6 +1372,33 @@ private Q_SLOTS:
         QVERIFY(f.timer.isToday());
     }
 
+    void shouldLeaveSpaceWithTheDesktopsModifiersAlone_data()
+    {
+        QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
+        QTest::newRow("Alt") << Qt::KeyboardModifiers(Qt::AltModifier);
+        QTest::newRow("Meta") << Qt::KeyboardModifiers(Qt::MetaModifier);
+    }
+    void shouldLeaveSpaceWithTheDesktopsModifiersAlone()
+    {
+        QFETCH(Qt::KeyboardModifiers, modifiers);
+        Fixture f(1);
+        // of the day
+        f.press(Qt::Key_Down);
+        f.press(Qt::Key_Space, modifiers);
+        QVERIFY(f.running().isEmpty());
+        // of a button
+        f.inRow(0, "startButton")->forceActiveFocus(Qt::TabFocusReason);
+        f.press(Qt::Key_Space, modifiers);
+        QVERIFY(f.running().isEmpty());
+        // and of the menu of project codes
+        f.inRow(0, "picker")->forceActiveFocus(Qt::TabFocusReason);
+        f.press(Qt::Key_Space, modifiers);
+        QVERIFY(!f.maybe("menuEntry"));
+        // The key alone does what it did.
+        f.press(Qt::Key_Space);
+        QTRY_VERIFY(f.maybe("menuEntry"));
+    }
+
     void shouldTakeUpARunningTaskOfTodayWhenItAppears()
     {
         Fixture f(1);
