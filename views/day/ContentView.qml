@@ -219,6 +219,9 @@ FocusScope {
             message: viewModel.deleteMessage
             onCancelled: viewModel.cancelDelete()
             onDeletionConfirmed: viewModel.performDelete()
+            // Assistive technology may give the focus to what is behind.
+            onActiveFocusChanged: if (opened && alert.active && content.Window.active && !activeFocus)
+                forceActiveFocus()
             Component.onCompleted: open()
         }
     }

@@ -905,6 +905,47 @@ private Q_SLOTS:
         QVERIFY(!f.timer.isToday());
     }
 
+    void shouldKeepTheKeyboardInTheAlertWhoeverElseIsToHaveIt()
+    {
+        // given all there is to be focused
+        Fixture f(2);
+        f.store.insert<TaskTemplate>(u"Daglig status"_s);
+        f.store.insert<ProjectCode>(u"KODE"_s, u"Kunde"_s);
+        f.click(f.inRow(1, "pencil"));
+        f.click(findItem(f.item("projectCodes"), u"plusButton"_s));
+        QTRY_COMPARE(findItems(f.root(), u"deleteMark"_s).size(), 2);
+        f.click(f.inRow(0, "deleteButton"));
+        const QQuickItem *const cancel =
+            findItem(f.item("deleteConfirmButton")->parentItem(), u"cancelButton"_s);
+        QTRY_VERIFY(cancel->hasActiveFocus());
+
+        // when assistive technology asks for the focus, in one place after the other
+        int requests = 0;
+        const auto focusAll = [&](auto &focusAll, QQuickItem *item) -> void {
+            QAccessibleInterface *const found = QAccessible::queryAccessibleInterface(item);
+            QAccessibleActionInterface *const actions = found ? found->actionInterface() : nullptr;
+            if (actions &&
+                actions->actionNames().contains(QAccessibleActionInterface::setFocusAction())) {
+                ++requests;
+                actions->doAction(QAccessibleActionInterface::setFocusAction());
+                QVERIFY2(cancel->hasActiveFocus(), qPrintable(item->objectName()));
+            }
+            for (QQuickItem *child : item->childItems())
+                focusAll(focusAll, child);
+        };
+        focusAll(focusAll, f.root());
+
+        // then the keys are the alert's
+        QVERIFY2(requests > 20, qPrintable(QString::number(requests)));
+        QVERIFY(cancel->hasActiveFocus());
+        f.press(Qt::Key_Tab);
+        QVERIFY(f.item("deleteConfirmButton")->hasActiveFocus());
+        f.press(Qt::Key_Escape);
+        QTRY_VERIFY(!f.maybe("alertMessage"));
+        QVERIFY(f.item("codeField")->hasActiveFocus());
+        QCOMPARE(f.tasks().size(), 2);
+    }
+
     void shouldLookTheSameBehindTheAlert()
     {
         // given what is disabled for other reasons stays so
