@@ -167,17 +167,33 @@ private Q_SLOTS:
 
     void shouldDeleteOnlyOneByADoubleClick()
     {
-        // given
-        Fixture f(3);
-        const QPoint mark = qmltest::centre(f.inEntry(1, "deleteMark"));
+        // given rows of one height, so that the next mark comes to where the first one was
+        Fixture f;
+        for (int i = 0; i < 3; ++i)
+            f.store.insert<ProjectCode>(u"47%1"_s.arg(i), QString(), i);
+        QTRY_COMPARE(f.entries().size(), 3);
+        const QPoint mark = qmltest::centre(f.inEntry(0, "deleteMark"));
         f.window->hover(mark);
-        QTRY_VERIFY(f.entries().at(1)->property("isHovered").toBool());
+        QTRY_VERIFY(f.entries().at(0)->property("isHovered").toBool());
+        const auto clickAt = [&](quint64 time) {
+            for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+                QMouseEvent event(type, mark, mark, f.window->mapToGlobal(mark), Qt::LeftButton,
+                                  type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton,
+                                  {});
+                event.setTimestamp(time);
+                QCoreApplication::sendEvent(f.window.get(), &event);
+            }
+        };
 
         // when
-        QTest::mouseDClick(f.window.get(), Qt::LeftButton, {}, mark);
+        clickAt(1'000'000);
+        QCOMPARE(f.names(), (QStringList{u"471"_s, u"472"_s}));
+        QTRY_VERIFY(f.entries().at(0)->property("isHovered").toBool());
+        QVERIFY(f.place(f.inEntry(0, "deleteMark")).contains(mark));
+        clickAt(1'000'100);
 
         // then
-        QCOMPARE(f.names(), (QStringList{u"470"_s, u"472"_s}));
+        QCOMPARE(f.names(), (QStringList{u"471"_s, u"472"_s}));
     }
 
     void shouldDrawNoDeleteMarkWithoutThePointer()
