@@ -1,7 +1,7 @@
 #include "views/row/namefit.h"
 
-#include <QFontMetricsF>
 #include <QTest>
+#include <QTextLayout>
 
 #include <cmath>
 
@@ -26,6 +26,9 @@ private Q_SLOTS:
         QTest::newRow("a hyphen") << u"projekt-opfølgning"_s << u"opfølgning"_s;
         QTest::newRow("a blank that keeps together")
             << u"10\u00a0timer i dag"_s << u"10\u00a0timer"_s;
+        QTest::newRow("a last letter that reaches far")
+            << u"et Unavngivet af dem"_s << u"Unavngivet"_s;
+        QTest::newRow("lines") << u"til\nkundemøde\nnu"_s << u"kundemøde"_s;
     }
     void shouldMeasureTheWidestPartThatWrappingLeavesWhole()
     {
@@ -34,9 +37,13 @@ private Q_SLOTS:
         // given
         QFont font;
         font.setPixelSize(14);
+        QTextLayout layout(widest, font);
+        layout.beginLayout();
+        layout.createLine();
+        layout.endLayout();
 
         // then
-        QCOMPARE(widestWord(text, font), std::ceil(QFontMetricsF(font).horizontalAdvance(widest)));
+        QCOMPARE(widestWord(text, font), std::ceil(layout.maximumWidth()));
     }
 };
 

@@ -309,6 +309,38 @@ private Q_SLOTS:
         QVERIFY(f.item("badgeText")->property("contentWidth").toDouble() > 12);
     }
 
+    void shouldBreakNoWordBeforeAllElseHasGivenWay_data()
+    {
+        QTest::addColumn<QString>("name");
+        for (const char *name :
+             {"Kundemøde", "Unavngivet", "Planlægning", "Dokumentation", "Fakturering", "Test"})
+            QTest::newRow(name) << QString::fromUtf8(name);
+    }
+    void shouldBreakNoWordBeforeAllElseHasGivenWay()
+    {
+        QFETCH(QString, name);
+        // given
+        const Fixture f(name, false, 550);
+        f.task->setProjectCode(u"KUNDE-2026-INTERN"_s);
+        const QQuickItem *const text = f.item("nameText");
+        int whole = 0;
+
+        // when the window grows
+        for (int width = 550; width <= 800; ++width) {
+            f.window->rootObject()->setWidth(width - 180);
+
+            // then
+            if (text->property("lineCount").toInt() == 1) {
+                ++whole;
+                continue;
+            }
+            QCOMPARE(f.place("picker").width(), 36.0);
+            QCOMPARE(f.place("time").left() - f.place("nameGroup").right(), 12.0);
+            QVERIFY2(text->width() < text->implicitWidth(), QByteArray::number(width));
+        }
+        QVERIFY(whole > 100);
+    }
+
     void shouldShowAtMostFiveLinesOfAName_data()
     {
         QTest::addColumn<QString>("name");
