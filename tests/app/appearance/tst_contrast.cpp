@@ -243,6 +243,40 @@ private Q_SLOTS:
         QTRY_VERIFY(qmltest::findItem(f.window->contentItem(), u"emptySymbol"_s));
         readAll(*f.window, 40);
     }
+
+    void shouldTellTheFieldsOfTheSideColumnFromTheirGround_data() { addAppearances(); }
+
+    void shouldTellTheFieldsOfTheSideColumnFromTheirGround()
+    {
+        QFETCH(QPalette, palette);
+        // given
+        QGuiApplication::setPalette(palette);
+        const Fixture f;
+
+        // when
+        for (const QString &panel : {u"templates"_s, u"projectCodes"_s}) {
+            const QQuickItem *const plus =
+                qmltest::findItem(f.window->item(panel), u"plusButton"_s);
+            QTest::mouseClick(f.window.get(), Qt::LeftButton, {}, qmltest::centre(plus));
+        }
+
+        // then
+        int fields = 0;
+        const QList<QQuickItem *> items = qmltest::findItems(f.window->item(u"sideColumn"_s));
+        for (const QQuickItem *item : items) {
+            if (!item->inherits("QQuickTextInput"))
+                continue;
+            ++fields;
+            // in its padding, and just below it
+            const QRectF place = item->mapRectToScene({QPointF(), item->size()});
+            const QColor field = f.window->colorAt({place.right() - 3, place.center().y()});
+            const QColor ground = f.window->colorAt({place.center().x(), place.bottom() + 1});
+            const double ratio = contrastRatio(field, ground);
+            QVERIFY2(ratio >= 1.25,
+                     qPrintable(u"%1 on %2: %3"_s.arg(field.name(), ground.name()).arg(ratio)));
+        }
+        QCOMPARE(fields, 3);
+    }
 };
 
 int main(int argc, char *argv[])

@@ -1821,6 +1821,33 @@ private Q_SLOTS:
         QCOMPARE(f.tasks(), QList<Task *>{task});
     }
 
+    void shouldShowNamesFromRightToLeftAtTheLeadingEdge()
+    {
+        // given
+        const QString name = u"פגישה עם לקוח"_s;
+        Fixture f;
+        f.store.insert<Task>(name, f.clock.now(), name);
+        f.store.insert<TaskTemplate>(name);
+        f.store.insert<ProjectCode>(name, name);
+        QTRY_COMPARE(f.rows().size(), 1);
+
+        // when
+        f.click("picker");
+        QTRY_COMPARE(findItems(f.window->contentItem(), u"menuEntry"_s).size(), 2);
+
+        // then that of the row, its badge, the template, both of the code, and the menu's
+        int names = 0;
+        const QList<QQuickItem *> items = findItems(f.window->contentItem());
+        for (const QQuickItem *item : items) {
+            if (!item->inherits("QQuickText") || !text(item).startsWith(name))
+                continue;
+            ++names;
+            QVERIFY2(item->property("effectiveHorizontalAlignment").toInt() == int(Qt::AlignLeft),
+                     qPrintable(item->objectName() + u' ' + text(item)));
+        }
+        QCOMPARE(names, 6);
+    }
+
     void shouldSayWhatIsNotAvailable()
     {
         Fixture f;

@@ -153,6 +153,17 @@ private Q_SLOTS:
                  u"Start R&D & sa&lg"_s);
     }
 
+    void shouldShowNamesFromRightToLeftAtTheLeadingEdge()
+    {
+        Fixture f;
+        f.store.insert<Task>(u"פגישה עם לקוח"_s, f.clock.now(), u"לקוח"_s);
+        f.show();
+        for (const char *label : {"nameText", "badgeText"}) {
+            QCOMPARE(f.item(label)->property("effectiveHorizontalAlignment").toInt(),
+                     int(Qt::AlignLeft));
+        }
+    }
+
     void shouldLayOutARow()
     {
         Fixture f;
