@@ -1,6 +1,6 @@
 #include "app/appearance/appearance.h"
+#include "app/instance/sessionbus.h"
 #include "app/instance/singleinstance.h"
-#include "app/instance/usersession.h"
 #include "app/timetrackerapp.h"
 #include "app/windows/keyrepeats.h"
 #include "app/windows/mainwindow.h"
@@ -70,8 +70,7 @@ int main(int argc, char *argv[])
     const QQmlComponent types(&engine, MainWindow::source(), QQmlComponent::Asynchronous);
 
     // Before the store is opened, and until after it is closed.
-    SingleInstance instance(QDBusConnection::sessionBus(), userRuntimeFolder(),
-                            QStringLiteral("dk.tulo.TimeTracker"));
+    SingleInstance instance(QDBusConnection::sessionBus(), QStringLiteral("dk.tulo.TimeTracker"));
     switch (instance.claim(tokens)) {
     case SingleInstance::Claim::First:
         break;

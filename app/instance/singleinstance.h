@@ -1,16 +1,16 @@
 #pragma once
 
 #include "app/instance/applicationobject.h"
-#include "app/instance/instancesocket.h"
-#include "app/instance/userlock.h"
+#include "app/instance/starttokens.h"
 
 #include <QDBusConnection>
+#include <QDeadlineTimer>
 
 #include <chrono>
 
-/// Sees to it that the program runs once for each user. The first process holds a name on the
-/// session bus and a lock in the user's runtime folder, each where it is there, so that it is found
-/// by one that has only one of the two. A later process hands over to the first and ends.
+/// Sees to it that the program runs once in each session: the first process holds a name on the
+/// session bus, and a later one has it bring its window forward and ends. Without a bus every
+/// process is the first, and the store lets in one of them.
 class SingleInstance : public QObject
 {
     Q_OBJECT
@@ -22,11 +22,11 @@ public:
         Unanswered, ///< Another one runs and does not answer.
     };
 
-    /// @p bus may be unconnected and @p folder empty; without both every process is the first.
-    /// @p service is the name on the bus, from which the object's path and the files' names follow.
-    SingleInstance(const QDBusConnection &bus, const QString &folder, const QString &service);
+    /// @p bus may be unconnected. @p service is the name on it, from which the object's path
+    /// follows.
+    SingleInstance(const QDBusConnection &bus, const QString &service);
 
-    /// Becomes the first, for as long as this object lives, or hands over to it. Waits no longer
+    /// Becomes the first, for as long as the process lives, or hands over to it. Waits no longer
     /// than @p patience for one that is there: it may be starting or ending. What arrives from then
     /// on is announced once the event loop runs.
     Claim claim(const StartTokens &tokens,
@@ -39,17 +39,11 @@ Q_SIGNALS:
     void quitRequested();
 
 private:
-    enum class Attempt { Succeeded, HandedOver, Failed };
-
-    Attempt claimBus(const StartTokens &tokens, QDeadlineTimer deadline);
-    Attempt claimFolder(const StartTokens &tokens, QDeadlineTimer deadline);
+    bool isNameAnothers(QDeadlineTimer deadline);
+    bool handOver(const StartTokens &tokens, QDeadlineTimer deadline);
 
     QDBusConnection m_bus;
-    QString m_folder;
     QString m_service;
     QString m_objectPath;
     ApplicationObject m_object;
-    // The socket goes before the lock.
-    UserLock m_lock;
-    InstanceSocket m_socket;
 };

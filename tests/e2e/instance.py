@@ -96,10 +96,15 @@ class Instance(harness.Story):
                 program.see_window()
                 program.row(UNNAMED)
 
-    def shouldBeFoundWithoutABus(self):
-        with self.running_with_window() as (program, window), another_window():
-            self.start_again(DBUS_SESSION_BUS_ADDRESS=None)
-            wait_until(lambda: active_window() == window, "the window is active")
+    def shouldBeRefusedByTheStoreWithoutABus(self):
+        with self.running() as program:
+            program.press_button("Ny opgave")
+            program.row(UNNAMED)
+            status, words = self.run_again(DBUS_SESSION_BUS_ADDRESS=None)
+            self.assertEqual(status, 1)
+            self.assertIn("store.sqlite\" is in use by another process", words)
+            program.quit()
+            program.ends_well()
 
     def shouldBeFoundFromAnotherHome(self):
         with self.running_with_window() as (program, window), another_window():

@@ -1,8 +1,8 @@
 // Starts as the program does: instanceprobe SERVICE PATIENCE_MS [held]. Says "first" if it is to
 // run, and what it is then asked for; held, it waits for a line of input before its event loop.
 
+#include "app/instance/sessionbus.h"
 #include "app/instance/singleinstance.h"
-#include "app/instance/usersession.h"
 
 #include <QCoreApplication>
 
@@ -26,7 +26,7 @@ int main(int argc, char *argv[])
     const QCoreApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
 
-    SingleInstance instance(QDBusConnection::sessionBus(), userRuntimeFolder(), arguments.at(1));
+    SingleInstance instance(QDBusConnection::sessionBus(), arguments.at(1));
     const auto claim =
         instance.claim(tokens, std::chrono::milliseconds(arguments.at(2).toLongLong()));
     if (claim != SingleInstance::Claim::First)

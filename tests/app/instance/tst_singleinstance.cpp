@@ -2,9 +2,6 @@
 
 #include <QDBusMessage>
 #include <QDBusPendingCall>
-#include <QDir>
-#include <QLocalServer>
-#include <QLocalSocket>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
@@ -97,9 +94,6 @@ constexpr int deadline = 60'000;
 
 } // namespace
 
-/// What a process has by which it can find others.
-enum class Has { Bus, Folder, Both };
-
 class TestSingleInstance : public QObject
 {
     Q_OBJECT
@@ -113,20 +107,12 @@ private:
     QString m_address;
     int m_connections = 0;
 
-    QString lockPath() const { return m_folder->filePath(m_service + ".lock"_L1); }
-    QString socketPath() const { return m_folder->filePath(m_service + ".socket"_L1); }
-
-    /// A folder of its own for who is not to share it: there is no being without.
-    QProcessEnvironment environment(Has what) const
+    QProcessEnvironment environment() const
     {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        for (const QString &name :
-             {u"DBUS_SESSION_BUS_ADDRESS"_s, u"XDG_ACTIVATION_TOKEN"_s, u"DESKTOP_STARTUP_ID"_s})
-            environment.remove(name);
-        if (what != Has::Folder)
-            environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, m_address);
-        environment.insert(u"XDG_RUNTIME_DIR"_s,
-                           what == Has::Bus ? m_folder->filePath(u"other"_s) : m_folder->path());
+        environment.remove(u"XDG_ACTIVATION_TOKEN"_s);
+        environment.remove(u"DESKTOP_STARTUP_ID"_s);
+        environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, m_address);
         return environment;
     }
 
@@ -137,10 +123,10 @@ private:
         return std::make_unique<Probe>(environment,
                                        QStringList{m_service, QString(patience)} + more);
     }
-    std::unique_ptr<Probe> start(Has what, QLatin1StringView patience = Patient,
+    std::unique_ptr<Probe> start(QLatin1StringView patience = Patient,
                                  const QStringList &more = {}) const
     {
-        return start(environment(what), patience, more);
+        return start(environment(), patience, more);
     }
 
     QDBusConnection connectToBus()
@@ -156,25 +142,15 @@ private:
         return message;
     }
 
-    static void eachKind()
-    {
-        QTest::addColumn<Has>("has");
-        QTest::newRow("with a bus only") << Has::Bus;
-        QTest::newRow("with a folder only") << Has::Folder;
-        QTest::newRow("with both") << Has::Both;
-    }
-
 private Q_SLOTS:
     void init()
     {
         m_folder = std::make_unique<QTemporaryDir>();
         QVERIFY(m_folder->isValid());
-        QVERIFY(QDir(m_folder->path()).mkdir(u"other"_s));
         m_daemon = std::make_unique<QProcess>();
-        // Not named "bus": that is where it would be found without its address.
         m_daemon->start(u"dbus-daemon"_s,
                         {u"--session"_s, u"--nofork"_s, u"--nopidfile"_s, u"--print-address"_s,
-                         u"--address=unix:path="_s + m_folder->filePath(u"daemon"_s)});
+                         u"--address=unix:path="_s + m_folder->filePath(u"bus"_s)});
         QTRY_VERIFY_WITH_TIMEOUT(m_daemon->canReadLine(), deadline);
         m_address = QString::fromUtf8(m_daemon->readLine()).trimmed();
     }
@@ -184,26 +160,12 @@ private Q_SLOTS:
         m_daemon->waitForFinished();
     }
 
-    void shouldHandOverToTheFirst_data()
-    {
-        QTest::addColumn<Has>("first");
-        QTest::addColumn<Has>("second");
-        QTest::newRow("bus, bus") << Has::Bus << Has::Bus;
-        QTest::newRow("bus, both") << Has::Bus << Has::Both;
-        QTest::newRow("folder, folder") << Has::Folder << Has::Folder;
-        QTest::newRow("folder, both") << Has::Folder << Has::Both;
-        QTest::newRow("both, bus") << Has::Both << Has::Bus;
-        QTest::newRow("both, folder") << Has::Both << Has::Folder;
-        QTest::newRow("both, both") << Has::Both << Has::Both;
-    }
     void shouldHandOverToTheFirst()
     {
-        QFETCH(Has, first);
-        QFETCH(Has, second);
-        const auto running = start(first);
+        const auto running = start();
         QTRY_VERIFY_WITH_TIMEOUT(running->isFirst(), deadline);
 
-        QProcessEnvironment withToken = environment(second);
+        QProcessEnvironment withToken = environment();
         withToken.insert(u"XDG_ACTIVATION_TOKEN"_s, u"a token"_s);
         withToken.insert(u"DESKTOP_STARTUP_ID"_s, u"an id"_s);
         const auto later = start(withToken);
@@ -213,32 +175,22 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(running->lines(),
                                   QStringList({u"first"_s, u"activated:a token"_s}), deadline);
 
-        QProcessEnvironment withId = environment(second);
+        QProcessEnvironment withId = environment();
         withId.insert(u"DESKTOP_STARTUP_ID"_s, u"an id"_s);
         const auto third = start(withId);
         QTRY_COMPARE_WITH_TIMEOUT(third->status(), 0, deadline);
         QTRY_COMPARE_WITH_TIMEOUT(running->lines().value(2), u"activated:an id"_s, deadline);
 
-        const auto fourth = start(second);
+        const auto fourth = start();
         QTRY_COMPARE_WITH_TIMEOUT(fourth->status(), 0, deadline);
         QTRY_COMPARE_WITH_TIMEOUT(running->lines().value(3), u"activated:"_s, deadline);
     }
 
-    void shouldHaveOneFirstOfMany_data()
-    {
-        QTest::addColumn<QList<Has>>("kinds");
-        QTest::newRow("with a bus only") << QList<Has>(8, Has::Bus);
-        QTest::newRow("with a folder only") << QList<Has>(8, Has::Folder);
-        QTest::newRow("with both") << QList<Has>(8, Has::Both);
-        const QList<Has> pair{Has::Both, Has::Folder};
-        QTest::newRow("mixed") << pair + pair + pair + pair;
-    }
     void shouldHaveOneFirstOfMany()
     {
-        QFETCH(QList<Has>, kinds);
         std::vector<std::unique_ptr<Probe>> probes;
-        for (const Has kind : kinds)
-            probes.push_back(start(kind));
+        for (int i = 0; i < 8; ++i)
+            probes.push_back(start());
 
         const auto ended = [&] {
             return std::count_if(probes.begin(), probes.end(),
@@ -257,34 +209,27 @@ private Q_SLOTS:
         }
     }
 
-    void shouldSucceedOneThatWasKilled_data() { eachKind(); }
     void shouldSucceedOneThatWasKilled()
     {
-        QFETCH(Has, has);
-        const auto killed = start(has);
+        const auto killed = start();
         QTRY_VERIFY_WITH_TIMEOUT(killed->isFirst(), deadline);
         killed->send(SIGKILL);
         QTRY_VERIFY_WITH_TIMEOUT(killed->hasEnded(), deadline);
-        // What it leaves behind is to be in the way of nobody.
-        QCOMPARE(QFile::exists(lockPath()), has != Has::Bus);
-        QCOMPARE(QFile::exists(socketPath()), has != Has::Bus);
 
-        const auto next = start(has);
+        const auto next = start();
         QTRY_VERIFY_WITH_TIMEOUT(next->isFirst(), deadline);
-        const auto last = start(has);
+        const auto last = start();
         QTRY_COMPARE_WITH_TIMEOUT(last->status(), 0, deadline);
         QTRY_COMPARE_WITH_TIMEOUT(next->lines().size(), 2, deadline);
     }
 
-    void shouldFailIfTheFirstIsSilent_data() { eachKind(); }
     void shouldFailIfTheFirstIsSilent()
     {
-        QFETCH(Has, has);
-        const auto stopped = start(has);
+        const auto stopped = start();
         QTRY_VERIFY_WITH_TIMEOUT(stopped->isFirst(), deadline);
         stopped->send(SIGSTOP);
 
-        const auto later = start(has, Impatient);
+        const auto later = start(Impatient);
         QTRY_VERIFY_WITH_TIMEOUT(later->hasEnded(), deadline);
         QCOMPARE(later->status(), 1);
         QCOMPARE(later->lines(), QStringList());
@@ -301,129 +246,68 @@ private Q_SLOTS:
             QVERIFY(bus.registerService(m_service));
         }
 
-        const auto next = start(Has::Bus);
+        const auto next = start();
         QTRY_VERIFY_WITH_TIMEOUT(next->isFirst(), deadline);
         QVERIFY(owner.wasCalled());
     }
 
-    void shouldSucceedALockHolderThatVanishes()
-    {
-        auto lock = std::make_unique<UserLock>();
-        QCOMPARE(lock->take(lockPath()), UserLock::Result::Taken);
-        QLocalServer server;
-        QVERIFY(server.listen(socketPath()));
-        bool wasCalled = false;
-        connect(&server, &QLocalServer::newConnection, this, [&] {
-            wasCalled = true;
-            server.close();
-            lock.reset();
-        });
-
-        const auto next = start(Has::Folder);
-        QTRY_VERIFY_WITH_TIMEOUT(next->isFirst(), deadline);
-        QVERIFY(wasCalled);
-    }
-
-    void shouldWaitForALockHolderThatDoesNotListenYet()
-    {
-        UserLock lock;
-        QCOMPARE(lock.take(lockPath()), UserLock::Result::Taken);
-        const auto later = start(Has::Folder);
-        // It has tried in vain once its thread sleeps, but nothing depends on that.
-        InstanceSocket socket;
-        QVERIFY(socket.listen(socketPath()));
-        QTRY_COMPARE_WITH_TIMEOUT(later->status(), 0, deadline);
-    }
-
-    void shouldNotLoseWhatComesBeforeTheEventLoop_data() { eachKind(); }
     void shouldNotLoseWhatComesBeforeTheEventLoop()
     {
-        QFETCH(Has, has);
-        const auto held = start(has, Patient, {u"held"_s});
+        const auto held = start(Patient, {u"held"_s});
         QTRY_VERIFY_WITH_TIMEOUT(held->isFirst(), deadline);
 
-        if (has == Has::Folder) {
-            QLocalSocket socket;
-            socket.connectToServer(socketPath());
-            QVERIFY(socket.waitForConnected());
-            socket.write(QByteArray("early\0\0", 7));
-            QVERIFY(socket.waitForBytesWritten());
-            held->letGo();
-            QTRY_COMPARE_WITH_TIMEOUT(held->lines(),
-                                      QStringList({u"first"_s, u"activated:early"_s}), deadline);
-        } else {
-            QDBusConnection bus = connectToBus();
-            const QDBusPendingCall answer = bus.asyncCall(
-                call(u"Activate"_s, {QVariantMap{{u"activation-token"_s, u"early"_s}}}));
-            // The bus has passed it on once it answers what came after.
-            QVERIFY(bus.call(QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s,
-                                                            u"/org/freedesktop/DBus"_s,
-                                                            u"org.freedesktop.DBus"_s, u"GetId"_s))
-                        .type() == QDBusMessage::ReplyMessage);
-            QVERIFY(!answer.isFinished());
-            held->letGo();
-            QTRY_COMPARE_WITH_TIMEOUT(held->lines(),
-                                      QStringList({u"first"_s, u"activated:early"_s}), deadline);
-            QTRY_VERIFY_WITH_TIMEOUT(answer.isFinished(), deadline);
-            QVERIFY(!answer.isError());
-        }
+        QDBusConnection bus = connectToBus();
+        const QDBusPendingCall answer =
+            bus.asyncCall(call(u"Activate"_s, {QVariantMap{{u"activation-token"_s, u"early"_s}}}));
+        // The bus has passed it on once it answers what came after.
+        QVERIFY(bus.call(QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s,
+                                                        u"/org/freedesktop/DBus"_s,
+                                                        u"org.freedesktop.DBus"_s, u"GetId"_s))
+                    .type() == QDBusMessage::ReplyMessage);
+        QVERIFY(!answer.isFinished());
+        held->letGo();
+        QTRY_COMPARE_WITH_TIMEOUT(held->lines(), QStringList({u"first"_s, u"activated:early"_s}),
+                                  deadline);
+        QTRY_VERIFY_WITH_TIMEOUT(answer.isFinished(), deadline);
+        QVERIFY(!answer.isError());
     }
 
-    void shouldTakeADeadBusForNone()
+    void shouldBeFirstWhereThereIsNoBus_data()
     {
-        QProcessEnvironment dead = environment(Has::Folder);
-        dead.insert(u"DBUS_SESSION_BUS_ADDRESS"_s,
-                    u"unix:path="_s + m_folder->filePath(u"nothing"_s));
-        const auto first = start(dead);
-        QTRY_VERIFY_WITH_TIMEOUT(first->isFirst(), deadline);
-        const auto second = start(Has::Both);
-        QTRY_COMPARE_WITH_TIMEOUT(second->status(), 0, deadline);
-        const auto third = start(dead);
-        QTRY_COMPARE_WITH_TIMEOUT(third->status(), 0, deadline);
-        QTRY_COMPARE_WITH_TIMEOUT(first->lines().size(), 3, deadline);
+        QTest::addColumn<QString>("address");
+        QTest::newRow("none is named") << QString();
+        QTest::newRow("none is there") << u"unix:path=/does/not/exist"_s;
+    }
+    void shouldBeFirstWhereThereIsNoBus()
+    {
+        QFETCH(QString, address);
+        const auto withBus = start();
+        QTRY_VERIFY_WITH_TIMEOUT(withBus->isFirst(), deadline);
+
+        QProcessEnvironment withoutBus = environment();
+        withoutBus.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, address);
+        withoutBus.remove(u"XDG_RUNTIME_DIR"_s);
+        const auto other = start(withoutBus);
+        QTRY_VERIFY_WITH_TIMEOUT(other->isFirst(), deadline);
+        QCOMPARE(withBus->lines(), QStringList{u"first"_s});
     }
 
     void shouldFindTheBusInTheRuntimeFolder()
     {
-        QVERIFY(QFile::rename(m_folder->filePath(u"daemon"_s), m_folder->filePath(u"bus"_s)));
-        const auto first = start(Has::Folder);
+        QProcessEnvironment withoutAddress = environment();
+        withoutAddress.remove(u"DBUS_SESSION_BUS_ADDRESS"_s);
+        withoutAddress.insert(u"XDG_RUNTIME_DIR"_s, m_folder->path());
+        const auto first = start(withoutAddress);
         QTRY_VERIFY_WITH_TIMEOUT(first->isFirst(), deadline);
 
-        const QDBusConnection bus = QDBusConnection::connectToBus(
-            u"unix:path="_s + m_folder->filePath(u"bus"_s), u"renamed"_s);
-        QVERIFY(bus.call(call(u"Activate"_s, {QVariantMap()})).type() ==
+        QVERIFY(connectToBus().call(call(u"Activate"_s, {QVariantMap()})).type() ==
                 QDBusMessage::ReplyMessage);
         QTRY_COMPARE_WITH_TIMEOUT(first->lines().size(), 2, deadline);
     }
 
-    void shouldRunWithoutAUsableFolder()
-    {
-        // As long as a path may be that a folder still has, but no socket in it.
-        const QString deep = m_folder->filePath(QString(200, u'x'));
-        QVERIFY(QDir().mkdir(deep));
-        QProcessEnvironment noSocket = environment(Has::Both);
-        noSocket.insert(u"XDG_RUNTIME_DIR"_s, deep);
-        const auto first = start(noSocket);
-        QTRY_VERIFY_WITH_TIMEOUT(first->isFirst(), deadline);
-        const auto second = start(noSocket);
-        QTRY_COMPARE_WITH_TIMEOUT(second->status(), 0, deadline);
-
-        noSocket.remove(u"DBUS_SESSION_BUS_ADDRESS"_s);
-        const auto third = start(noSocket, Impatient);
-        QTRY_COMPARE_WITH_TIMEOUT(third->status(), 1, deadline);
-    }
-
-    void shouldRunTogetherWithThoseOnAnotherBusAndFolder()
-    {
-        const auto first = start(Has::Bus);
-        QTRY_VERIFY_WITH_TIMEOUT(first->isFirst(), deadline);
-        const auto second = start(Has::Folder);
-        QTRY_VERIFY_WITH_TIMEOUT(second->isFirst(), deadline);
-    }
-
     void shouldDoAsTheDesktopAsks()
     {
-        const auto first = start(Has::Both);
+        const auto first = start();
         QTRY_VERIFY_WITH_TIMEOUT(first->isFirst(), deadline);
         const QDBusConnection bus = connectToBus();
         const auto isAnswered = [&](const QString &method, const QVariantList &arguments) {
@@ -444,13 +328,11 @@ private Q_SLOTS:
 
         QVERIFY(isAnswered(u"ActivateAction"_s, {u"quit"_s, QVariantList(), QVariantMap()}));
         QTRY_COMPARE_WITH_TIMEOUT(first->status(), 0, deadline);
-        // It has tidied up after itself.
-        QVERIFY(!QFile::exists(socketPath()));
     }
 
     void shouldOfferWhatTheInterfaceSays()
     {
-        const auto first = start(Has::Both);
+        const auto first = start();
         QTRY_VERIFY_WITH_TIMEOUT(first->isFirst(), deadline);
         const QDBusMessage reply = connectToBus().call(QDBusMessage::createMethodCall(
             m_service, m_objectPath, u"org.freedesktop.DBus.Introspectable"_s, u"Introspect"_s));

@@ -1,0 +1,35 @@
+#include "app/instance/sessionbus.h"
+
+#include <QFile>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+bool isOwnSocket(const QString &path)
+{
+    struct stat status {
+    };
+    return ::lstat(QFile::encodeName(path).constData(), &status) == 0 && S_ISSOCK(status.st_mode) &&
+           status.st_uid == ::geteuid();
+}
+
+} // namespace
+
+void neverStartABus()
+{
+    const QString address = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
+    if (!address.isEmpty() && !address.contains("autolaunch:"_L1))
+        return;
+    const QString folder = qEnvironmentVariable("XDG_RUNTIME_DIR");
+    if (!folder.isEmpty() && isOwnSocket(folder + "/bus"_L1))
+        // This is where it is looked for first.
+        qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+    else
+        // No kind of bus that anybody knows.
+        qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:");
+}

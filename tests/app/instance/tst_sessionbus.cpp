@@ -1,0 +1,68 @@
+#include "app/instance/sessionbus.h"
+#include "app/instance/starttokens.h"
+
+#include <QDBusConnection>
+#include <QDBusError>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+class TestSessionBus : public QObject
+{
+    Q_OBJECT
+
+private:
+    QTemporaryDir m_folder;
+
+private Q_SLOTS:
+    void init()
+    {
+        qputenv("XDG_RUNTIME_DIR", m_folder.path().toUtf8());
+        qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+    }
+
+    void shouldHaveNoBusStarted_data()
+    {
+        QTest::addColumn<QByteArray>("address");
+        QTest::newRow("not set") << QByteArray();
+        QTest::newRow("to be started") << QByteArray("autolaunch:");
+        QTest::newRow("or to be started") << QByteArray("unix:runtime=yes;autolaunch:");
+    }
+    void shouldHaveNoBusStarted()
+    {
+        QFETCH(QByteArray, address);
+        qputenv("DBUS_SESSION_BUS_ADDRESS", address);
+        // What is named like the bus, but is none.
+        QFile file(m_folder.filePath(u"bus"_s));
+        QVERIFY(file.open(QFile::WriteOnly));
+
+        neverStartABus();
+        const QDBusConnection bus = QDBusConnection::sessionBus();
+        QVERIFY(!bus.isConnected());
+        QCOMPARE(bus.lastError().name(), u"org.freedesktop.DBus.Error.BadAddress"_s);
+        QVERIFY(file.remove());
+    }
+
+    void shouldLeaveTheBusThatIsPromised()
+    {
+        qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/there");
+        neverStartABus();
+        QCOMPARE(qgetenv("DBUS_SESSION_BUS_ADDRESS"), "unix:path=/there");
+    }
+
+    void shouldReadTheTokensAndLeaveThem()
+    {
+        qputenv("XDG_ACTIVATION_TOKEN", "token");
+        qputenv("DESKTOP_STARTUP_ID", "id");
+        const StartTokens tokens = StartTokens::fromEnvironment();
+        QCOMPARE(tokens.activationToken, u"token"_s);
+        QCOMPARE(tokens.startupId, u"id"_s);
+        QCOMPARE(qgetenv("XDG_ACTIVATION_TOKEN"), "token");
+        QCOMPARE(qgetenv("DESKTOP_STARTUP_ID"), "id");
+    }
+};
+
+QTEST_GUILESS_MAIN(TestSessionBus)
+#include "tst_sessionbus.moc"
