@@ -2,8 +2,6 @@
 
 #include "model/record.h"
 
-class Clock;
-
 /// A billing or project code of the user's. Tasks carry a copy of its text, never a link to it.
 class ProjectCode : public Record
 {
@@ -17,13 +15,9 @@ class ProjectCode : public Record
 public:
     static constexpr RecordType type = RecordType::ProjectCode;
 
-    /// The stored properties, in the order of the schema.
-    struct Values {
-        QUuid id;
+    struct Values : Record::Values {
         QString code;
         QString name;
-        qint64 sortOrder = 0;
-        Instant createdAt = 0;
     };
 
     /// A new project code, not yet stored.
@@ -32,13 +26,16 @@ public:
     explicit ProjectCode(const Values &values);
 
     /// The code itself, as entered.
-    const QString &code() const { return m_code; }
+    const QString &code() const { return m_values.code; }
     /// What the code stands for; may be empty.
-    const QString &name() const { return m_name; }
+    const QString &name() const { return m_values.name; }
     /// "4711 – Support", or the code alone where it has no name.
     QString displayName() const;
 
+    const Values &values() const override { return m_values; }
+
 private:
-    QString m_code;
-    QString m_name;
+    Values &values() override { return m_values; }
+
+    Values m_values;
 };

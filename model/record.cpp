@@ -1,20 +1,24 @@
 #include "model/record.h"
 
-Record::Record(RecordType type, const QUuid &id, qint64 sortOrder, Instant createdAt)
+#include "model/clock.h"
+
+Record::Record(RecordType type)
     : m_type(type)
-    , m_id(id)
-    , m_sortOrder(sortOrder)
-    , m_createdAt(createdAt)
 {
 }
 
 Record::~Record() = default;
 
+Record::Values Record::newValues(const Clock &clock, qint64 sortOrder)
+{
+    return {QUuid::createUuid(), sortOrder, clock.now()};
+}
+
 void Record::setSortOrder(qint64 sortOrder)
 {
-    if (m_sortOrder == sortOrder)
+    if (values().sortOrder == sortOrder)
         return;
-    m_sortOrder = sortOrder;
+    values().sortOrder = sortOrder;
     Q_EMIT sortOrderChanged();
     Q_EMIT changed();
 }

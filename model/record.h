@@ -8,6 +8,8 @@
 
 #include <optional>
 
+class Clock;
+
 /// The record types of the store, in the order of its schema.
 enum class RecordType { Task, TaskTemplate, ProjectCode };
 
@@ -20,14 +22,24 @@ class Record : public QObject
     Q_PROPERTY(QUuid id READ id CONSTANT)
 
 public:
+    /// What the store holds of every record. Each type adds its own; `recordtable.cpp` names the
+    /// columns.
+    struct Values {
+        QUuid id;
+        qint64 sortOrder = 0;
+        Instant createdAt = 0;
+    };
+
     ~Record() override;
 
     RecordType recordType() const { return m_type; }
+    /// What the store holds of this record, or will.
+    virtual const Values &values() const = 0;
     /// Random, given at creation.
-    const QUuid &id() const { return m_id; }
-    Instant createdAt() const { return m_createdAt; }
+    const QUuid &id() const { return values().id; }
+    Instant createdAt() const { return values().createdAt; }
     /// Place in the lists that show the record, ascending; neither unique nor without gaps.
-    qint64 sortOrder() const { return m_sortOrder; }
+    qint64 sortOrder() const { return values().sortOrder; }
     void setSortOrder(qint64 sortOrder);
 
 Q_SIGNALS:
@@ -36,15 +48,16 @@ Q_SIGNALS:
     void changed();
 
 protected:
-    Record(RecordType type, const QUuid &id, qint64 sortOrder, Instant createdAt);
+    explicit Record(RecordType type);
+
+    virtual Values &values() = 0;
+    /// Those of a new record.
+    static Values newValues(const Clock &clock, qint64 sortOrder);
 
 private:
     friend class ModelContext;
 
     RecordType m_type;
-    QUuid m_id;
-    qint64 m_sortOrder;
-    Instant m_createdAt;
 
     // The context's own notes.
     std::optional<qint64> m_rowid;

@@ -8,177 +8,202 @@
 #include <SQLiteCpp/Column.h>
 #include <SQLiteCpp/Statement.h>
 
+#include <optional>
+#include <type_traits>
+#include <variant>
+
 namespace
 {
 
-QUuid readId(const SQLite::Column &column)
+// How a property's value lies in its column, which may be empty where the value is optional.
+
+template<typename Value>
+constexpr const char *sqlType = nullptr;
+template<>
+constexpr const char *sqlType<QUuid> = "BLOB NOT NULL";
+template<>
+constexpr const char *sqlType<QString> = "TEXT NOT NULL";
+template<>
+constexpr const char *sqlType<std::optional<QString>> = "TEXT";
+template<>
+constexpr const char *sqlType<qint64> = "INTEGER NOT NULL";
+template<>
+constexpr const char *sqlType<double> = "REAL NOT NULL";
+template<>
+constexpr const char *sqlType<std::optional<double>> = "REAL";
+
+void read(const SQLite::Column &cell, QUuid &id)
 {
-    return QUuid::fromRfc4122(
-        QByteArray(static_cast<const char *>(column.getBlob()), column.getBytes()));
+    id = QUuid::fromRfc4122(QByteArray(static_cast<const char *>(cell.getBlob()), cell.getBytes()));
 }
 
-QString readText(const SQLite::Column &column)
+void read(const SQLite::Column &cell, QString &text)
 {
     // With its length: a text may hold a NUL.
-    const char *text = column.getText();
-    return QString::fromUtf8(text, column.getBytes());
+    const char *bytes = cell.getText();
+    text = QString::fromUtf8(bytes, cell.getBytes());
 }
 
-void bindId(SQLite::Statement &statement, int index, const QUuid &id)
+void read(const SQLite::Column &cell, qint64 &number)
+{
+    number = cell.getInt64();
+}
+
+void read(const SQLite::Column &cell, double &number)
+{
+    number = cell.getDouble();
+}
+
+template<typename Value>
+void read(const SQLite::Column &cell, std::optional<Value> &value)
+{
+    if (!cell.isNull())
+        read(cell, value.emplace());
+}
+
+void bind(SQLite::Statement &statement, int index, const QUuid &id)
 {
     const std::string bytes = storedId(id);
     statement.bind(index, bytes.data(), static_cast<int>(bytes.size()));
 }
 
-void bindText(SQLite::Statement &statement, int index, const QString &text)
+void bind(SQLite::Statement &statement, int index, const QString &text)
 {
     statement.bind(index, text.toStdString());
 }
 
-Record *readTask(SQLite::Statement &row, const Clock &clock)
+void bind(SQLite::Statement &statement, int index, qint64 number)
 {
-    Task::Values values;
-    values.id = readId(row.getColumn(1));
-    values.name = readText(row.getColumn(2));
-    values.date = row.getColumn(3).getDouble();
-    values.accumulatedSeconds = row.getColumn(4).getInt64();
-    if (const SQLite::Column start = row.getColumn(5); !start.isNull())
-        values.lastStartTime = start.getDouble();
-    values.sortOrder = row.getColumn(6).getInt64();
-    values.createdAt = row.getColumn(7).getDouble();
-    if (const SQLite::Column code = row.getColumn(8); !code.isNull())
-        values.projectCode = readText(code);
-    return new Task(clock, values);
+    statement.bind(index, static_cast<int64_t>(number));
 }
 
-int bindTask(SQLite::Statement &statement, const Record &record)
+void bind(SQLite::Statement &statement, int index, double number)
 {
-    const auto &task = static_cast<const Task &>(record);
-    bindId(statement, 1, task.id());
-    bindText(statement, 2, task.name());
-    statement.bind(3, task.date());
-    statement.bind(4, static_cast<int64_t>(task.accumulatedSeconds()));
-    if (task.lastStartTime())
-        statement.bind(5, *task.lastStartTime());
+    statement.bind(index, number);
+}
+
+template<typename Value>
+void bind(SQLite::Statement &statement, int index, const std::optional<Value> &value)
+{
+    if (value)
+        bind(statement, index, *value);
     else
-        statement.bind(5);
-    statement.bind(6, static_cast<int64_t>(task.sortOrder()));
-    statement.bind(7, task.createdAt());
-    if (task.projectCode())
-        bindText(statement, 8, *task.projectCode());
+        statement.bind(index);
+}
+
+/// One property of a record type: its column's name, and where its value is.
+template<typename Values>
+struct Property {
+    const char *name;
+    std::variant<QUuid Values::*, QString Values::*, std::optional<QString> Values::*,
+                 qint64 Values::*, double Values::*, std::optional<double> Values::*>
+        member;
+};
+
+/// The properties of a record type, in the order of the schema.
+template<typename Type>
+constexpr std::array<Property<typename Type::Values>, 0> properties{};
+
+template<>
+constexpr std::array properties<Task>{
+    Property<Task::Values>{"id", &Task::Values::id},
+    Property<Task::Values>{"name", &Task::Values::name},
+    Property<Task::Values>{"date", &Task::Values::date},
+    Property<Task::Values>{"accumulatedSeconds", &Task::Values::accumulatedSeconds},
+    Property<Task::Values>{"lastStartTime", &Task::Values::lastStartTime},
+    Property<Task::Values>{"sortOrder", &Task::Values::sortOrder},
+    Property<Task::Values>{"createdAt", &Task::Values::createdAt},
+    Property<Task::Values>{"projectCode", &Task::Values::projectCode},
+};
+
+template<>
+constexpr std::array properties<TaskTemplate>{
+    Property<TaskTemplate::Values>{"id", &TaskTemplate::Values::id},
+    Property<TaskTemplate::Values>{"name", &TaskTemplate::Values::name},
+    Property<TaskTemplate::Values>{"sortOrder", &TaskTemplate::Values::sortOrder},
+    Property<TaskTemplate::Values>{"createdAt", &TaskTemplate::Values::createdAt},
+};
+
+template<>
+constexpr std::array properties<ProjectCode>{
+    Property<ProjectCode::Values>{"id", &ProjectCode::Values::id},
+    Property<ProjectCode::Values>{"code", &ProjectCode::Values::code},
+    Property<ProjectCode::Values>{"name", &ProjectCode::Values::name},
+    Property<ProjectCode::Values>{"sortOrder", &ProjectCode::Values::sortOrder},
+    Property<ProjectCode::Values>{"createdAt", &ProjectCode::Values::createdAt},
+};
+
+template<typename Type>
+Record *readRecord(SQLite::Statement &row, const Clock &clock)
+{
+    typename Type::Values values;
+    int index = 0;
+    for (const auto &property : properties<Type>) {
+        // The rowid comes before them.
+        const SQLite::Column cell = row.getColumn(++index);
+        std::visit([&](auto member) { read(cell, values.*member); }, property.member);
+    }
+    if constexpr (std::is_constructible_v<Type, const Clock &, decltype(values)>)
+        return new Type(clock, values);
     else
-        statement.bind(8);
-    return 9;
+        return new Type(values);
 }
 
-Record *readTaskTemplate(SQLite::Statement &row, const Clock &)
+template<typename Type>
+int bindRecord(SQLite::Statement &statement, const Record &record)
 {
-    TaskTemplate::Values values;
-    values.id = readId(row.getColumn(1));
-    values.name = readText(row.getColumn(2));
-    values.sortOrder = row.getColumn(3).getInt64();
-    values.createdAt = row.getColumn(4).getDouble();
-    return new TaskTemplate(values);
+    const typename Type::Values &values = static_cast<const Type &>(record).values();
+    int index = 1;
+    for (const auto &property : properties<Type>)
+        std::visit([&](auto member) { bind(statement, index++, values.*member); }, property.member);
+    return index;
 }
 
-int bindTaskTemplate(SQLite::Statement &statement, const Record &record)
+template<typename Type>
+RecordTable makeTable(const std::string &table, const std::string &indexes)
 {
-    const auto &taskTemplate = static_cast<const TaskTemplate &>(record);
-    bindId(statement, 1, taskTemplate.id());
-    bindText(statement, 2, taskTemplate.name());
-    statement.bind(3, static_cast<int64_t>(taskTemplate.sortOrder()));
-    statement.bind(4, taskTemplate.createdAt());
-    return 5;
+    const auto joined = [](const auto &textOf) {
+        std::string list;
+        for (const Property<typename Type::Values> &property : properties<Type>)
+            list.append(list.empty() ? "" : ", ").append(textOf(property));
+        return list;
+    };
+    const std::string names = joined([](const auto &property) { return property.name; });
+    const std::string places = joined([](const auto &) { return "?"; });
+    const std::string assignments =
+        joined([](const auto &property) { return std::string(property.name) + " = ?"; });
+    const std::string declarations = joined([](const auto &property) {
+        const auto type = [](auto member) {
+            return sqlType<std::decay_t<decltype(typename Type::Values().*member)>>;
+        };
+        return std::string(property.name) + ' ' + std::visit(type, property.member);
+    });
+    return {
+        "CREATE TABLE " + table + " (rowid INTEGER PRIMARY KEY, " + declarations + ") STRICT;" +
+            indexes,
+        "SELECT rowid, " + names + " FROM " + table,
+        "INSERT INTO " + table + " (" + names + ") VALUES (" + places + ")",
+        "UPDATE " + table + " SET " + assignments + " WHERE rowid = ?",
+        "DELETE FROM " + table + " WHERE rowid = ?",
+        &readRecord<Type>,
+        &bindRecord<Type>,
+    };
 }
-
-Record *readProjectCode(SQLite::Statement &row, const Clock &)
-{
-    ProjectCode::Values values;
-    values.id = readId(row.getColumn(1));
-    values.code = readText(row.getColumn(2));
-    values.name = readText(row.getColumn(3));
-    values.sortOrder = row.getColumn(4).getInt64();
-    values.createdAt = row.getColumn(5).getDouble();
-    return new ProjectCode(values);
-}
-
-int bindProjectCode(SQLite::Statement &statement, const Record &record)
-{
-    const auto &projectCode = static_cast<const ProjectCode &>(record);
-    bindId(statement, 1, projectCode.id());
-    bindText(statement, 2, projectCode.code());
-    bindText(statement, 3, projectCode.name());
-    statement.bind(4, static_cast<int64_t>(projectCode.sortOrder()));
-    statement.bind(5, projectCode.createdAt());
-    return 6;
-}
-
-// A day, the running tasks and one task by its id are found by index: the history may hold
-// millions of tasks, and nobody waits for it.
-const std::array<RecordTable, recordTypes.size()> tables{{
-    {
-        "CREATE TABLE Task ("
-        "rowid INTEGER PRIMARY KEY, "
-        "id BLOB NOT NULL, "
-        "name TEXT NOT NULL, "
-        "date REAL NOT NULL, "
-        "accumulatedSeconds INTEGER NOT NULL, "
-        "lastStartTime REAL, "
-        "sortOrder INTEGER NOT NULL, "
-        "createdAt REAL NOT NULL, "
-        "projectCode TEXT"
-        ") STRICT;"
-        "CREATE INDEX TaskByDate ON Task (date);"
-        "CREATE INDEX TaskByID ON Task (id);"
-        "CREATE INDEX RunningTask ON Task (lastStartTime) WHERE lastStartTime IS NOT NULL;",
-        "SELECT rowid, id, name, date, accumulatedSeconds, lastStartTime, sortOrder, createdAt, "
-        "projectCode FROM Task",
-        "INSERT INTO Task (id, name, date, accumulatedSeconds, lastStartTime, sortOrder, "
-        "createdAt, projectCode) VALUES (?, ?, ?, ?, ?, ?, ?, ?)",
-        "UPDATE Task SET id = ?, name = ?, date = ?, accumulatedSeconds = ?, lastStartTime = ?, "
-        "sortOrder = ?, createdAt = ?, projectCode = ? WHERE rowid = ?",
-        "DELETE FROM Task WHERE rowid = ?",
-        &readTask,
-        &bindTask,
-    },
-    {
-        "CREATE TABLE TaskTemplate ("
-        "rowid INTEGER PRIMARY KEY, "
-        "id BLOB NOT NULL, "
-        "name TEXT NOT NULL, "
-        "sortOrder INTEGER NOT NULL, "
-        "createdAt REAL NOT NULL"
-        ") STRICT;",
-        "SELECT rowid, id, name, sortOrder, createdAt FROM TaskTemplate",
-        "INSERT INTO TaskTemplate (id, name, sortOrder, createdAt) VALUES (?, ?, ?, ?)",
-        "UPDATE TaskTemplate SET id = ?, name = ?, sortOrder = ?, createdAt = ? WHERE rowid = ?",
-        "DELETE FROM TaskTemplate WHERE rowid = ?",
-        &readTaskTemplate,
-        &bindTaskTemplate,
-    },
-    {
-        "CREATE TABLE ProjectCode ("
-        "rowid INTEGER PRIMARY KEY, "
-        "id BLOB NOT NULL, "
-        "code TEXT NOT NULL, "
-        "name TEXT NOT NULL, "
-        "sortOrder INTEGER NOT NULL, "
-        "createdAt REAL NOT NULL"
-        ") STRICT;",
-        "SELECT rowid, id, code, name, sortOrder, createdAt FROM ProjectCode",
-        "INSERT INTO ProjectCode (id, code, name, sortOrder, createdAt) VALUES (?, ?, ?, ?, ?)",
-        "UPDATE ProjectCode SET id = ?, code = ?, name = ?, sortOrder = ?, createdAt = ? "
-        "WHERE rowid = ?",
-        "DELETE FROM ProjectCode WHERE rowid = ?",
-        &readProjectCode,
-        &bindProjectCode,
-    },
-}};
 
 } // namespace
 
 const RecordTable &recordTable(RecordType type)
 {
+    // A day, the running tasks and one task by its id are found by index: the history may hold
+    // millions of tasks, and nobody waits for it.
+    static const std::array<RecordTable, recordTypes.size()> tables{
+        makeTable<Task>("Task", "CREATE INDEX TaskByDate ON Task (date);"
+                                "CREATE INDEX TaskByID ON Task (id);"
+                                "CREATE INDEX RunningTask ON Task (lastStartTime) "
+                                "WHERE lastStartTime IS NOT NULL;"),
+        makeTable<TaskTemplate>("TaskTemplate", {}),
+        makeTable<ProjectCode>("ProjectCode", {}),
+    };
     return tables.at(static_cast<std::size_t>(type));
 }
 

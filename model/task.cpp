@@ -11,30 +11,27 @@ using namespace Qt::StringLiterals;
 
 Task::Task(const Clock &clock, const QString &name, Instant date,
            std::optional<QString> projectCode, qint64 sortOrder)
-    : Record(type, QUuid::createUuid(), sortOrder, clock.now())
-    , m_clock(clock)
-    , m_name(name)
-    , m_date(clock.calendar().startOfDay(date))
-    , m_projectCode(std::move(projectCode))
+    : Task(clock, Values{newValues(clock, sortOrder),
+                         name,
+                         clock.calendar().startOfDay(date),
+                         0,
+                         {},
+                         std::move(projectCode)})
 {
 }
 
 Task::Task(const Clock &clock, const Values &values)
-    : Record(type, values.id, values.sortOrder, values.createdAt)
+    : Record(type)
     , m_clock(clock)
-    , m_name(values.name)
-    , m_date(values.date)
-    , m_accumulatedSeconds(values.accumulatedSeconds)
-    , m_lastStartTime(values.lastStartTime)
-    , m_projectCode(values.projectCode)
+    , m_values(values)
 {
 }
 
 void Task::setName(const QString &name)
 {
-    if (m_name == name)
+    if (m_values.name == name)
         return;
-    m_name = name;
+    m_values.name = name;
     Q_EMIT nameChanged();
     Q_EMIT changed();
 }
@@ -42,47 +39,47 @@ void Task::setName(const QString &name)
 void Task::setDate(Instant date)
 {
     const Instant start = m_clock.calendar().startOfDay(date);
-    if (m_date == start)
+    if (m_values.date == start)
         return;
-    m_date = start;
+    m_values.date = start;
     Q_EMIT dateChanged();
     Q_EMIT changed();
 }
 
 void Task::setAccumulatedSeconds(qint64 seconds)
 {
-    if (m_accumulatedSeconds == seconds)
+    if (m_values.accumulatedSeconds == seconds)
         return;
-    m_accumulatedSeconds = seconds;
+    m_values.accumulatedSeconds = seconds;
     Q_EMIT accumulatedSecondsChanged();
     Q_EMIT changed();
 }
 
 void Task::setProjectCode(const std::optional<QString> &projectCode)
 {
-    if (m_projectCode == projectCode)
+    if (m_values.projectCode == projectCode)
         return;
-    m_projectCode = projectCode;
+    m_values.projectCode = projectCode;
     Q_EMIT projectCodeChanged();
     Q_EMIT changed();
 }
 
 void Task::start()
 {
-    if (m_lastStartTime)
+    if (m_values.lastStartTime)
         return;
-    m_lastStartTime = m_clock.now();
+    m_values.lastStartTime = m_clock.now();
     Q_EMIT lastStartTimeChanged();
     Q_EMIT changed();
 }
 
 void Task::stop()
 {
-    if (!m_lastStartTime)
+    if (!m_values.lastStartTime)
         return;
     // Both fields change before anybody is told, so that nobody sees the run counted twice.
-    m_accumulatedSeconds = currentTotalSeconds();
-    m_lastStartTime.reset();
+    m_values.accumulatedSeconds = currentTotalSeconds();
+    m_values.lastStartTime.reset();
     Q_EMIT accumulatedSecondsChanged();
     Q_EMIT lastStartTimeChanged();
     Q_EMIT changed();
@@ -90,11 +87,11 @@ void Task::stop()
 
 qint64 Task::currentTotalSeconds() const
 {
-    if (!m_lastStartTime)
-        return m_accumulatedSeconds;
+    if (!m_values.lastStartTime)
+        return m_values.accumulatedSeconds;
     const FatalAdvice advice = [this] { return repairAdvice(); };
-    return checkedSum(m_accumulatedSeconds,
-                      truncatedToInt(m_clock.now() - *m_lastStartTime, advice), advice);
+    return checkedSum(m_values.accumulatedSeconds,
+                      truncatedToInt(m_clock.now() - *m_values.lastStartTime, advice), advice);
 }
 
 QString Task::formattedTime() const
@@ -115,12 +112,12 @@ double Task::roundedDecimalHours() const
 std::string Task::repairAdvice() const
 {
     constexpr qsizetype longestName = 60;
-    QString advice = u"The time of the task \""_s + m_name.simplified().left(longestName) +
-                     u"\" of "_s + m_clock.calendar().dayOf(m_date).toString(Qt::ISODate) +
+    QString advice = u"The time of the task \""_s + m_values.name.simplified().left(longestName) +
+                     u"\" of "_s + m_clock.calendar().dayOf(m_values.date).toString(Qt::ISODate) +
                      u" cannot be added up (accumulatedSeconds "_s +
-                     QString::number(m_accumulatedSeconds);
-    if (m_lastStartTime)
-        advice += u", lastStartTime "_s + QString::number(*m_lastStartTime, 'f', 3);
+                     QString::number(m_values.accumulatedSeconds);
+    if (m_values.lastStartTime)
+        advice += u", lastStartTime "_s + QString::number(*m_values.lastStartTime, 'f', 3);
     advice += u")."_s;
     if (const auto *const context = qobject_cast<const ModelContext *>(parent()))
         advice += u" It is kept in the store \""_s + context->storePath() +
@@ -132,7 +129,7 @@ std::string Task::repairAdvice() const
 
 QVariant Task::projectCodeVariant() const
 {
-    return m_projectCode ? QVariant(*m_projectCode) : QVariant();
+    return m_values.projectCode ? QVariant(*m_values.projectCode) : QVariant();
 }
 
 void Task::setProjectCodeVariant(const QVariant &projectCode)

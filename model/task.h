@@ -6,8 +6,6 @@
 
 #include <string>
 
-class Clock;
-
 /// One named piece of work on one day, with the time recorded for it. It runs exactly while
 /// lastStartTime() is set; every figure is derived from that, the banked seconds and the clock.
 class Task : public Record
@@ -26,15 +24,11 @@ class Task : public Record
 public:
     static constexpr RecordType type = RecordType::Task;
 
-    /// The stored properties, in the order of the schema.
-    struct Values {
-        QUuid id;
+    struct Values : Record::Values {
         QString name;
         Instant date = 0;
         qint64 accumulatedSeconds = 0;
         std::optional<Instant> lastStartTime;
-        qint64 sortOrder = 0;
-        Instant createdAt = 0;
         std::optional<QString> projectCode;
     };
 
@@ -44,24 +38,24 @@ public:
     /// A task as the store holds it.
     Task(const Clock &clock, const Values &values);
 
-    const QString &name() const { return m_name; }
+    const QString &name() const { return m_values.name; }
     void setName(const QString &name);
 
     /// The start of the day that the task belongs to.
-    Instant date() const { return m_date; }
+    Instant date() const { return m_values.date; }
     /// @p date is any moment of the day.
     void setDate(Instant date);
 
     /// Seconds banked by finished runs.
-    qint64 accumulatedSeconds() const { return m_accumulatedSeconds; }
+    qint64 accumulatedSeconds() const { return m_values.accumulatedSeconds; }
     void setAccumulatedSeconds(qint64 seconds);
 
     /// Start of the current run; absent while the task does not run.
-    std::optional<Instant> lastStartTime() const { return m_lastStartTime; }
-    bool isRunning() const { return m_lastStartTime.has_value(); }
+    std::optional<Instant> lastStartTime() const { return m_values.lastStartTime; }
+    bool isRunning() const { return m_values.lastStartTime.has_value(); }
 
     /// A copy of a project code's text; an empty text is a value too.
-    const std::optional<QString> &projectCode() const { return m_projectCode; }
+    const std::optional<QString> &projectCode() const { return m_values.projectCode; }
     void setProjectCode(const std::optional<QString> &projectCode);
 
     /// Begins a run now, unless one goes on.
@@ -81,6 +75,8 @@ public:
     /// is stored of its time and where, and how to set it to zero there. In English.
     std::string repairAdvice() const;
 
+    const Values &values() const override { return m_values; }
+
 Q_SIGNALS:
     void nameChanged();
     void dateChanged();
@@ -92,10 +88,8 @@ private:
     QVariant projectCodeVariant() const;
     void setProjectCodeVariant(const QVariant &projectCode);
 
+    Values &values() override { return m_values; }
+
     const Clock &m_clock;
-    QString m_name;
-    Instant m_date;
-    qint64 m_accumulatedSeconds = 0;
-    std::optional<Instant> m_lastStartTime;
-    std::optional<QString> m_projectCode;
+    Values m_values;
 };

@@ -2,8 +2,6 @@
 
 #include "model/record.h"
 
-class Clock;
-
 /// A task name kept for use again.
 class TaskTemplate : public Record
 {
@@ -15,12 +13,8 @@ class TaskTemplate : public Record
 public:
     static constexpr RecordType type = RecordType::TaskTemplate;
 
-    /// The stored properties, in the order of the schema.
-    struct Values {
-        QUuid id;
+    struct Values : Record::Values {
         QString name;
-        qint64 sortOrder = 0;
-        Instant createdAt = 0;
     };
 
     /// A new template, not yet stored.
@@ -29,8 +23,12 @@ public:
     explicit TaskTemplate(const Values &values);
 
     /// The name that a task made from the template gets.
-    const QString &name() const { return m_name; }
+    const QString &name() const { return m_values.name; }
+
+    const Values &values() const override { return m_values; }
 
 private:
-    QString m_name;
+    Values &values() override { return m_values; }
+
+    Values m_values;
 };
