@@ -4,6 +4,7 @@
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickItem>
+#include <QSignalSpy>
 #include <QTest>
 
 #include <utility>
@@ -128,6 +129,14 @@ QQuickItem *Window::item(const QString &objectName) const
 void Window::hover(const QPoint &point)
 {
     QTest::mouseMove(this, point);
+}
+
+void Window::drawFrame()
+{
+    QSignalSpy frames(this, &QQuickWindow::frameSwapped);
+    update();
+    if (!frames.wait(30'000))
+        QTest::qFail("the window draws no frame", __FILE__, __LINE__);
 }
 
 QImage Window::picture()

@@ -55,6 +55,9 @@ public:
     /// Moves the pointer to `point`, without a button.
     void hover(const QPoint &point);
 
+    /// Draws a frame, before which the window lets a resting pointer hover what has come under it.
+    void drawFrame();
+
     /// What the window shows, in physical pixels.
     QImage picture();
 
