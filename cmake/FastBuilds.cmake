@@ -1,7 +1,7 @@
 # What shortens a build: ccache where it is installed, else one precompiled header for all targets,
 # which takes about a third off. Not both: a precompiled header is never the same twice, so ccache
 # would know nothing again in the next clone. What is in it has to be included where it is used all
-# the same, as the linters, and builds with ccache, do without.
+# the same, as builds with ccache do without.
 
 find_program(TIMETRACKER_CCACHE ccache)
 mark_as_advanced(TIMETRACKER_CCACHE)
