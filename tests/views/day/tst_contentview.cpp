@@ -1270,6 +1270,23 @@ private Q_SLOTS:
         QVERIFY(!visualFocus.isValid() || visualFocus.toBool());
     }
 
+    void shouldLeaveTheKeyboardInTheFieldThatHasItWhenAnotherCloses()
+    {
+        Fixture f(1);
+        f.perform(u"click templates plusButton"_s);
+        f.perform(u"type Ny"_s);
+        f.perform(u"click row pencil"_s);
+        const QPointer<QQuickItem> name = f.named(u"row nameField"_s);
+        QTRY_VERIFY(name->hasActiveFocus());
+
+        f.perform(u"click templates cancelButton"_s);
+        QTRY_VERIFY(!f.maybe("cancelButton"));
+        QVERIFY(name);
+        QVERIFY(name->hasActiveFocus());
+        f.perform(u"type Navn"_s);
+        QCOMPARE(name->property("text").toString(), u"Navn"_s);
+    }
+
     void shouldGiveTheDayTheKeyboardWhenWhatHadItGoes_data()
     {
         QTest::addColumn<QString>("control");
