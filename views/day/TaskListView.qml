@@ -52,8 +52,11 @@ ListView {
     // field with it.
     currentIndex: -1
     highlightFollowsCurrentItem: false
-    // A row beyond either edge, for Tab to go on to; more would only delay the first frame.
-    cacheBuffer: 40
+    // A row beyond either edge, for Tab to go on to: made at once, while those of the cache are made
+    // in idle time. More would only delay the first frame.
+    displayMarginBeginning: 40
+    displayMarginEnd: 40
+    cacheBuffer: 0
     model: viewModel.rows
 
     onSelectedTaskIndexChanged: if (selectedTaskIndex >= 0)

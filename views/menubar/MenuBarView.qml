@@ -147,6 +147,9 @@ FocusScope {
                 boundsBehavior: Flickable.StopAtBounds
                 keyNavigationEnabled: false
                 currentIndex: -1
+                // A row beyond either edge, for Tab to go on to.
+                displayMarginBeginning: 40
+                displayMarginEnd: 40
                 model: viewModel.rows
 
                 Accessible.role: Accessible.List

@@ -119,6 +119,9 @@ Flickable {
         boundsBehavior: Flickable.StopAtBounds
         keyNavigationEnabled: false
         currentIndex: -1
+        // An entry beyond either edge, for Tab to go on to.
+        displayMarginBeginning: 40
+        displayMarginEnd: 40
         model: panel.viewModel.rows
         delegate: panel.entry
 
