@@ -188,9 +188,8 @@ private Q_SLOTS:
 
     void shouldHaveOneFirstOfMany()
     {
-        std::vector<std::unique_ptr<Probe>> probes;
-        for (int i = 0; i < 8; ++i)
-            probes.push_back(start());
+        std::vector<std::unique_ptr<Probe>> probes(8);
+        std::generate(probes.begin(), probes.end(), [this] { return start(); });
 
         const auto ended = [&] {
             return std::count_if(probes.begin(), probes.end(),

@@ -949,8 +949,8 @@ private Q_SLOTS:
         const auto focusAll = [&](auto &focusAll, QQuickItem *item) -> void {
             QAccessibleInterface *const found = QAccessible::queryAccessibleInterface(item);
             QAccessibleActionInterface *const actions = found ? found->actionInterface() : nullptr;
-            if (actions &&
-                actions->actionNames().contains(QAccessibleActionInterface::setFocusAction())) {
+            // Qt 6.8 does not offer it for what is disabled, but it can be asked all the same.
+            if (actions) {
                 ++requests;
                 actions->doAction(QAccessibleActionInterface::setFocusAction());
                 QVERIFY2(cancel->hasActiveFocus(), qPrintable(item->objectName()));
