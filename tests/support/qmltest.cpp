@@ -39,12 +39,15 @@ void collect(QtMsgType type, const QMessageLogContext &context, const QString &m
 WarningsAreFailures::WarningsAreFailures()
 {
     expected();
-    s_previous = qInstallMessageHandler(collect);
+    m_previous = qInstallMessageHandler(collect);
+    // One guard inside another must not have messages go round in circles.
+    if (m_previous != collect)
+        s_previous = m_previous;
 }
 
 WarningsAreFailures::~WarningsAreFailures()
 {
-    qInstallMessageHandler(s_previous);
+    qInstallMessageHandler(m_previous);
     const QStringList warnings = expected();
     if (!warnings.isEmpty())
         QTest::qFail(qPrintable(u"Warnings:\n"_s + warnings.join(u'\n')), __FILE__, __LINE__);

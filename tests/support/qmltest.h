@@ -21,6 +21,9 @@ public:
 
     /// The warnings since the last call, which then count no longer as failures.
     QStringList expected();
+
+private:
+    QtMessageHandler m_previous;
 };
 
 /// The item of that `objectName` at or below `root`, in the tree of what is seen, so that

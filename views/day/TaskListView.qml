@@ -52,8 +52,8 @@ ListView {
     // field with it.
     currentIndex: -1
     highlightFollowsCurrentItem: false
-    // A row beyond either edge, for Tab to go on to: made at once, while those of the cache are made
-    // in idle time. More would only delay the first frame.
+    // A row beyond either edge, for Tab to go on to; more would only delay the first frame. Not by the
+    // cache: its rows are made in idle time, which may come too late, or in the middle of the end.
     displayMarginBeginning: 40
     displayMarginEnd: 40
     cacheBuffer: 0

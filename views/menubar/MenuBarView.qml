@@ -150,6 +150,7 @@ FocusScope {
                 // A row beyond either edge, for Tab to go on to.
                 displayMarginBeginning: 40
                 displayMarginEnd: 40
+                cacheBuffer: 0
                 model: viewModel.rows
 
                 Accessible.role: Accessible.List

@@ -122,6 +122,7 @@ Flickable {
         // An entry beyond either edge, for Tab to go on to.
         displayMarginBeginning: 40
         displayMarginEnd: 40
+        cacheBuffer: 0
         model: panel.viewModel.rows
         delegate: panel.entry
 
