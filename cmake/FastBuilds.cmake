@@ -1,10 +1,30 @@
-# What shortens a build: ccache where it is installed, else one precompiled header for all targets,
-# which takes about a third off. Not both: a precompiled header is never the same twice, so ccache
-# would know nothing again in the next clone. What is in it has to be included where it is used all
-# the same, as builds with ccache do without.
+# What shortens a build, beside the presets' unity builds, which compile all files of a target as
+# one: ccache where it is installed, else one precompiled header for all targets. Not both: a
+# precompiled header is never the same twice, so ccache would know nothing again in the next clone.
+# What is in it has to be included where it is used all the same, as builds with ccache do without.
 
 find_program(TIMETRACKER_CCACHE ccache)
-mark_as_advanced(TIMETRACKER_CCACHE)
+# Links the many test programs in a tenth of the usual linker's time.
+find_program(TIMETRACKER_MOLD mold)
+mark_as_advanced(TIMETRACKER_CCACHE TIMETRACKER_MOLD)
+
+# timetracker_use_precompiled(<folder>): gives the header to the targets of a folder, and of those
+# below it, that have the project's options. Any other options would not go with it.
+function(timetracker_use_precompiled folder)
+  get_property(targets DIRECTORY ${folder} PROPERTY BUILDSYSTEM_TARGETS)
+  list(REMOVE_ITEM targets timetracker_precompiled)
+  foreach(target IN LISTS targets)
+    get_target_property(libraries ${target} LINK_LIBRARIES)
+    if("timetracker_options" IN_LIST libraries)
+      target_precompile_headers(${target} REUSE_FROM timetracker_precompiled)
+    endif()
+  endforeach()
+  get_property(folders DIRECTORY ${folder} PROPERTY SUBDIRECTORIES)
+  foreach(below IN LISTS folders)
+    timetracker_use_precompiled(${below})
+  endforeach()
+endfunction()
+
 if(TIMETRACKER_CCACHE)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${TIMETRACKER_CCACHE})
 else()
@@ -18,11 +38,5 @@ else()
     <algorithm> <chrono> <functional> <memory> <optional> <random>
     <QCoreApplication> <QDateTime> <QDir> <QFile> <QHash> <QObject> <QPointer> <QProcess> <QString>
     <QStringList> <QTemporaryDir> <QTimer> <QUuid> <QVariantMap>)
+  cmake_language(DEFER CALL timetracker_use_precompiled ${PROJECT_SOURCE_DIR})
 endif()
-
-# timetracker_precompile(<target>): gives the precompiled header, if there is one, to a target.
-function(timetracker_precompile target)
-  if(TARGET timetracker_precompiled)
-    target_precompile_headers(${target} REUSE_FROM timetracker_precompiled)
-  endif()
-endfunction()

@@ -15,7 +15,7 @@ run_packages=(
 # A virtual display with a window manager and a session bus, and pictures of it.
 display_packages=(xvfb openbox dbus-daemon xdotool imagemagick)
 test_packages=(
-  qml6-module-qttest tzdata valgrind
+  qml6-module-qttest tzdata valgrind mold
   python3 python3-gi gir1.2-atspi-2.0 at-spi2-core x11-utils
   # A Wayland compositor, keys for it, and pictures of it.
   sway wtype grim

@@ -1,5 +1,5 @@
 #include "app/appearance/appearance.h"
-#include "tests/app/menubar/bus.h"
+#include "tests/support/bus.h"
 #include "views/controls/theme.h"
 
 #include <QGuiApplication>

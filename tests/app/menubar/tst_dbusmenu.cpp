@@ -1,5 +1,5 @@
 #include "app/menubar/dbusmenu.h"
-#include "bus.h"
+#include "tests/support/bus.h"
 
 #include <QDBusArgument>
 #include <QSignalSpy>

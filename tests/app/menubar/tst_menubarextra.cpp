@@ -1,5 +1,5 @@
 #include "app/menubar/menubarextra.h"
-#include "bus.h"
+#include "tests/support/bus.h"
 #include "tests/support/qmltest.h"
 #include "tests/support/teststore.h"
 

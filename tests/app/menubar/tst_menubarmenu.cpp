@@ -1,6 +1,6 @@
 #include "app/menubar/menubarmenu.h"
 #include "app/menubar/statusnotifieritem.h"
-#include "bus.h"
+#include "tests/support/bus.h"
 #include "tests/support/teststore.h"
 
 #include <QDBusArgument>

@@ -1,5 +1,5 @@
 #include "app/menubar/statusnotifieritem.h"
-#include "bus.h"
+#include "tests/support/bus.h"
 
 #include <QDBusArgument>
 #include <QDir>

@@ -1,5 +1,5 @@
 #include "app/menubar/statusnotifierlink.h"
-#include "bus.h"
+#include "tests/support/bus.h"
 
 #include <QSignalSpy>
 
