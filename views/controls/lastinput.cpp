@@ -23,7 +23,8 @@ bool LastInput::eventFilter(QObject *watched, QEvent *event)
     if (watched->isWindowType()) {
         if (event->type() == QEvent::MouseMove)
             setIsPointer(true);
-        else if (event->type() == QEvent::KeyPress)
+        else if (event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride)
+            // Of a key that turns out to be a shortcut, there is no press.
             setIsPointer(false);
     }
     return false;

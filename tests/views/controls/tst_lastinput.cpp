@@ -1,6 +1,7 @@
 #include "tests/support/qmltest.h"
 #include "views/controls/lastinput.h"
 
+#include <QQuickItem>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -30,6 +31,27 @@ private Q_SLOTS:
         // then
         QVERIFY(!input.isPointer());
         QCOMPARE(changes.size(), 2);
+    }
+
+    void shouldTakeAShortcutForTheKeyboard()
+    {
+        // given
+        qmltest::Window window(QByteArray(R"(
+            import QtQuick
+            Item {
+                id: root
+                property int presses: 0
+                Shortcut { sequence: "End"; onActivated: root.presses++ }
+            })"));
+        LastInput input;
+        input.setIsPointer(true);
+
+        // when
+        QTest::keyClick(&window, Qt::Key_End);
+
+        // then
+        QCOMPARE(window.rootObject()->property("presses").toInt(), 1);
+        QVERIFY(!input.isPointer());
     }
 
     void shouldKeepWhatItWasTold()
