@@ -4,7 +4,7 @@ import subprocess
 
 import harness
 from dayprogram import DayProgram
-from harness import TITLE, wait_until
+from harness import wait_until
 
 from gi.repository import Gio, GLib
 
@@ -47,14 +47,10 @@ class Portal:
         self.bus.unregister_object(self.object)
 
 
-def window():
-    return subprocess.run(["xdotool", "search", "--onlyvisible", "--name", f"^{TITLE}$"],
-                          check=True, stdout=subprocess.PIPE, text=True).stdout.strip()
-
-
-def ground():
+def ground(program):
     """How light the empty day is, 0 to 255."""
-    pixel = subprocess.run(["import", "-silent", "-window", window(), "-crop", "1x1+40+300",
+    [window] = program.visible_windows()
+    pixel = subprocess.run(["import", "-silent", "-window", window, "-crop", "1x1+40+300",
                             "-depth", "8", "gray:-"], check=True, stdout=subprocess.PIPE).stdout
     return pixel[0]
 
@@ -71,19 +67,20 @@ class Appearance(harness.Story):
                 if scheme != portal.scheme:
                     portal.set(scheme)
                 wait_until(lambda: (program.root() is not None
-                                    and (ground() < 80) == (scheme == DARK)),
+                                    and (ground(program) < 80) == (scheme == DARK)),
                            f"the window has the appearance {scheme}")
 
     def shouldBeLightWithoutAPortal(self):
         with self.program(self) as program:
             program.see_window()
             program.see("button", "Ny opgave")
-            self.assertGreater(ground(), 200)
+            self.assertGreater(ground(program), 200)
 
     def shouldHaveItsIconOnTheWindow(self):
         with self.program(self) as program:
             program.see_window()
-            icon = subprocess.run(["xprop", "-notype", "-id", window(), "_NET_WM_ICON"],
+            [window] = program.visible_windows()
+            icon = subprocess.run(["xprop", "-notype", "-id", window, "_NET_WM_ICON"],
                                   check=True, stdout=subprocess.PIPE, text=True).stdout
             for side in (16, 32, 64):
                 self.assertIn(f"Icon ({side} x {side}):", icon)

@@ -220,6 +220,18 @@ class Program:
                 for node in root.get_children())
         wait_until(window, "the window is active")
 
+    def visible_windows(self, pattern=f"^{TITLE}$"):
+        """The X11 ids of its visible windows with such a title. An earlier program's window, which
+        may not be gone yet, is none of them.
+        """
+        while True:
+            run = subprocess.run(
+                ["xdotool", "search", "--all", "--onlyvisible", "--pid", str(self.process.pid),
+                 "--name", pattern], capture_output=True, text=True, check=False)
+            # A window that vanishes in the middle of its search makes xdotool fail.
+            if "X Error" not in run.stderr:
+                return run.stdout.split()
+
     # Acting
 
     def click(self, node):

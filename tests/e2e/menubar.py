@@ -41,11 +41,10 @@ class MenuBarProgram(DayProgram):
 
     def activate(self, pattern):
         """Gives the keyboard to the window whose title bar matches."""
-        # Windows that vanish in the middle of its search make xdotool fail.
-        command = ["xdotool", "search", "--onlyvisible", "--name", pattern, "windowactivate",
-                   "--sync"]
-        wait_until(lambda: subprocess.run(command, check=False).returncode == 0,
-                   f'the window "{pattern}" is active')
+        def is_activated():
+            command = ["xdotool", "windowactivate", "--sync", *self.visible_windows(pattern)]
+            return subprocess.run(command, check=False).returncode == 0
+        wait_until(is_activated, f'the window "{pattern}" is active')
 
     def close_main_window(self):
         self.activate(f"^{TITLE}$")
