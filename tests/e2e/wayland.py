@@ -62,15 +62,17 @@ class Wayland(harness.Story):
             self.use_the_panel_by_keys(program)
             self.raise_the_window(program)
             self.close_the_window_and_open_it_again(program)
-            clock = program.clock(SECOND)[0]
+            first, second = (program.clock(name)[0] for name in (FIRST, SECOND))
+            # It has run for a moment while the panel was used.
+            self.assertGreaterEqual(first, 5400)
             program.quit()
             program.ends_well()
 
         with self.running() as program:
             program.see_running(SECOND)
             program.see_stopped(FIRST)
-            self.assertEqual(program.clock(FIRST)[0], 5400)
-            self.assertGreaterEqual(program.clock(SECOND)[0], clock)
+            self.assertEqual(program.clock(FIRST)[0], first)
+            self.assertGreaterEqual(program.clock(SECOND)[0], second)
             self.quit_from_the_panel(program)
 
     def time_two_tasks(self, program):
