@@ -29,16 +29,18 @@ OTHERS = ("object:text-changed", "object:state-changed", "object:children-change
 
 
 class Listener:
-    """What assistive technology is told as long as the block runs."""
+    """What assistive technology is told by the program as long as the block runs."""
 
-    def __init__(self, *kinds):
+    def __init__(self, program, *kinds):
         self.heard = []
+        self._program = program
         self._kinds = kinds
         self._listener = Atspi.EventListener.new(self._hear)
 
     def __enter__(self):
         for kind in self._kinds:
             self._listener.register(kind)
+        tree.await_registration(self._program.root())
         return self
 
     def __exit__(self, *_):
@@ -216,7 +218,7 @@ class Heard(harness.Story):
         with desktop.status_notifier_panel(), self.running() as program:
             program.make_task(FIRST)
             wait_until(lambda: desktop.item_label() == "", "the item is there")
-            with Listener("window:activate", FOCUSED) as listener:
+            with Listener(program, "window:activate", FOCUSED) as listener:
                 desktop.activate_item()
                 listener.wait_for("window:activate", "window", PANEL, 0)
                 press("Down")
@@ -228,7 +230,7 @@ class Heard(harness.Story):
         with self.running() as program:
             program.make_task(FIRST)
             program.make_task(SECOND)
-            with Listener(FOCUSED) as listener:
+            with Listener(program, FOCUSED) as listener:
                 press("Down")
                 listener.wait_for(FOCUSED, "list item", FIRST)
                 press("Down")
@@ -250,7 +252,7 @@ class Heard(harness.Story):
     def shouldAnnounceItsAlert(self):
         with self.running() as program:
             program.make_task(FIRST)
-            with Listener(SHOWING, FOCUSED) as listener:
+            with Listener(program, SHOWING, FOCUSED) as listener:
                 program.press_button(f"Slet {FIRST}")
                 wait_until(lambda: (SHOWING, "alert", "Slet opgave", 1) in listener.listen(),
                            "the alert is told")
@@ -266,7 +268,7 @@ class Heard(harness.Story):
     def shouldOpenTheCodeMenuAtTheChoice(self):
         with self.running() as program:
             program.make_task(FIRST)
-            with Listener(FOCUSED) as listener:
+            with Listener(program, FOCUSED) as listener:
                 program.press_button("Projektkode: Ingen")
                 listener.wait_for(FOCUSED, "menu item", "Ingen")
 
@@ -282,7 +284,7 @@ class Heard(harness.Story):
             def window_clock():
                 return seconds(program.all("text", within=clock)[0].get_name())
 
-            with Listener(NAME, *OTHERS) as listener:
+            with Listener(program, NAME, *OTHERS) as listener:
                 begin, held = window_clock(), program.clock(FIRST)[0]
                 wait_until(lambda: listener.listen() is not None and window_clock() >= begin + 5,
                            "five seconds pass")
@@ -366,7 +368,7 @@ class Heard(harness.Story):
                       "Ny skabelon", TEMPLATE, f"Slet skabelon {TEMPLATE}",
                       "Ny projektkode", f"Slet projektkode {CODE}"]
             press("Escape")
-            with Listener(FOCUSED) as listener:
+            with Listener(program, FOCUSED) as listener:
                 for step in [*order, order[0]]:
                     role, name = step if isinstance(step, tuple) else ("button", step)
                     press("Tab")

@@ -102,6 +102,17 @@ def applications():
     return Node("org.a11y.atspi.Registry", "/org/a11y/atspi/accessible/root").get_children()
 
 
+def await_registration(application):
+    """Returns when the application knows of all that is listened for. The registry tells it that
+    somebody listens, and it asks back for what; until it has the answer, it tells of nothing. What
+    the bus carries comes in order: each of the two steps is over when the same way was gone again.
+    """
+    for _ in range(2):
+        _bus().call_sync(f"{NAMES}Registry", "/org/a11y/atspi/registry", f"{NAMES}Registry",
+                         "GetRegisteredEvents", None, None, Gio.DBusCallFlags.NONE, -1)
+        application.get_children()
+
+
 def ask(question, nodes):
     """The answers of all the nodes, in their order."""
     return list(_askers.map(question, nodes))
