@@ -9,7 +9,7 @@ TimeTrackerApp::TimeTrackerApp(QQmlEngine &engine, const QDBusConnection &connec
                                SaveDelays delays)
     : m_sharedModelContainer(openStore(m_clock, delays))
     , m_timerManager(m_clock)
-    , m_mainWindow(engine, m_clock, m_timerManager, m_sharedModelContainer->mainContext())
+    , m_mainWindow(engine, m_timerManager, m_sharedModelContainer->mainContext())
     , m_menuBarExtra(connection, engine, m_timerManager, m_sharedModelContainer->mainContext())
 {
     ModelContext &context = m_sharedModelContainer->mainContext();

@@ -55,7 +55,7 @@ struct Program {
     ModelContext &context = container.mainContext();
     TimerManager timer;
     QQmlEngine engine;
-    MainWindow main{engine, clock, timer, context};
+    MainWindow main{engine, timer, context};
 };
 
 /// A day of that many tasks, of which the first runs.

@@ -3,7 +3,6 @@
 #include "model/calendar.h"
 
 #include <QObject>
-#include <QtQmlIntegration>
 
 #include <utility>
 
@@ -11,8 +10,6 @@
 class Clock : public QObject
 {
     Q_OBJECT
-    QML_ELEMENT
-    QML_UNCREATABLE("There is one clock, made at start-up")
 
 public:
     /// Reads the time in @p calendar.

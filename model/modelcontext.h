@@ -40,8 +40,6 @@ struct SaveDelays {
 class ModelContext : public QObject
 {
     Q_OBJECT
-    QML_ELEMENT
-    QML_UNCREATABLE("The store has one context")
 
 public:
     /// @p database and @p clock outlive the context.

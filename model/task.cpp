@@ -126,13 +126,3 @@ std::string Task::repairAdvice() const
                   QString::fromLatin1(id().toRfc4122().toHex()) + u"';"_s;
     return advice.toStdString();
 }
-
-QVariant Task::projectCodeVariant() const
-{
-    return m_values.projectCode ? QVariant(*m_values.projectCode) : QVariant();
-}
-
-void Task::setProjectCodeVariant(const QVariant &projectCode)
-{
-    setProjectCode(projectCode.isNull() ? std::nullopt : std::optional(projectCode.toString()));
-}

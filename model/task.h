@@ -2,8 +2,6 @@
 
 #include "model/record.h"
 
-#include <QVariant>
-
 #include <string>
 
 /// One named piece of work on one day, with the time recorded for it. It runs exactly while
@@ -11,15 +9,6 @@
 class Task : public Record
 {
     Q_OBJECT
-    QML_ELEMENT
-    QML_UNCREATABLE("Tasks are made by the program's views and owned by the store")
-    Q_PROPERTY(QString name READ name WRITE setName NOTIFY nameChanged)
-    Q_PROPERTY(bool isRunning READ isRunning NOTIFY lastStartTimeChanged)
-    // While the task runs it also grows with the clock, of which nothing tells.
-    Q_PROPERTY(QString formattedTime READ formattedTime NOTIFY changed)
-    // Invalid (QML's undefined) for none.
-    Q_PROPERTY(QVariant projectCode READ projectCodeVariant WRITE setProjectCodeVariant NOTIFY
-                   projectCodeChanged)
 
 public:
     static constexpr RecordType type = RecordType::Task;
@@ -85,8 +74,6 @@ Q_SIGNALS:
     void projectCodeChanged();
 
 private:
-    QVariant projectCodeVariant() const;
-    void setProjectCodeVariant(const QVariant &projectCode);
 
     Values &values() override { return m_values; }
 

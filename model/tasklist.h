@@ -42,9 +42,6 @@ private:
 class DayTasks : public QObject, public TaskList
 {
     Q_OBJECT
-    QML_ELEMENT
-    QML_UNCREATABLE("A day's tasks are asked for by the views")
-    Q_PROPERTY(bool isEmpty READ isEmpty NOTIFY changed)
 
 public:
     /// @p context outlives the list.

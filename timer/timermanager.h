@@ -5,7 +5,6 @@
 #include <QObject>
 #include <QTimer>
 #include <QUuid>
-#include <QtQmlIntegration>
 
 #include <chrono>
 #include <memory>
@@ -25,15 +24,6 @@ class TaskList;
 class TimerManager : public QObject
 {
     Q_OBJECT
-    QML_ELEMENT
-    QML_UNCREATABLE("There is one timer manager, made at start-up")
-    Q_PROPERTY(double selectedDate READ selectedDate NOTIFY selectedDateChanged)
-    // A double, for QML's numbers.
-    Q_PROPERTY(double tick READ tick NOTIFY tickChanged)
-    Q_PROPERTY(bool showBillableTime READ showBillableTime WRITE setShowBillableTime NOTIFY
-                   showBillableTimeChanged)
-    Q_PROPERTY(bool isEditing READ isEditing WRITE setIsEditing NOTIFY isEditingChanged)
-    Q_PROPERTY(bool isAnyTaskRunning READ isAnyTaskRunning NOTIFY activeTaskIDChanged)
 
 public:
     /// @p clock outlives the manager. @p beat is the time between two ticks.
@@ -53,10 +43,10 @@ public:
     void syncActiveTask(const TaskList &tasks);
 
     /// Selects the day that @p date lies in.
-    Q_INVOKABLE void navigateToDate(double date);
-    Q_INVOKABLE void goToPreviousDay();
-    Q_INVOKABLE void goToNextDay();
-    Q_INVOKABLE void goToToday();
+    void navigateToDate(Instant date);
+    void goToPreviousDay();
+    void goToNextDay();
+    void goToToday();
 
     const Clock &clock() const { return m_clock; }
     /// The day that the main window shows: a moment of it, normally its start.

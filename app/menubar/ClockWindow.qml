@@ -3,8 +3,6 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import TimeTracker.App.MenuBar
 import TimeTracker.App.Windows
-import TimeTracker.Model
-import TimeTracker.Timer
 import TimeTracker.Views.Controls
 import TimeTracker.Views.MenuBar
 
@@ -13,8 +11,7 @@ import TimeTracker.Views.MenuBar
 Window {
     id: window
 
-    required property TimerManager timerManager
-    required property ModelContext modelContext
+    required property MenuBarLabelViewModel viewModel
 
     signal activated
 
@@ -56,8 +53,7 @@ Window {
         id: label
 
         anchors.centerIn: parent
-        timerManager: window.timerManager
-        modelContext: window.modelContext
+        viewModel: window.viewModel
     }
 
     // The window has no frame of the desktop's.

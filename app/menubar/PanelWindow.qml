@@ -3,8 +3,6 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import TimeTracker.App.MenuBar
 import TimeTracker.App.Windows
-import TimeTracker.Model
-import TimeTracker.Timer
 import TimeTracker.Views.Controls
 import TimeTracker.Views.MenuBar
 
@@ -12,8 +10,7 @@ import TimeTracker.Views.MenuBar
 Window {
     id: window
 
-    required property TimerManager timerManager
-    required property ModelContext modelContext
+    required property MenuBarViewModel viewModel
 
     signal openMainWindow
     signal quit
@@ -29,8 +26,7 @@ Window {
         id: view
 
         anchors.fill: parent
-        timerManager: window.timerManager
-        modelContext: window.modelContext
+        viewModel: window.viewModel
         onOpenMainWindow: window.openMainWindow()
         onQuit: window.quit()
         onCloseRequested: window.close()

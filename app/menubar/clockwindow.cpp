@@ -7,11 +7,12 @@
 
 using namespace Qt::StringLiterals;
 
-ClockWindow::ClockWindow(QQmlEngine &engine, TimerManager &timerManager, ModelContext &modelContext)
+ClockWindow::ClockWindow(QQmlEngine &engine, const TimerManager &timerManager,
+                         ModelContext &modelContext)
+    : m_viewModel(timerManager, modelContext)
 {
     m_window = makeWindow(engine, QUrl(u"qrc:/qt/qml/TimeTracker/App/MenuBar/ClockWindow.qml"_s),
-                          {{u"timerManager"_s, QVariant::fromValue(&timerManager)},
-                           {u"modelContext"_s, QVariant::fromValue(&modelContext)}});
+                          {{u"viewModel"_s, QVariant::fromValue(&m_viewModel)}});
     connect(m_window.get(), SIGNAL(activated()), this, SIGNAL(activated()));
     m_window->installEventFilter(this);
     // It comes by itself, maybe while the user types into another window.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "timer/timermanager.h"
+#include "views/menubar/menubarlabelviewmodel.h"
 
 #include <QObject>
 #include <QQmlEngine>
@@ -15,7 +15,7 @@ class ClockWindow : public QObject
 
 public:
     /// Shows it in the screen's top right corner. All collaborators outlive it.
-    ClockWindow(QQmlEngine &engine, TimerManager &timerManager, ModelContext &modelContext);
+    ClockWindow(QQmlEngine &engine, const TimerManager &timerManager, ModelContext &modelContext);
     ~ClockWindow() override;
 
     /// Shows it again after the user has closed it.
@@ -32,5 +32,6 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    MenuBarLabelViewModel m_viewModel;
     std::unique_ptr<QQuickWindow> m_window;
 };

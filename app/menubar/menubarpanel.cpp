@@ -81,9 +81,9 @@ bool MenuBarPanel::closesInstead()
 
 void MenuBarPanel::open(const QRect &anchor, QWindow *item)
 {
+    m_viewModel = std::make_unique<MenuBarViewModel>(m_timerManager, m_modelContext);
     m_window = makeWindow(m_engine, QUrl(u"qrc:/qt/qml/TimeTracker/App/MenuBar/PanelWindow.qml"_s),
-                          {{u"timerManager"_s, QVariant::fromValue(&m_timerManager)},
-                           {u"modelContext"_s, QVariant::fromValue(&m_modelContext)}});
+                          {{u"viewModel"_s, QVariant::fromValue(m_viewModel.get())}});
 
     // No popup: on X11 it would get no keyboard and learn of no click elsewhere, on Wayland not
     // every compositor gives it the keyboard, and assistive technology does not find it.
@@ -127,6 +127,7 @@ void MenuBarPanel::onFocusWindowChanged(QWindow *focus)
 void MenuBarPanel::drop()
 {
     m_window->disconnect(this);
-    // Later: the window is still in the middle of it.
+    // This may be a part of the window's own closing. Its view-model lives as long as it.
+    m_viewModel.release()->setParent(m_window.get());
     m_window.release()->deleteLater();
 }

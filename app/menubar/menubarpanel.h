@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/menubar/panelplacement.h"
-#include "timer/timermanager.h"
+#include "views/menubar/menubarviewmodel.h"
 
 #include <QElapsedTimer>
 #include <QObject>
@@ -51,6 +51,7 @@ private:
     TimerManager &m_timerManager;
     ModelContext &m_modelContext;
     std::chrono::milliseconds m_sameClick;
+    std::unique_ptr<MenuBarViewModel> m_viewModel;
     std::unique_ptr<QQuickWindow> m_window;
     QRect m_anchor;
     bool m_hadFocus = false;

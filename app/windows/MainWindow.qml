@@ -2,8 +2,6 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import TimeTracker.App.Windows
-import TimeTracker.Model
-import TimeTracker.Timer
 import TimeTracker.Views.Controls
 import TimeTracker.Views.Day
 
@@ -11,9 +9,7 @@ import TimeTracker.Views.Day
 Window {
     id: window
 
-    required property Clock clock
-    required property TimerManager timerManager
-    required property ModelContext modelContext
+    required property ContentViewModel viewModel
 
     width: 650
     height: 450
@@ -26,8 +22,6 @@ Window {
         id: content
 
         anchors.fill: parent
-        clock: window.clock
-        timerManager: window.timerManager
-        modelContext: window.modelContext
+        viewModel: window.viewModel
     }
 }

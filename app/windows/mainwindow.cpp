@@ -2,17 +2,13 @@
 
 #include "app/windows/bringforward.h"
 #include "app/windows/makewindow.h"
-#include "model/clock.h"
-#include "model/modelcontext.h"
 
 #include <QEvent>
 
 using namespace Qt::StringLiterals;
 
-MainWindow::MainWindow(QQmlEngine &engine, const Clock &clock, TimerManager &timerManager,
-                       ModelContext &modelContext)
+MainWindow::MainWindow(QQmlEngine &engine, TimerManager &timerManager, ModelContext &modelContext)
     : m_engine(engine)
-    , m_clock(clock)
     , m_timerManager(timerManager)
     , m_modelContext(modelContext)
 {
@@ -28,10 +24,9 @@ QUrl MainWindow::source()
 void MainWindow::open(const QString &activationToken)
 {
     if (!m_window) {
+        m_viewModel = std::make_unique<ContentViewModel>(m_timerManager, m_modelContext);
         m_window = makeWindow(m_engine, source(),
-                              {{u"clock"_s, QVariant::fromValue(&m_clock)},
-                               {u"timerManager"_s, QVariant::fromValue(&m_timerManager)},
-                               {u"modelContext"_s, QVariant::fromValue(&m_modelContext)}});
+                              {{u"viewModel"_s, QVariant::fromValue(m_viewModel.get())}});
         m_window->installEventFilter(this);
         Q_EMIT isOpenChanged();
     }
@@ -41,8 +36,9 @@ void MainWindow::open(const QString &activationToken)
 bool MainWindow::eventFilter(QObject *, QEvent *event)
 {
     if (event->type() == QEvent::Close) {
-        // Later: the window is still in the middle of it.
         m_window->removeEventFilter(this);
+        // This is a part of the window's own closing. Its view-model lives as long as it.
+        m_viewModel.release()->setParent(m_window.get());
         m_window.release()->deleteLater();
         Q_EMIT isOpenChanged();
     }

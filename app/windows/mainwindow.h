@@ -1,6 +1,6 @@
 #pragma once
 
-#include "timer/timermanager.h"
+#include "views/day/contentviewmodel.h"
 
 #include <QObject>
 #include <QQuickWindow>
@@ -19,8 +19,7 @@ class MainWindow : public QObject
 
 public:
     /// All collaborators outlive it.
-    MainWindow(QQmlEngine &engine, const Clock &clock, TimerManager &timerManager,
-               ModelContext &modelContext);
+    MainWindow(QQmlEngine &engine, TimerManager &timerManager, ModelContext &modelContext);
     ~MainWindow() override;
 
     /// The window's QML file.
@@ -41,8 +40,8 @@ protected:
 
 private:
     QQmlEngine &m_engine;
-    const Clock &m_clock;
     TimerManager &m_timerManager;
     ModelContext &m_modelContext;
+    std::unique_ptr<ContentViewModel> m_viewModel;
     std::unique_ptr<QQuickWindow> m_window;
 };

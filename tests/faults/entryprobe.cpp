@@ -26,13 +26,8 @@ int main(int argc, char *argv[])
     container.mainContext().insert(std::move(made));
 
     TimerManager timer(clock, 1h);
-    RowEdits edits;
-    edits.setTimerManager(&timer);
-    TaskRowViewModel row;
-    row.setTimerManager(&timer);
-    row.setEdits(&edits);
-    row.setTask(task);
-    row.componentComplete();
+    ProjectCodeMenuModel codeMenu(container.mainContext());
+    TaskRowViewModel row(*task, timer, codeMenu);
     row.startNameEditing();
     row.setEditedName(u"Netop navngivet"_s);
     row.commitNameEdit();

@@ -274,26 +274,19 @@ private Q_SLOTS:
         Task *const task = store.insertTask({});
         {
             TimerManager timer(clock, 1h);
-            RowEdits edits;
-            edits.setTimerManager(&timer);
-            TaskRowViewModel row;
-            row.setTimerManager(&timer);
-            row.setEdits(&edits);
-            row.setTask(task);
-            row.componentComplete();
+            ProjectCodeMenuModel codeMenu(store.context());
+            TaskRowViewModel row(*task, timer, codeMenu);
             row.startNameEditing();
             row.setEditedName(entered);
             row.commitNameEdit();
             task->setProjectCode(entered);
 
-            TemplateListViewModel templates;
-            templates.setModelContext(&store.context());
+            TemplateListViewModel templates(store.context());
             templates.startAdding();
             templates.setNewTemplateName(entered);
             templates.addTemplate();
 
-            ProjectCodeListViewModel codes;
-            codes.setModelContext(&store.context());
+            ProjectCodeListViewModel codes(store.context());
             codes.startAdding();
             codes.setNewCode(entered);
             codes.setNewName(entered);

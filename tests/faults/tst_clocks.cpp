@@ -40,11 +40,7 @@ struct Run {
         , task(store.insertTask(u"Møde"_s))
         , all(store.context())
     {
-        edits.setTimerManager(&timer);
-        row.setTimerManager(&timer);
-        row.setEdits(&edits);
-        row.setTask(task);
-        row.componentComplete();
+        QObject::connect(&timer, &TimerManager::tickChanged, &row, &TaskRowViewModel::update);
         timer.startTask(task, all, store.context());
     }
 
@@ -62,8 +58,8 @@ struct Run {
     TimerManager timer;
     Task *task;
     AllTasks all;
-    RowEdits edits;
-    TaskRowViewModel row;
+    ProjectCodeMenuModel codeMenu{store.context()};
+    TaskRowViewModel row{*task, timer, codeMenu};
 };
 
 } // namespace

@@ -1,8 +1,6 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import TimeTracker.Model
-import TimeTracker.Timer
 import TimeTracker.Views.Controls
 import TimeTracker.Views.Day
 import TimeTracker.Views.Sidebar
@@ -11,9 +9,7 @@ import TimeTracker.Views.Sidebar
 FocusScope {
     id: content
 
-    required property Clock clock
-    required property TimerManager timerManager
-    required property ModelContext modelContext
+    required property ContentViewModel viewModel
 
     readonly property real minimumWidth: 550
     readonly property real minimumHeight: 350
@@ -22,19 +18,25 @@ FocusScope {
     // From a control back to the day.
     Keys.onEscapePressed: dayFocus.forceActiveFocus()
 
-    ContentViewModel {
-        id: viewModel
+    Connections {
+        target: content.viewModel
 
-        timerManager: content.timerManager
-        modelContext: content.modelContext
-        onTaskAdded: index => list.show(index)
-        onDayChanged: list.showBeginning()
-        onKeyboardWanted: dayFocus.forceActiveFocus()
+        function onTaskAdded(index: int) {
+            list.show(index);
+        }
+
+        function onDayChanged() {
+            list.showBeginning();
+        }
+
+        function onKeyboardWanted() {
+            dayFocus.forceActiveFocus();
+        }
     }
 
     ContentKeys {
         content: content
-        viewModel: viewModel
+        viewModel: content.viewModel
     }
 
     FocusFallback {
@@ -47,19 +49,19 @@ FocusScope {
         // To assistive technology that is the day, which the keys change, until a row is selected.
         // Another day is another pane: of Qt 6.4, screen readers do not understand a new name.
         Repeater {
-            model: [header.dateText]
+            model: [content.viewModel.header.dateText]
 
             Item {
                 id: dayPane
 
                 required property string modelData
-                readonly property bool hasKeys: dayFocus.activeFocus && viewModel.selectedTaskIndex < 0
+                readonly property bool hasKeys: dayFocus.activeFocus && content.viewModel.selectedTaskIndex < 0
 
                 objectName: "dayPane"
                 anchors.fill: parent
                 Accessible.role: Accessible.Pane
                 Accessible.name: modelData
-                Accessible.description: viewModel.tasks.isEmpty ? emptyDay.text : ""
+                Accessible.description: content.viewModel.isEmpty ? emptyDay.text : ""
                 Accessible.focused: hasKeys
 
                 SpokenFocus {
@@ -83,10 +85,7 @@ FocusScope {
 
             objectName: "header"
             width: parent.width
-            timerManager: content.timerManager
-            tasks: viewModel.tasks
-            onStopAll: viewModel.stopAll()
-            onStartFirst: viewModel.startFirst()
+            viewModel: content.viewModel.header
         }
 
         Divider {
@@ -104,14 +103,10 @@ FocusScope {
             anchors.bottom: footerDivider.top
             width: parent.width
             visible: !emptyDay.visible
-            tasks: viewModel.tasks
-            timerManager: content.timerManager
-            modelContext: content.modelContext
-            selectedTaskIndex: viewModel.selectedTaskIndex
+            viewModel: content.viewModel.list
+            selectedTaskIndex: content.viewModel.selectedTaskIndex
             hasKeys: dayFocus.activeFocus
-            isAnimated: viewModel.isAnimated
-            onDeleteRequested: task => viewModel.confirmDelete(task)
-            onSelectTask: index => viewModel.selectTask(index)
+            isAnimated: content.viewModel.isAnimated
         }
 
         EmptyDayView {
@@ -120,7 +115,7 @@ FocusScope {
             objectName: "emptyDay"
             anchors.fill: list
             // The last row fades out first.
-            visible: viewModel.tasks.isEmpty && !(viewModel.isAnimated && list.hasRows)
+            visible: content.viewModel.isEmpty && !(content.viewModel.isAnimated && list.hasRows)
         }
 
         Divider {
@@ -136,10 +131,7 @@ FocusScope {
             objectName: "footer"
             anchors.bottom: parent.bottom
             width: parent.width
-            tasks: viewModel.tasks
-            tick: content.timerManager.tick
-            showBillableTime: content.timerManager.showBillableTime
-            onAddTask: viewModel.addTask()
+            viewModel: content.viewModel.footer
         }
     }
 
@@ -162,9 +154,7 @@ FocusScope {
             objectName: "calendar"
             width: parent.width
             height: implicitHeight
-            clock: content.clock
-            selectedDate: content.timerManager.selectedDate
-            onDateSelected: date => content.timerManager.navigateToDate(date)
+            viewModel: content.viewModel.calendar
         }
 
         Divider {
@@ -182,8 +172,7 @@ FocusScope {
             anchors.top: templatesDivider.bottom
             width: parent.width
             height: Math.floor(sideColumn.panelHeight)
-            modelContext: content.modelContext
-            onAddTask: name => viewModel.addTaskFromTemplate(name)
+            viewModel: content.viewModel.templates
         }
 
         Divider {
@@ -199,7 +188,7 @@ FocusScope {
             anchors.top: codesDivider.bottom
             anchors.bottom: parent.bottom
             width: parent.width
-            modelContext: content.modelContext
+            viewModel: content.viewModel.projectCodes
         }
     }
 
@@ -213,12 +202,12 @@ FocusScope {
     OnDemand {
         id: alert
 
-        active: viewModel.showDeleteConfirmation
+        active: content.viewModel.showDeleteConfirmation
 
         DeleteAlert {
-            message: viewModel.deleteMessage
-            onCancelled: viewModel.cancelDelete()
-            onDeletionConfirmed: viewModel.performDelete()
+            message: content.viewModel.deleteMessage
+            onCancelled: content.viewModel.cancelDelete()
+            onDeletionConfirmed: content.viewModel.performDelete()
             // Assistive technology may give the focus to what is behind.
             onActiveFocusChanged: if (opened && alert.active && content.Window.active && !activeFocus)
                 forceActiveFocus()

@@ -1,7 +1,6 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import TimeTracker.Model
 import TimeTracker.Views.Controls
 import TimeTracker.Views.Day
 
@@ -9,26 +8,14 @@ import TimeTracker.Views.Day
 Rectangle {
     id: footer
 
-    required property DayTasks tasks
-    required property real tick
-    required property bool showBillableTime
+    required property FooterViewModel viewModel
 
     /// What the two totals may take: beside the button lies a spacer between two gaps of 8.
     readonly property real totalsRoom: width - 2 * 16 - addButton.width - 2 * 8 - totalLabel.width - 2 * totals.spacing
     readonly property real totalsScale: totalsRoom > 0 ? Math.min(1, totalsRoom / (totalTime.implicitWidth + totalHours.implicitWidth)) : 1
 
-    signal addTask
-
     implicitHeight: Math.max(addButton.height, totals.height) + 12 + 12
     color: Theme.controlBackground
-
-    FooterViewModel {
-        id: viewModel
-
-        tasks: footer.tasks
-        tick: footer.tick
-        showBillableTime: footer.showBillableTime
-    }
 
     PlainButton {
         id: addButton
@@ -38,7 +25,7 @@ Rectangle {
         anchors.leftMargin: 16
         anchors.verticalCenter: parent.verticalCenter
         label: "Ny opgave"
-        onClicked: footer.addTask()
+        onClicked: footer.viewModel.addTask()
 
         contentItem: Row {
             spacing: 6
@@ -84,7 +71,7 @@ Rectangle {
             objectName: "totalTime"
             anchors.verticalCenter: parent.verticalCenter
             width: implicitWidth * footer.totalsScale
-            text: viewModel.totalFormattedTime
+            text: footer.viewModel.totalFormattedTime
             font.pixelSize: 14
             font.weight: Font.DemiBold
         }
@@ -95,7 +82,7 @@ Rectangle {
             objectName: "totalHours"
             anchors.verticalCenter: parent.verticalCenter
             width: implicitWidth * footer.totalsScale
-            text: viewModel.totalHoursText
+            text: footer.viewModel.totalHoursText
             font.pixelSize: 14
             font.weight: Font.DemiBold
             color: Theme.brandAccent

@@ -2,8 +2,6 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import QtQuick.Templates as T
-import TimeTracker.Model
-import TimeTracker.Timer
 import TimeTracker.Views.Controls
 import TimeTracker.Views.Day
 
@@ -11,30 +9,25 @@ import TimeTracker.Views.Day
 Rectangle {
     id: header
 
-    required property TimerManager timerManager
-    required property DayTasks tasks
-
-    readonly property string dateText: viewModel.dateText
-
-    signal stopAll
-    signal startFirst
+    required property HeaderViewModel viewModel
 
     implicitHeight: Math.max(startButton.height, navigation.height) + 12 + 12 + 2
     color: Theme.controlBackground
 
-    HeaderViewModel {
-        id: viewModel
-
-        timerManager: header.timerManager
-        tasks: header.tasks
-        dateFont: Qt.font({
+    Binding {
+        target: header.viewModel
+        property: "dateFont"
+        value: Qt.font({
             family: Application.font.family,
             pixelSize: 16,
             weight: Font.Medium
         })
-        dateRoom: middle.width - previousDay.width - nextDay.width - 2 * navigation.spacing
-        onStopAll: header.stopAll()
-        onStartFirst: header.startFirst()
+    }
+
+    Binding {
+        target: header.viewModel
+        property: "dateRoom"
+        value: middle.width - previousDay.width - nextDay.width - 2 * navigation.spacing
     }
 
     component ChevronButton: SymbolButton {
@@ -93,20 +86,20 @@ Rectangle {
             anchors.verticalCenter: parent.verticalCenter
             width: 44
             height: 44
-            enabled: viewModel.isButtonEnabled
-            opacity: viewModel.isButtonEnabled ? 1 : 0.5
-            label: viewModel.helpText
-            symbol: header.timerManager.isAnyTaskRunning ? "pause.fill" : "play.fill"
+            enabled: header.viewModel.isButtonEnabled
+            opacity: header.viewModel.isButtonEnabled ? 1 : 0.5
+            label: header.viewModel.helpText
+            symbol: header.viewModel.isAnyTaskRunning ? "pause.fill" : "play.fill"
             symbolSize: 20
             symbolColor: "white"
-            circleColor: header.timerManager.isAnyTaskRunning ? Theme.brandBackground : Theme.brandAccent
-            onClicked: viewModel.startOrPause()
+            circleColor: header.viewModel.isAnyTaskRunning ? Theme.brandBackground : Theme.brandAccent
+            onClicked: header.viewModel.startOrPause()
         }
 
         // Around the button: a disabled one says why, too.
         HelpArea {
             anchors.fill: startButton
-            text: viewModel.helpText
+            text: header.viewModel.helpText
         }
 
         // The flexible spacers, the gaps beside them and the date between them.
@@ -131,7 +124,7 @@ Rectangle {
                     anchors.verticalCenter: parent.verticalCenter
                     label: "Forrige dag"
                     symbol: "chevron.left"
-                    onClicked: header.timerManager.goToPreviousDay()
+                    onClicked: header.viewModel.goToPreviousDay()
                 }
 
                 TextLabel {
@@ -139,12 +132,12 @@ Rectangle {
 
                     objectName: "dateText"
                     anchors.verticalCenter: parent.verticalCenter
-                    width: viewModel.dateWidth
-                    text: viewModel.shownDate
-                    Accessible.name: viewModel.dateText
+                    width: header.viewModel.dateWidth
+                    text: header.viewModel.shownDate
+                    Accessible.name: header.viewModel.dateText
                     wrapMode: Text.Wrap
                     horizontalAlignment: Text.AlignHCenter
-                    font.pixelSize: viewModel.datePixelSize
+                    font.pixelSize: header.viewModel.datePixelSize
                     font.weight: Font.Medium
                 }
 
@@ -155,7 +148,7 @@ Rectangle {
                     anchors.verticalCenter: parent.verticalCenter
                     label: "Næste dag"
                     symbol: "chevron.right"
-                    onClicked: header.timerManager.goToNextDay()
+                    onClicked: header.viewModel.goToNextDay()
                 }
             }
         }
@@ -179,14 +172,14 @@ Rectangle {
             // The selected half: round at the switch's end, square in its middle.
             Rectangle {
                 objectName: "selectedSegment"
-                x: header.timerManager.showBillableTime ? width : 0
+                x: header.viewModel.showBillableTime ? width : 0
                 width: parent.width / 2
                 height: parent.height
                 radius: 6
                 color: Theme.brandAccent
 
                 Rectangle {
-                    x: header.timerManager.showBillableTime ? 0 : width
+                    x: header.viewModel.showBillableTime ? 0 : width
                     width: parent.width / 2
                     height: parent.height
                     color: parent.color
@@ -198,16 +191,16 @@ Rectangle {
 
                 objectName: "actualSegment"
                 text: "Faktisk"
-                checked: !header.timerManager.showBillableTime
-                onClicked: header.timerManager.showBillableTime = false
+                checked: !header.viewModel.showBillableTime
+                onClicked: header.viewModel.showBillableTime = false
             }
 
             Segment {
                 objectName: "billableSegment"
                 anchors.right: parent.right
                 text: "Fakturerbar"
-                checked: header.timerManager.showBillableTime
-                onClicked: header.timerManager.showBillableTime = true
+                checked: header.viewModel.showBillableTime
+                onClicked: header.viewModel.showBillableTime = true
             }
         }
     }

@@ -2,8 +2,6 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import QtQuick.Templates as T
-import TimeTracker.Model
-import TimeTracker.Timer
 import TimeTracker.Views.Controls
 import TimeTracker.Views.Day
 import TimeTracker.Views.Row
@@ -12,9 +10,7 @@ import TimeTracker.Views.Row
 ListView {
     id: list
 
-    required property DayTasks tasks
-    required property TimerManager timerManager
-    required property ModelContext modelContext
+    required property TaskListViewModel viewModel
     /// The selected row, or -1.
     property int selectedTaskIndex: -1
     /// Whether the day's keys act upon the selected row.
@@ -23,9 +19,6 @@ ListView {
     required property bool isAnimated
     /// Whether a row is there, be it one that fades out.
     readonly property bool hasRows: contentItem.children.length > 0
-
-    signal deleteRequested(Task task)
-    signal selectTask(int index)
 
     function show(index: int) {
         positionViewAtIndex(index, ListView.Contain);
@@ -71,14 +64,6 @@ ListView {
     FocusReveal {
     }
 
-    TaskListViewModel {
-        id: viewModel
-
-        tasks: list.tasks
-        timerManager: list.timerManager
-        modelContext: list.modelContext
-    }
-
     add: Transition {
         enabled: list.isAnimated
 
@@ -122,12 +107,16 @@ ListView {
         id: entry
 
         required property int index
-        required property Task object
+        required property TaskRowViewModel object
 
         width: ListView.view.width
         height: row.implicitHeight
         onActiveFocusChanged: if (activeFocus)
             list.currentIndex = index
+
+        RowKeeper {
+            row: entry.object
+        }
 
         TaskRowView {
             id: row
@@ -136,19 +125,14 @@ ListView {
             x: 8
             width: parent.width - 16
             height: implicitHeight
-            // A deleted row fades out, and its task is gone.
-            enabled: entry.object !== null
-            task: entry.object
-            timerManager: list.timerManager
-            edits: viewModel.edits
-            modelContext: list.modelContext
-            isActive: entry.object?.isRunning ?? false
             // A row that fades out has the index -1, as no selection has.
+            enabled: entry.index >= 0
+            viewModel: entry.object
             isSelected: entry.index >= 0 && entry.index === list.selectedTaskIndex
             hasKeys: isSelected && list.hasKeys
-            onToggle: viewModel.toggle(entry.object)
-            onDeleteRequested: list.deleteRequested(entry.object)
-            onSelect: list.selectTask(entry.index)
+            onToggle: list.viewModel.toggle(entry.object)
+            onDeleteRequested: list.viewModel.deleteRequested(entry.object)
+            onSelect: list.viewModel.selectTask(entry.index)
         }
     }
 }

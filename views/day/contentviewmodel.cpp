@@ -6,9 +6,51 @@
 
 using namespace Qt::StringLiterals;
 
-ContentViewModel::ContentViewModel(QObject *parent)
-    : QObject(parent)
+namespace
 {
+
+/// The selected day in the calendar of now.
+DayInterval dayOf(const TimerManager &timerManager)
+{
+    return timerManager.clock().calendar().dayInterval(timerManager.selectedDate());
+}
+
+} // namespace
+
+ContentViewModel::ContentViewModel(TimerManager &timerManager, ModelContext &modelContext)
+    : m_timerManager(timerManager)
+    , m_modelContext(modelContext)
+    , m_allTasks(modelContext)
+    , m_tasks(modelContext, dayOf(timerManager))
+    , m_unsyncedDate(timerManager.selectedDate())
+    , m_header(timerManager, m_tasks)
+    , m_list(m_tasks, timerManager, modelContext)
+    , m_footer(timerManager, m_tasks)
+    , m_calendar(timerManager.clock(), timerManager.selectedDate())
+    , m_templates(modelContext)
+    , m_projectCodes(modelContext)
+{
+    connect(&timerManager, &TimerManager::selectedDateChanged, this,
+            &ContentViewModel::onSelectedDateChanged);
+    connect(&timerManager.clock(), &Clock::calendarChanged, this, &ContentViewModel::updateDay);
+    connect(&m_tasks, &DayTasks::changed, this, &ContentViewModel::tasksChanged);
+
+    connect(&m_header, &HeaderViewModel::stopAll, this, &ContentViewModel::stopAll);
+    connect(&m_header, &HeaderViewModel::startFirst, this, &ContentViewModel::startFirst);
+    connect(&m_list, &TaskListViewModel::deleteRequested, this,
+            [this](const TaskRowViewModel *row) { confirmDelete(row->task()); });
+    connect(&m_list, &TaskListViewModel::selectTask, this, &ContentViewModel::selectTask);
+    connect(&m_footer, &FooterViewModel::addTask, this, &ContentViewModel::addTask);
+    connect(&m_calendar, &CalendarViewModel::dateSelected, &timerManager,
+            &TimerManager::navigateToDate);
+    connect(&m_templates, &TemplateListViewModel::addTask, this,
+            &ContentViewModel::addTaskFromTemplate);
+
+    connect(&m_tasks, &DayTasks::changed, this, &ContentViewModel::syncActiveTask);
+    // Whoever starts or stops a task before that has decided which one is active.
+    connect(&timerManager, &TimerManager::activeTaskIDChanged, this,
+            [this] { m_unsyncedDate.reset(); });
+    syncActiveTask();
 }
 
 void ContentViewModel::addTask()
@@ -18,16 +60,13 @@ void ContentViewModel::addTask()
 
 void ContentViewModel::addTaskFromTemplate(const QString &name)
 {
-    if (!m_tasks)
-        return;
     setIsAnimated(true);
     // The number of tasks and not the largest sortOrder: after a deletion two may be equal.
-    auto made =
-        std::make_unique<Task>(m_timerManager->clock(), name, m_timerManager->selectedDate(),
-                               std::nullopt, m_tasks->tasks().size());
+    auto made = std::make_unique<Task>(m_timerManager.clock(), name, m_timerManager.selectedDate(),
+                                       std::nullopt, m_tasks.tasks().size());
     Task *const task = made.get();
-    m_modelContext->insert(std::move(made));
-    Q_EMIT taskAdded(static_cast<int>(m_tasks->sortedTasks().indexOf(task)));
+    m_modelContext.insert(std::move(made));
+    Q_EMIT taskAdded(static_cast<int>(m_tasks.sortedTasks().indexOf(task)));
 }
 
 void ContentViewModel::confirmDelete(Task *task)
@@ -53,15 +92,13 @@ void ContentViewModel::performDelete()
 
 void ContentViewModel::stopAll()
 {
-    if (m_tasks)
-        m_timerManager->stopAllTasks(*m_allTasks, *m_modelContext);
+    m_timerManager.stopAllTasks(m_allTasks, m_modelContext);
 }
 
 void ContentViewModel::startFirst()
 {
-    if (m_tasks && !m_tasks->sortedTasks().isEmpty())
-        m_timerManager->startTask(m_tasks->sortedTasks().constFirst(), *m_allTasks,
-                                  *m_modelContext);
+    if (!m_tasks.sortedTasks().isEmpty())
+        m_timerManager.startTask(m_tasks.sortedTasks().constFirst(), m_allTasks, m_modelContext);
 }
 
 void ContentViewModel::selectTask(int index)
@@ -70,13 +107,13 @@ void ContentViewModel::selectTask(int index)
         return;
     setSelectedTaskIndex(index);
     // An open field keeps the keyboard: the day takes no keys meanwhile.
-    if (!m_timerManager->isEditing())
+    if (!m_timerManager.isEditing())
         Q_EMIT keyboardWanted();
 }
 
 bool ContentViewModel::handleKey(const DayKey &key)
 {
-    if (!m_tasks || m_timerManager->isEditing() || m_showDeleteConfirmation)
+    if (m_timerManager.isEditing() || m_showDeleteConfirmation)
         return false;
 
     switch (key.key) {
@@ -90,11 +127,11 @@ bool ContentViewModel::handleKey(const DayKey &key)
         selectNextTask();
         return true;
     case Qt::Key_Left:
-        m_timerManager->goToPreviousDay();
+        m_timerManager.goToPreviousDay();
         setSelectedTaskIndex(std::nullopt);
         return true;
     case Qt::Key_Right:
-        m_timerManager->goToNextDay();
+        m_timerManager.goToNextDay();
         setSelectedTaskIndex(std::nullopt);
         return true;
     default:
@@ -108,7 +145,7 @@ bool ContentViewModel::handleKey(const DayKey &key)
         return true;
     }
     if (key.isLowerCaseT) {
-        m_timerManager->goToToday();
+        m_timerManager.goToToday();
         setSelectedTaskIndex(std::nullopt);
         return true;
     }
@@ -117,12 +154,12 @@ bool ContentViewModel::handleKey(const DayKey &key)
 
 void ContentViewModel::handleSpaceKey()
 {
-    const QList<Task *> tasks = m_tasks->sortedTasks();
+    const QList<Task *> tasks = m_tasks.sortedTasks();
     if (tasks.isEmpty())
         return;
     if (m_selectedTaskIndex && *m_selectedTaskIndex < tasks.size()) {
-        m_timerManager->toggleTask(tasks[*m_selectedTaskIndex], *m_allTasks, *m_modelContext);
-    } else if (m_timerManager->isAnyTaskRunning()) {
+        m_timerManager.toggleTask(tasks[*m_selectedTaskIndex], m_allTasks, m_modelContext);
+    } else if (m_timerManager.isAnyTaskRunning()) {
         stopAll();
     } else {
         setSelectedTaskIndex(0);
@@ -132,7 +169,7 @@ void ContentViewModel::handleSpaceKey()
 
 void ContentViewModel::selectPreviousTask()
 {
-    const auto count = static_cast<int>(m_tasks->tasks().size());
+    const auto count = static_cast<int>(m_tasks.tasks().size());
     if (count > 0)
         setSelectedTaskIndex(m_selectedTaskIndex ? std::max(*m_selectedTaskIndex - 1, 0)
                                                  : count - 1);
@@ -140,26 +177,10 @@ void ContentViewModel::selectPreviousTask()
 
 void ContentViewModel::selectNextTask()
 {
-    const auto count = static_cast<int>(m_tasks->tasks().size());
+    const auto count = static_cast<int>(m_tasks.tasks().size());
     if (count > 0)
         setSelectedTaskIndex(m_selectedTaskIndex ? std::min(*m_selectedTaskIndex + 1, count - 1)
                                                  : 0);
-}
-
-void ContentViewModel::setTimerManager(TimerManager *timerManager)
-{
-    if (m_timerManager == timerManager)
-        return;
-    m_timerManager = timerManager;
-    Q_EMIT timerManagerChanged();
-}
-
-void ContentViewModel::setModelContext(ModelContext *modelContext)
-{
-    if (m_modelContext == modelContext)
-        return;
-    m_modelContext = modelContext;
-    Q_EMIT modelContextChanged();
 }
 
 QString ContentViewModel::deleteMessage() const
@@ -174,56 +195,36 @@ QString ContentViewModel::deleteMessage() const
     return u"Slet \""_s + name + u"\"?"_s;
 }
 
-void ContentViewModel::componentComplete()
-{
-    if (!m_timerManager || !m_modelContext)
-        return;
-    const Calendar &calendar = m_timerManager->clock().calendar();
-    m_allTasks = std::make_unique<AllTasks>(*m_modelContext);
-    m_tasks = std::make_unique<DayTasks>(*m_modelContext,
-                                         calendar.dayInterval(m_timerManager->selectedDate()));
-    connect(m_timerManager, &TimerManager::selectedDateChanged, this,
-            &ContentViewModel::onSelectedDateChanged);
-    connect(&m_timerManager->clock(), &Clock::calendarChanged, this, &ContentViewModel::updateDay);
-    Q_EMIT tasksChanged();
-    m_unsyncedDate = m_timerManager->selectedDate();
-    connect(m_tasks.get(), &DayTasks::changed, this, &ContentViewModel::syncActiveTask);
-    // Whoever starts or stops a task before that has decided which one is active.
-    connect(m_timerManager, &TimerManager::activeTaskIDChanged, this,
-            [this] { m_unsyncedDate.reset(); });
-    syncActiveTask();
-}
-
 void ContentViewModel::syncActiveTask()
 {
-    if (!m_unsyncedDate || !m_tasks->isKnown() ||
-        !m_timerManager->clock().calendar().isSameDay(*m_unsyncedDate,
-                                                      m_timerManager->selectedDate()))
+    if (!m_unsyncedDate || !m_tasks.isKnown() ||
+        !m_timerManager.clock().calendar().isSameDay(*m_unsyncedDate,
+                                                     m_timerManager.selectedDate()))
         return;
     m_unsyncedDate.reset();
-    m_timerManager->syncActiveTask(*m_tasks);
+    m_timerManager.syncActiveTask(m_tasks);
 }
 
 void ContentViewModel::deleteTask(Task *task)
 {
     setIsAnimated(true);
     if (task->isRunning())
-        m_timerManager->stopTask(task, *m_modelContext);
-    m_modelContext->remove(task);
+        m_timerManager.stopTask(task, m_modelContext);
+    m_modelContext.remove(task);
 }
 
 void ContentViewModel::onSelectedDateChanged()
 {
     setSelectedTaskIndex(std::nullopt);
     updateDay();
+    m_calendar.setSelectedDate(m_timerManager.selectedDate());
     Q_EMIT dayChanged();
 }
 
 void ContentViewModel::updateDay()
 {
     setIsAnimated(false);
-    const Calendar &calendar = m_timerManager->clock().calendar();
-    m_tasks->setDay(calendar.dayInterval(m_timerManager->selectedDate()));
+    m_tasks.setDay(dayOf(m_timerManager));
 }
 
 void ContentViewModel::setSelectedTaskIndex(std::optional<int> index)

@@ -2,13 +2,17 @@
 
 #include "model/tasklist.h"
 #include "timer/timermanager.h"
+#include "views/day/footerviewmodel.h"
+#include "views/day/headerviewmodel.h"
+#include "views/day/tasklistviewmodel.h"
+#include "views/sidebar/calendarviewmodel.h"
+#include "views/sidebar/projectcodelistviewmodel.h"
+#include "views/sidebar/templatelistviewmodel.h"
 
 #include <QObject>
 #include <QPointer>
-#include <QQmlParserStatus>
 #include <QtQmlIntegration>
 
-#include <memory>
 #include <optional>
 
 /// A key press as the day view sees it.
@@ -22,18 +26,21 @@ struct DayKey {
     bool isAutoRepeat = false;
 };
 
-/// The main window's day: its tasks, the row selected by key, and what keys and buttons do.
-class ContentViewModel : public QObject, public QQmlParserStatus
+/// The main window's content: the day's tasks, the row selected by key, what keys and buttons do,
+/// and the view-models of all its parts.
+class ContentViewModel : public QObject
 {
     Q_OBJECT
-    Q_INTERFACES(QQmlParserStatus)
     QML_ELEMENT
-    Q_PROPERTY(TimerManager *timerManager READ timerManager WRITE setTimerManager NOTIFY
-                   timerManagerChanged REQUIRED)
-    Q_PROPERTY(ModelContext *modelContext READ modelContext WRITE setModelContext NOTIFY
-                   modelContextChanged REQUIRED)
+    QML_UNCREATABLE("Belongs to the main window")
+    Q_PROPERTY(HeaderViewModel *header READ header CONSTANT)
+    Q_PROPERTY(TaskListViewModel *list READ list CONSTANT)
+    Q_PROPERTY(FooterViewModel *footer READ footer CONSTANT)
+    Q_PROPERTY(CalendarViewModel *calendar READ calendar CONSTANT)
+    Q_PROPERTY(TemplateListViewModel *templates READ templates CONSTANT)
+    Q_PROPERTY(ProjectCodeListViewModel *projectCodes READ projectCodes CONSTANT)
 
-    Q_PROPERTY(DayTasks *tasks READ tasks NOTIFY tasksChanged)
+    Q_PROPERTY(bool isEmpty READ isEmpty NOTIFY tasksChanged)
     Q_PROPERTY(int selectedTaskIndex READ selectedTaskRow NOTIFY selectedTaskIndexChanged)
     Q_PROPERTY(bool showDeleteConfirmation READ showDeleteConfirmation NOTIFY
                    showDeleteConfirmationChanged)
@@ -41,25 +48,27 @@ class ContentViewModel : public QObject, public QQmlParserStatus
     Q_PROPERTY(bool isAnimated READ isAnimated NOTIFY isAnimatedChanged)
 
 public:
-    explicit ContentViewModel(QObject *parent = nullptr);
+    /// Both outlive it. Takes up the running task of the selected day, once that day's tasks are
+    /// known.
+    ContentViewModel(TimerManager &timerManager, ModelContext &modelContext);
 
     /// Makes an empty task on the selected day.
-    Q_INVOKABLE void addTask();
+    void addTask();
     /// Makes a task called @p name on the selected day.
-    Q_INVOKABLE void addTaskFromTemplate(const QString &name);
+    void addTaskFromTemplate(const QString &name);
     /// Asks whether @p task shall be deleted; nothing while another question is open.
-    Q_INVOKABLE void confirmDelete(Task *task);
+    void confirmDelete(Task *task);
     /// The answer is no.
     Q_INVOKABLE void cancelDelete();
     /// The answer is yes.
     Q_INVOKABLE void performDelete();
     /// Stops every running task of every day.
-    Q_INVOKABLE void stopAll();
+    void stopAll();
     /// Starts the day's first task.
-    Q_INVOKABLE void startFirst();
+    void startFirst();
     /// Selects a row, and asks for the keyboard unless a row is being edited. Does nothing if
     /// @p index is negative, which that of a row on its way out is.
-    Q_INVOKABLE void selectTask(int index);
+    void selectTask(int index);
 
     /// Does what @p key stands for. False if it stands for nothing, while a row is edited, and
     /// while it is asked whether to delete a task.
@@ -68,12 +77,17 @@ public:
     void selectPreviousTask();
     void selectNextTask();
 
-    TimerManager *timerManager() const { return m_timerManager; }
-    void setTimerManager(TimerManager *timerManager);
-    ModelContext *modelContext() const { return m_modelContext; }
-    void setModelContext(ModelContext *modelContext);
-    /// The tasks of the selected day; null until the collaborators are there.
-    DayTasks *tasks() const { return m_tasks.get(); }
+    HeaderViewModel *header() { return &m_header; }
+    TaskListViewModel *list() { return &m_list; }
+    FooterViewModel *footer() { return &m_footer; }
+    CalendarViewModel *calendar() { return &m_calendar; }
+    TemplateListViewModel *templates() { return &m_templates; }
+    ProjectCodeListViewModel *projectCodes() { return &m_projectCodes; }
+
+    /// The tasks of the selected day.
+    const DayTasks &tasks() const { return m_tasks; }
+    /// Whether that day is known to have no tasks.
+    bool isEmpty() const { return m_tasks.isEmpty(); }
     /// Place of the selected row among the sorted tasks. A position, not a task: it is not mended
     /// when tasks come and go, and may lie past the end.
     const std::optional<int> &selectedTaskIndex() const { return m_selectedTaskIndex; }
@@ -83,12 +97,7 @@ public:
     /// Whether the last change of the list was one task's coming or going, not another day.
     bool isAnimated() const { return m_isAnimated; }
 
-    void classBegin() override {}
-    void componentComplete() override;
-
 Q_SIGNALS:
-    void timerManagerChanged();
-    void modelContextChanged();
     void tasksChanged();
     void selectedTaskIndexChanged();
     void showDeleteConfirmationChanged();
@@ -103,8 +112,6 @@ Q_SIGNALS:
 
 private:
     int selectedTaskRow() const { return m_selectedTaskIndex.value_or(-1); }
-    /// Takes up the running task of the day that was selected when the view appeared, once that
-    /// day's tasks are known.
     void syncActiveTask();
     void deleteTask(Task *task);
     void onSelectedDateChanged();
@@ -114,13 +121,21 @@ private:
     void setShowDeleteConfirmation(bool show);
     void setIsAnimated(bool isAnimated);
 
-    QPointer<TimerManager> m_timerManager;
-    QPointer<ModelContext> m_modelContext;
-    std::unique_ptr<AllTasks> m_allTasks;
-    std::unique_ptr<DayTasks> m_tasks;
+    TimerManager &m_timerManager;
+    ModelContext &m_modelContext;
+    AllTasks m_allTasks;
+    DayTasks m_tasks;
+    /// The day that was selected at first, until its running task has been taken up.
     std::optional<Instant> m_unsyncedDate;
     std::optional<int> m_selectedTaskIndex;
     bool m_showDeleteConfirmation = false;
     QPointer<Task> m_taskToDelete;
     bool m_isAnimated = false;
+
+    HeaderViewModel m_header;
+    TaskListViewModel m_list;
+    FooterViewModel m_footer;
+    CalendarViewModel m_calendar;
+    TemplateListViewModel m_templates;
+    ProjectCodeListViewModel m_projectCodes;
 };

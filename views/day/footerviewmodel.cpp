@@ -22,40 +22,13 @@ std::string adviceOn(const QList<Task *> &tasks)
 }
 } // namespace
 
-FooterViewModel::FooterViewModel(QObject *parent)
-    : QObject(parent)
+FooterViewModel::FooterViewModel(const TimerManager &timerManager, const DayTasks &tasks)
+    : m_timerManager(timerManager)
+    , m_tasks(tasks)
 {
-    update();
-}
-
-void FooterViewModel::setTasks(DayTasks *tasks)
-{
-    if (m_tasks == tasks)
-        return;
-    if (m_tasks)
-        m_tasks->disconnect(this);
-    m_tasks = tasks;
-    if (tasks)
-        connect(tasks, &DayTasks::changed, this, &FooterViewModel::update);
-    Q_EMIT tasksChanged();
-    update();
-}
-
-void FooterViewModel::setTick(qint64 tick)
-{
-    if (m_tick == tick)
-        return;
-    m_tick = tick;
-    Q_EMIT tickChanged();
-    update();
-}
-
-void FooterViewModel::setShowBillableTime(bool showBillableTime)
-{
-    if (m_showBillableTime == showBillableTime)
-        return;
-    m_showBillableTime = showBillableTime;
-    Q_EMIT showBillableTimeChanged();
+    connect(&tasks, &DayTasks::changed, this, &FooterViewModel::update);
+    connect(&timerManager, &TimerManager::tickChanged, this, &FooterViewModel::update);
+    connect(&timerManager, &TimerManager::showBillableTimeChanged, this, &FooterViewModel::update);
     update();
 }
 
@@ -63,12 +36,13 @@ void FooterViewModel::update()
 {
     qint64 seconds = 0;
     double hours = 0.0;
-    const QList<Task *> tasks = m_tasks ? m_tasks->tasks() : QList<Task *>();
+    const bool isBillable = m_timerManager.showBillableTime();
+    const QList<Task *> &tasks = m_tasks.tasks();
     for (const Task *task : tasks) {
         const qint64 taskSeconds = task->currentTotalSeconds();
         seconds = checkedSum(seconds, taskSeconds, [&tasks] { return adviceOn(tasks); });
         // Rounded for each task, so that the sum is that of the rows.
-        hours += m_showBillableTime ? roundedDecimalHours(taskSeconds) : decimalHours(taskSeconds);
+        hours += isBillable ? roundedDecimalHours(taskSeconds) : decimalHours(taskSeconds);
     }
 
     const QString time = clockText(seconds);

@@ -6,9 +6,18 @@
 
 using namespace Qt::StringLiterals;
 
-HeaderViewModel::HeaderViewModel(QObject *parent)
-    : QObject(parent)
+HeaderViewModel::HeaderViewModel(TimerManager &timerManager, const DayTasks &tasks)
+    : m_timerManager(timerManager)
+    , m_tasks(tasks)
 {
+    connect(&timerManager.clock(), &Clock::calendarChanged, this, &HeaderViewModel::updateDate);
+    connect(&timerManager, &TimerManager::selectedDateChanged, this, &HeaderViewModel::updateDate);
+    connect(&timerManager, &TimerManager::activeTaskIDChanged, this,
+            &HeaderViewModel::buttonChanged);
+    connect(&timerManager, &TimerManager::showBillableTimeChanged, this,
+            &HeaderViewModel::showBillableTimeChanged);
+    connect(&tasks, &DayTasks::changed, this, &HeaderViewModel::buttonChanged);
+    updateDate();
 }
 
 void HeaderViewModel::startOrPause()
@@ -19,39 +28,14 @@ void HeaderViewModel::startOrPause()
         Q_EMIT startFirst();
 }
 
-void HeaderViewModel::setTimerManager(TimerManager *timerManager)
+void HeaderViewModel::goToPreviousDay()
 {
-    if (m_timerManager == timerManager)
-        return;
-    if (m_timerManager) {
-        m_timerManager->disconnect(this);
-        m_timerManager->clock().disconnect(this);
-    }
-    m_timerManager = timerManager;
-    if (timerManager) {
-        connect(&timerManager->clock(), &Clock::calendarChanged, this,
-                &HeaderViewModel::updateDate);
-        connect(timerManager, &TimerManager::selectedDateChanged, this,
-                &HeaderViewModel::updateDate);
-        connect(timerManager, &TimerManager::activeTaskIDChanged, this,
-                &HeaderViewModel::buttonChanged);
-    }
-    Q_EMIT timerManagerChanged();
-    Q_EMIT buttonChanged();
-    updateDate();
+    m_timerManager.goToPreviousDay();
 }
 
-void HeaderViewModel::setTasks(DayTasks *tasks)
+void HeaderViewModel::goToNextDay()
 {
-    if (m_tasks == tasks)
-        return;
-    if (m_tasks)
-        m_tasks->disconnect(this);
-    m_tasks = tasks;
-    if (tasks)
-        connect(tasks, &DayTasks::changed, this, &HeaderViewModel::buttonChanged);
-    Q_EMIT tasksChanged();
-    Q_EMIT buttonChanged();
+    m_timerManager.goToNextDay();
 }
 
 void HeaderViewModel::setDateFont(const QFont &font)
@@ -84,11 +68,19 @@ QString HeaderViewModel::helpText() const
     return hasTasks() ? u"Start første opgave"_s : u"Ingen opgaver"_s;
 }
 
+bool HeaderViewModel::showBillableTime() const
+{
+    return m_timerManager.showBillableTime();
+}
+
+void HeaderViewModel::setShowBillableTime(bool showBillableTime)
+{
+    m_timerManager.setShowBillableTime(showBillableTime);
+}
+
 void HeaderViewModel::updateDate()
 {
-    if (!m_timerManager)
-        return;
-    const QDate day = m_timerManager->clock().calendar().dayOf(m_timerManager->selectedDate());
+    const QDate day = m_timerManager.clock().calendar().dayOf(m_timerManager.selectedDate());
     const QString text =
         QLocale(QLocale::Danish, QLocale::Denmark).toString(day, u"dddd d. MMMM yyyy"_s);
     const DateFit fit = fitDate(text, m_dateFont, m_dateRoom);
@@ -101,10 +93,10 @@ void HeaderViewModel::updateDate()
 
 bool HeaderViewModel::hasTasks() const
 {
-    return m_tasks && !m_tasks->tasks().isEmpty();
+    return !m_tasks.tasks().isEmpty();
 }
 
 bool HeaderViewModel::isAnyTaskRunning() const
 {
-    return m_timerManager && m_timerManager->isAnyTaskRunning();
+    return m_timerManager.isAnyTaskRunning();
 }

@@ -5,7 +5,6 @@
 #include "views/day/datefit.h"
 
 #include <QObject>
-#include <QPointer>
 #include <QtQmlIntegration>
 
 /// What the header shows: the date, and what its start/pause button does.
@@ -13,31 +12,30 @@ class HeaderViewModel : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(TimerManager *timerManager READ timerManager WRITE setTimerManager NOTIFY
-                   timerManagerChanged REQUIRED)
-    Q_PROPERTY(DayTasks *tasks READ tasks WRITE setTasks NOTIFY tasksChanged REQUIRED)
-
-    Q_PROPERTY(QFont dateFont READ dateFont WRITE setDateFont NOTIFY dateFontChanged REQUIRED)
-    Q_PROPERTY(qreal dateRoom READ dateRoom WRITE setDateRoom NOTIFY dateRoomChanged REQUIRED)
+    QML_UNCREATABLE("Belongs to the day")
+    Q_PROPERTY(QFont dateFont READ dateFont WRITE setDateFont NOTIFY dateFontChanged)
+    Q_PROPERTY(qreal dateRoom READ dateRoom WRITE setDateRoom NOTIFY dateRoomChanged)
 
     Q_PROPERTY(QString dateText READ dateText NOTIFY dateChanged)
     Q_PROPERTY(QString shownDate READ shownDate NOTIFY dateChanged)
     Q_PROPERTY(qreal dateGap READ dateGap NOTIFY dateChanged)
     Q_PROPERTY(qreal dateWidth READ dateWidth NOTIFY dateChanged)
     Q_PROPERTY(int datePixelSize READ datePixelSize NOTIFY dateChanged)
+    Q_PROPERTY(bool isAnyTaskRunning READ isAnyTaskRunning NOTIFY buttonChanged)
     Q_PROPERTY(bool isButtonEnabled READ isButtonEnabled NOTIFY buttonChanged)
     Q_PROPERTY(QString helpText READ helpText NOTIFY buttonChanged)
+    Q_PROPERTY(bool showBillableTime READ showBillableTime WRITE setShowBillableTime NOTIFY
+                   showBillableTimeChanged)
 
 public:
-    explicit HeaderViewModel(QObject *parent = nullptr);
+    /// Both outlive it.
+    HeaderViewModel(TimerManager &timerManager, const DayTasks &tasks);
 
     /// The start/pause button: pauses if a task runs now, else starts.
     Q_INVOKABLE void startOrPause();
+    Q_INVOKABLE void goToPreviousDay();
+    Q_INVOKABLE void goToNextDay();
 
-    TimerManager *timerManager() const { return m_timerManager; }
-    void setTimerManager(TimerManager *timerManager);
-    DayTasks *tasks() const { return m_tasks; }
-    void setTasks(DayTasks *tasks);
     /// The font that the date has where there is room.
     QFont dateFont() const { return m_dateFont; }
     void setDateFont(const QFont &font);
@@ -51,27 +49,28 @@ public:
     qreal dateGap() const { return m_dateFit.gap; }
     qreal dateWidth() const { return m_dateFit.textWidth; }
     int datePixelSize() const { return m_dateFit.pixelSize; }
+    bool isAnyTaskRunning() const;
     bool isButtonEnabled() const;
     /// What the start/pause button would do.
     QString helpText() const;
+    bool showBillableTime() const;
+    void setShowBillableTime(bool showBillableTime);
 
 Q_SIGNALS:
-    void timerManagerChanged();
-    void tasksChanged();
     void dateFontChanged();
     void dateRoomChanged();
     void dateChanged();
     void buttonChanged();
+    void showBillableTimeChanged();
     void stopAll();
     void startFirst();
 
 private:
     void updateDate();
     bool hasTasks() const;
-    bool isAnyTaskRunning() const;
 
-    QPointer<TimerManager> m_timerManager;
-    QPointer<DayTasks> m_tasks;
+    TimerManager &m_timerManager;
+    const DayTasks &m_tasks;
     QFont m_dateFont;
     qreal m_dateRoom = 0;
     QString m_dateText;

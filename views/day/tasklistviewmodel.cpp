@@ -1,49 +1,60 @@
 #include "views/day/tasklistviewmodel.h"
 
-TaskListViewModel::TaskListViewModel(QObject *parent)
-    : QObject(parent)
-{
-}
+#include <algorithm>
+#include <utility>
 
-void TaskListViewModel::toggle(Task *task)
+TaskListViewModel::TaskListViewModel(const DayTasks &tasks, TimerManager &timerManager,
+                                     ModelContext &modelContext)
+    : m_tasks(tasks)
+    , m_timerManager(timerManager)
+    , m_modelContext(modelContext)
+    , m_codeMenu(modelContext)
 {
-    if (task && m_tasks && m_timerManager && m_modelContext)
-        m_timerManager->toggleTask(task, *m_tasks, *m_modelContext);
-}
-
-void TaskListViewModel::setTasks(DayTasks *tasks)
-{
-    if (m_tasks == tasks)
-        return;
-    if (m_tasks)
-        m_tasks->disconnect(this);
-    m_tasks = tasks;
-    if (tasks)
-        connect(tasks, &DayTasks::changed, this, &TaskListViewModel::update);
-    Q_EMIT tasksChanged();
+    connect(&tasks, &DayTasks::changed, this, &TaskListViewModel::update);
+    connect(&timerManager, &TimerManager::tickChanged, this, &TaskListViewModel::updateRunning);
+    connect(&timerManager, &TimerManager::showBillableTimeChanged, this,
+            &TaskListViewModel::updateAll);
     update();
 }
 
-void TaskListViewModel::setTimerManager(TimerManager *timerManager)
+TaskListViewModel::~TaskListViewModel()
 {
-    if (m_timerManager == timerManager)
-        return;
-    m_timerManager = timerManager;
-    m_edits.setTimerManager(timerManager);
-    Q_EMIT timerManagerChanged();
+    if (isEditing())
+        m_timerManager.setIsEditing(false);
 }
 
-void TaskListViewModel::setModelContext(ModelContext *modelContext)
+void TaskListViewModel::toggle(TaskRowViewModel *row)
 {
-    if (m_modelContext == modelContext)
-        return;
-    m_modelContext = modelContext;
-    Q_EMIT modelContextChanged();
+    if (row && row->task())
+        m_timerManager.toggleTask(row->task(), m_tasks, m_modelContext);
 }
 
 void TaskListViewModel::update()
 {
-    const QList<Task *> tasks = m_tasks ? m_tasks->sortedTasks() : QList<Task *>();
-    m_edits.keepOnly(tasks);
-    m_rows.setObjects({tasks.cbegin(), tasks.cend()});
+    const bool wasEditing = isEditing();
+    setRowsOf(m_tasks.sortedTasks(), m_rowOf, m_rows, [this](Task &task) {
+        return std::make_shared<TaskRowViewModel>(task, m_timerManager, m_codeMenu);
+    });
+    // Else the keyboard would stay dead: nobody is left to end the edit.
+    if (wasEditing && !isEditing())
+        m_timerManager.setIsEditing(false);
+}
+
+void TaskListViewModel::updateRunning()
+{
+    const QList<Task *> running = m_tasks.running();
+    for (Task *task : running)
+        m_rowOf.value(task)->update();
+}
+
+void TaskListViewModel::updateAll()
+{
+    for (const auto &row : std::as_const(m_rowOf))
+        row->update();
+}
+
+bool TaskListViewModel::isEditing() const
+{
+    return std::any_of(m_rowOf.cbegin(), m_rowOf.cend(),
+                       [](const auto &row) { return row->isEditing(); });
 }

@@ -3,55 +3,52 @@
 #include "model/tasklist.h"
 #include "timer/timermanager.h"
 #include "views/controls/objectlistmodel.h"
-#include "views/row/rowedits.h"
+#include "views/row/taskrowviewmodel.h"
 
+#include <QHash>
 #include <QObject>
-#include <QPointer>
 #include <QtQmlIntegration>
+
+#include <memory>
 
 /// The rows of the day's task list.
 class TaskListViewModel : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(DayTasks *tasks READ tasks WRITE setTasks NOTIFY tasksChanged REQUIRED)
-    Q_PROPERTY(TimerManager *timerManager READ timerManager WRITE setTimerManager NOTIFY
-                   timerManagerChanged REQUIRED)
-    Q_PROPERTY(ModelContext *modelContext READ modelContext WRITE setModelContext NOTIFY
-                   modelContextChanged REQUIRED)
-
+    QML_UNCREATABLE("Belongs to the day")
     Q_PROPERTY(ObjectListModel *rows READ rows CONSTANT)
-    Q_PROPERTY(RowEdits *edits READ edits CONSTANT)
 
 public:
-    explicit TaskListViewModel(QObject *parent = nullptr);
+    /// All of them outlive it.
+    TaskListViewModel(const DayTasks &tasks, TimerManager &timerManager,
+                      ModelContext &modelContext);
+    /// Ends all edits, as if their tasks had left the list.
+    ~TaskListViewModel() override;
 
-    /// Starts or stops @p task. The timer manager is given this day's tasks alone: a running task
-    /// of another day goes on.
-    Q_INVOKABLE void toggle(Task *task);
+    /// Starts or stops a row's task. The timer manager is given this day's tasks alone: a running
+    /// task of another day goes on.
+    Q_INVOKABLE void toggle(TaskRowViewModel *row);
 
-    DayTasks *tasks() const { return m_tasks; }
-    void setTasks(DayTasks *tasks);
-    TimerManager *timerManager() const { return m_timerManager; }
-    void setTimerManager(TimerManager *timerManager);
-    ModelContext *modelContext() const { return m_modelContext; }
-    void setModelContext(ModelContext *modelContext);
-    /// The day's tasks in the order in which they are shown.
+    /// The day's rows in the order in which they are shown.
     ObjectListModel *rows() { return &m_rows; }
-    /// What is being entered in the rows.
-    RowEdits *edits() { return &m_edits; }
 
 Q_SIGNALS:
-    void tasksChanged();
-    void timerManagerChanged();
-    void modelContextChanged();
+    /// The user wants to delete a row's task.
+    void deleteRequested(TaskRowViewModel *row);
+    /// The user has clicked the row at @p index; of one that is on its way out that is -1.
+    void selectTask(int index);
 
 private:
     void update();
+    void updateRunning();
+    void updateAll();
+    bool isEditing() const;
 
-    QPointer<DayTasks> m_tasks;
-    QPointer<TimerManager> m_timerManager;
-    QPointer<ModelContext> m_modelContext;
+    const DayTasks &m_tasks;
+    TimerManager &m_timerManager;
+    ModelContext &m_modelContext;
+    ProjectCodeMenuModel m_codeMenu;
+    QHash<Task *, std::shared_ptr<TaskRowViewModel>> m_rowOf;
     ObjectListModel m_rows;
-    RowEdits m_edits;
 };

@@ -1,8 +1,6 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import TimeTracker.Model
-import TimeTracker.Timer
 import TimeTracker.Views.Controls
 import TimeTracker.Views.MenuBar
 
@@ -11,17 +9,9 @@ import TimeTracker.Views.MenuBar
 Row {
     id: label
 
-    required property TimerManager timerManager
-    required property ModelContext modelContext
+    required property MenuBarLabelViewModel viewModel
 
     spacing: 4
-
-    MenuBarLabelViewModel {
-        id: viewModel
-
-        timerManager: label.timerManager
-        modelContext: label.modelContext
-    }
 
     SymbolImage {
         objectName: "labelSymbol"
@@ -34,6 +24,6 @@ Row {
         objectName: "labelText"
         anchors.verticalCenter: parent.verticalCenter
         visible: text !== ""
-        text: viewModel.displayText
+        text: label.viewModel.displayText
     }
 }

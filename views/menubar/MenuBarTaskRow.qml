@@ -1,7 +1,6 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import TimeTracker.Model
 import TimeTracker.Views.Controls
 import TimeTracker.Views.MenuBar
 
@@ -9,16 +8,7 @@ import TimeTracker.Views.MenuBar
 PlainButton {
     id: row
 
-    required property Task task
-    required property bool isActive
-    /// Not shown: with each new value the time is read again.
-    required property real tick
-
-    // A tick is never negative; it is read so that the time follows it.
-    readonly property string displayedTime: tick >= 0 ? task?.formattedTime ?? "" : ""
-    readonly property string shownName: task?.name || "Unavngivet"
-
-    signal toggle
+    required property MenuBarTaskRowViewModel viewModel
 
     component Content: Item {
         implicitHeight: Math.max(symbol.height, texts.height, time.height)
@@ -28,9 +18,9 @@ PlainButton {
 
             objectName: "rowSymbol"
             anchors.verticalCenter: parent.verticalCenter
-            name: row.isActive ? "pause.circle.fill" : "play.circle"
+            name: row.viewModel.isActive ? "pause.circle.fill" : "play.circle"
             fontSize: 14
-            color: row.isActive ? Theme.brandAccent : Theme.secondary
+            color: row.viewModel.isActive ? Theme.brandAccent : Theme.secondary
         }
 
         Column {
@@ -45,7 +35,7 @@ PlainButton {
 
             Rectangle {
                 objectName: "badge"
-                visible: row.task?.projectCode !== undefined
+                visible: row.viewModel.projectCode !== undefined
                 width: Math.min(code.implicitWidth + 8, parent.width)
                 height: code.height + 2
                 radius: 2
@@ -58,7 +48,7 @@ PlainButton {
                     x: 4
                     y: 1
                     width: parent.width - 8
-                    text: row.task?.projectCode ?? ""
+                    text: row.viewModel.projectCode ?? ""
                     font.pixelSize: 9
                     font.weight: Font.Medium
                     color: Theme.brandAccent
@@ -68,7 +58,7 @@ PlainButton {
             ElidingLabel {
                 objectName: "nameText"
                 width: parent.width
-                text: row.shownName
+                text: row.viewModel.shownName
                 font.pixelSize: 12
                 Accessible.ignored: true
             }
@@ -80,13 +70,13 @@ PlainButton {
             objectName: "timeText"
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
-            text: row.displayedTime
+            text: row.viewModel.displayedTime
             font.pixelSize: 11
             color: Theme.secondary
         }
     }
 
-    label: (isActive ? "Sæt på pause: " : "Start ") + shownName
+    label: (viewModel.isActive ? "Sæt på pause: " : "Start ") + viewModel.shownName
     leftPadding: 12
     rightPadding: 12
     topPadding: 6
@@ -96,7 +86,6 @@ PlainButton {
     rightInset: 2
     topInset: 0
     bottomInset: 0
-    onClicked: toggle()
 
     contentItem: Content {
     }
@@ -105,6 +94,6 @@ PlainButton {
         objectName: "rowBackground"
         anchors.fill: parent
         z: -1
-        color: row.isActive ? Qt.alpha(Theme.brandAccent, 0.1) : "transparent"
+        color: row.viewModel.isActive ? Qt.alpha(Theme.brandAccent, 0.1) : "transparent"
     }
 }

@@ -2,8 +2,6 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import QtQuick.Templates as T
-import TimeTracker.Model
-import TimeTracker.Timer
 import TimeTracker.Views.Controls
 import TimeTracker.Views.MenuBar
 
@@ -11,8 +9,7 @@ import TimeTracker.Views.MenuBar
 FocusScope {
     id: panel
 
-    required property TimerManager timerManager
-    required property ModelContext modelContext
+    required property MenuBarViewModel viewModel
 
     signal openMainWindow
     signal quit
@@ -69,13 +66,6 @@ FocusScope {
     Keys.onEnterPressed: event => pressFocused(event)
     Keys.onEscapePressed: closeRequested()
 
-    MenuBarViewModel {
-        id: viewModel
-
-        timerManager: panel.timerManager
-        modelContext: panel.modelContext
-    }
-
     Column {
         id: parts
 
@@ -106,7 +96,7 @@ FocusScope {
                 anchors.right: parent.right
                 anchors.rightMargin: 12
                 anchors.verticalCenter: parent.verticalCenter
-                text: viewModel.totalText
+                text: panel.viewModel.totalText
                 font.pixelSize: 12
                 font.weight: Font.Medium
             }
@@ -118,7 +108,7 @@ FocusScope {
 
         TextLabel {
             objectName: "emptyText"
-            visible: viewModel.isEmpty
+            visible: panel.viewModel.isEmpty
             padding: 12
             width: parent.width
             text: "Ingen opgaver i dag"
@@ -130,7 +120,7 @@ FocusScope {
             objectName: "panelTasks"
             width: parent.width
             height: Math.min(list.contentHeight + list.topMargin + list.bottomMargin, list.height)
-            visible: !viewModel.isEmpty
+            visible: !panel.viewModel.isEmpty
             clip: true
 
             // Always of full height, so that it makes at once as many rows as can be seen: from them
@@ -151,7 +141,7 @@ FocusScope {
                 displayMarginBeginning: 40
                 displayMarginEnd: 40
                 cacheBuffer: 0
-                model: viewModel.rows
+                model: panel.viewModel.rows
 
                 Accessible.role: Accessible.List
                 Accessible.name: "Opgaver i dag"
@@ -164,13 +154,17 @@ FocusScope {
                 }
 
                 delegate: MenuBarTaskRow {
-                    required property Task object
+                    id: entry
+
+                    required property MenuBarTaskRowViewModel object
 
                     width: ListView.view.width
-                    task: object
-                    isActive: object?.isRunning ?? false
-                    tick: panel.timerManager.tick
-                    onToggle: viewModel.toggleTask(object)
+                    viewModel: object
+                    onClicked: panel.viewModel.toggle(object)
+
+                    RowKeeper {
+                        row: entry.object
+                    }
                 }
             }
         }

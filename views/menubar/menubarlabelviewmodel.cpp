@@ -1,46 +1,17 @@
 #include "views/menubar/menubarlabelviewmodel.h"
 
-MenuBarLabelViewModel::MenuBarLabelViewModel(QObject *parent)
-    : QObject(parent)
+MenuBarLabelViewModel::MenuBarLabelViewModel(const TimerManager &timerManager,
+                                             ModelContext &modelContext)
+    : m_allTasks(modelContext)
 {
-}
-
-MenuBarLabelViewModel::MenuBarLabelViewModel(TimerManager &timerManager, ModelContext &modelContext)
-    : m_timerManager(&timerManager)
-    , m_modelContext(&modelContext)
-{
-    begin();
-}
-
-void MenuBarLabelViewModel::setTimerManager(TimerManager *timerManager)
-{
-    if (m_timerManager == timerManager)
-        return;
-    m_timerManager = timerManager;
-    Q_EMIT timerManagerChanged();
-}
-
-void MenuBarLabelViewModel::setModelContext(ModelContext *modelContext)
-{
-    if (m_modelContext == modelContext)
-        return;
-    m_modelContext = modelContext;
-    Q_EMIT modelContextChanged();
+    connect(&m_allTasks, &AllTasks::runningChanged, this, &MenuBarLabelViewModel::update);
+    connect(&timerManager, &TimerManager::tickChanged, this, &MenuBarLabelViewModel::update);
+    update();
 }
 
 Task *MenuBarLabelViewModel::runningTask() const
 {
-    return m_allTasks ? m_allTasks->running().value(0) : nullptr;
-}
-
-void MenuBarLabelViewModel::begin()
-{
-    if (!m_timerManager || !m_modelContext)
-        return;
-    m_allTasks = std::make_unique<AllTasks>(*m_modelContext);
-    connect(m_allTasks.get(), &AllTasks::runningChanged, this, &MenuBarLabelViewModel::update);
-    connect(m_timerManager, &TimerManager::tickChanged, this, &MenuBarLabelViewModel::update);
-    update();
+    return m_allTasks.running().value(0);
 }
 
 void MenuBarLabelViewModel::update()

@@ -2,78 +2,65 @@
 
 #include "model/clock.h"
 #include "model/durations.h"
-
 #include <numeric>
 
 using namespace Qt::StringLiterals;
 
-MenuBarViewModel::MenuBarViewModel(QObject *parent)
-    : QObject(parent)
+namespace
 {
+
+DayInterval today(const Clock &clock)
+{
+    return clock.calendar().dayInterval(clock.now());
 }
 
+} // namespace
+
 MenuBarViewModel::MenuBarViewModel(TimerManager &timerManager, ModelContext &modelContext)
-    : m_timerManager(&timerManager)
-    , m_modelContext(&modelContext)
+    : m_timerManager(timerManager)
+    , m_modelContext(modelContext)
+    , m_allTasks(modelContext)
+    , m_todaysTasks(modelContext, today(timerManager.clock()))
 {
-    begin();
+    connect(&m_todaysTasks, &DayTasks::changed, this, &MenuBarViewModel::updateTasks);
+    connect(&timerManager.clock(), &Clock::calendarChanged, this,
+            [this] { m_todaysTasks.setDay(today(m_timerManager.clock())); });
+    connect(&timerManager, &TimerManager::tickChanged, this, &MenuBarViewModel::updateTimes);
+    updateTasks();
 }
 
 void MenuBarViewModel::toggleTask(Task *task)
 {
-    if (task && m_allTasks)
-        m_timerManager->toggleTask(task, *m_allTasks, *m_modelContext);
+    if (task)
+        m_timerManager.toggleTask(task, m_allTasks, m_modelContext);
 }
 
-void MenuBarViewModel::setTimerManager(TimerManager *timerManager)
+void MenuBarViewModel::toggle(MenuBarTaskRowViewModel *row)
 {
-    if (m_timerManager == timerManager)
-        return;
-    m_timerManager = timerManager;
-    Q_EMIT timerManagerChanged();
-}
-
-void MenuBarViewModel::setModelContext(ModelContext *modelContext)
-{
-    if (m_modelContext == modelContext)
-        return;
-    m_modelContext = modelContext;
-    Q_EMIT modelContextChanged();
-}
-
-QList<Task *> MenuBarViewModel::todaysTasks() const
-{
-    return m_todaysTasks ? m_todaysTasks->sortedTasks() : QList<Task *>();
+    toggleTask(row->task());
 }
 
 double MenuBarViewModel::totalTodayHours() const
 {
-    const QList<Task *> tasks = todaysTasks();
+    const QList<Task *> &tasks = todaysTasks();
     return std::accumulate(tasks.cbegin(), tasks.cend(), 0.0, [](double hours, const Task *task) {
         return hours + task->decimalHours();
     });
 }
 
-void MenuBarViewModel::begin()
-{
-    if (!m_timerManager || !m_modelContext)
-        return;
-    const Clock &clock = m_timerManager->clock();
-    const auto today = [&clock] { return clock.calendar().dayInterval(clock.now()); };
-    m_allTasks = std::make_unique<AllTasks>(*m_modelContext);
-    m_todaysTasks = std::make_unique<DayTasks>(*m_modelContext, today());
-    connect(m_todaysTasks.get(), &DayTasks::changed, this, &MenuBarViewModel::updateTasks);
-    connect(&clock, &Clock::calendarChanged, this,
-            [this, today] { m_todaysTasks->setDay(today()); });
-    connect(m_timerManager, &TimerManager::tickChanged, this, &MenuBarViewModel::updateTotal);
-    updateTasks();
-}
-
 void MenuBarViewModel::updateTasks()
 {
-    const QList<Task *> tasks = todaysTasks();
-    m_rows.setObjects({tasks.cbegin(), tasks.cend()});
+    setRowsOf(todaysTasks(), m_rowOf, m_rows,
+              [](Task &task) { return std::make_shared<MenuBarTaskRowViewModel>(task); });
     Q_EMIT todaysTasksChanged();
+    updateTotal();
+}
+
+void MenuBarViewModel::updateTimes()
+{
+    const QList<Task *> running = m_todaysTasks.running();
+    for (Task *task : running)
+        m_rowOf.value(task)->updateTime();
     updateTotal();
 }
 

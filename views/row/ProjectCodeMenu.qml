@@ -13,11 +13,12 @@ T.Menu {
 
     /// The checked code's text, or undefined for none.
     required property var selectedCode
-    required property ModelContext modelContext
+    required property ProjectCodeMenuModel codeMenu
     /// Whether it opens on the checked entry, for those who do not point at one.
     property bool opensAtChoice: false
 
     readonly property real widestEntry: 320
+    readonly property real codesWidth: codes.count > 0 ? codeMenu.textWidth(none.font) : 0
     /// What an entry has beside its text: padding, a space, the checkmark.
     readonly property real entryMargins: 12 + 8 + 16 + 8
 
@@ -102,12 +103,12 @@ T.Menu {
     bottomPadding: 4
     implicitWidth: contentWidth + leftPadding + rightPadding
     implicitHeight: contentHeight + topPadding + bottomPadding
-    contentWidth: Math.min(Math.max(none.implicitWidth, model.textWidth + entryMargins), widestEntry)
+    contentWidth: Math.min(Math.max(none.implicitWidth, codesWidth + entryMargins), widestEntry)
 
     // The menu itself cannot be given one.
     onAboutToShow: contentItem.parent.Accessible.name = title
     onOpened: if (opensAtChoice)
-        currentIndex = model.entryOf(selectedCode)
+        currentIndex = codeMenu.entryOf(selectedCode)
 
     background: Rectangle {
         radius: 6
@@ -141,7 +142,7 @@ T.Menu {
 
     Shortcut {
         sequence: "End"
-        onActivated: menu.currentIndex = model.lastEntry()
+        onActivated: menu.currentIndex = menu.codeMenu.lastEntry()
     }
 
     Entry {
@@ -165,17 +166,10 @@ T.Menu {
         }
     }
 
-    ProjectCodeMenuModel {
-        id: model
-
-        modelContext: menu.modelContext
-        font: none.font
-    }
-
     Instantiator {
         id: codes
 
-        model: model.codes
+        model: menu.codeMenu.codes
         delegate: Entry {
             required property ProjectCode object
 

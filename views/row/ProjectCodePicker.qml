@@ -1,7 +1,6 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import TimeTracker.Model
 import TimeTracker.Views.Controls
 import TimeTracker.Views.Row
 
@@ -11,7 +10,7 @@ Item {
 
     /// The code's text, or undefined for none. An empty text is a code, too.
     required property var selectedCode
-    required property ModelContext modelContext
+    required property ProjectCodeMenuModel codeMenu
     /// A longer code elides, but for its first letters.
     property real maximumWidth: 160
     /// The least that it takes, whatever its maximum.
@@ -99,7 +98,7 @@ Item {
             opensAtChoice: menu.opensAtChoice
             y: picker.height + 4
             selectedCode: picker.selectedCode
-            modelContext: picker.modelContext
+            codeMenu: picker.codeMenu
             onCodeChosen: code => picker.codeChosen(code)
             onClosed: menu.active = false
             // Not visible from the start: Qt 6.8 wants its parent first.

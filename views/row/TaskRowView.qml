@@ -1,8 +1,6 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import TimeTracker.Model
-import TimeTracker.Timer
 import TimeTracker.Views.Controls
 import TimeTracker.Views.Row
 
@@ -10,11 +8,7 @@ import TimeTracker.Views.Row
 FocusScope {
     id: row
 
-    required property Task task
-    required property TimerManager timerManager
-    required property RowEdits edits
-    required property ModelContext modelContext
-    required property bool isActive
+    required property TaskRowViewModel viewModel
     required property bool isSelected
     /// Whether the day's keys act upon this row, without its having the keyboard focus.
     property bool hasKeys: false
@@ -24,7 +18,7 @@ FocusScope {
     /// What picker and name share, with the gaps between them and behind the name.
     readonly property real sharedWidth: time.x - picker.x
     /// What the name needs so that none of its words is broken.
-    readonly property real nameNeed: viewModel.widestWord + pencilGap + pencil.width
+    readonly property real nameNeed: NameFit.widestWord(row.viewModel.shownName, nameText.font) + pencilGap + pencil.width
     readonly property real pencilGap: 6
     /// What time and hours need; the name and a badge keep a little for themselves.
     readonly property real figuresWidth: time.fullWidth + hours.fullWidth
@@ -38,23 +32,24 @@ FocusScope {
     implicitHeight: Math.max(startButton.height, picker.height, name.height, time.height, deleteButton.height) + 16
 
     Accessible.role: Accessible.ListItem
-    Accessible.name: viewModel.shownName
+    Accessible.name: row.viewModel.shownName
     Accessible.selectable: true
     Accessible.selected: isSelected
     Accessible.focused: hasKeys
-    Accessible.description: isActive ? "Kører" : ""
+    Accessible.description: row.viewModel.isActive ? "Kører" : ""
     Accessible.onPressAction: if (enabled)
         select()
 
-    TaskRowViewModel {
-        id: viewModel
+    Connections {
+        target: row.viewModel
 
-        nameFont: nameText.font
-        task: row.task
-        timerManager: row.timerManager
-        edits: row.edits
-        onNameEditingStarted: (nameField.item as RowField).begin()
-        onTimeEditingStarted: (timeField.item as RowField).begin()
+        function onNameEditingStarted() {
+            (nameField.item as RowField).begin();
+        }
+
+        function onTimeEditingStarted() {
+            (timeField.item as RowField).begin();
+        }
     }
 
     SpokenFocus {
@@ -68,10 +63,10 @@ FocusScope {
     Rectangle {
         objectName: "rowBackground"
         anchors.fill: parent
-        visible: row.isActive || row.isSelected
+        visible: row.viewModel.isActive || row.isSelected
         radius: 6
         color: Theme.brandAccent
-        opacity: row.isActive ? 0.1 : row.isSelected ? 0.06 : 0
+        opacity: row.viewModel.isActive ? 0.1 : row.isSelected ? 0.06 : 0
     }
 
     Rectangle {
@@ -96,10 +91,10 @@ FocusScope {
         anchors.verticalCenter: parent.verticalCenter
         width: 28
         height: 28
-        label: (row.isActive ? "Sæt på pause: " : "Start ") + viewModel.shownName
-        symbol: row.isActive ? "pause.fill" : "play.fill"
+        label: (row.viewModel.isActive ? "Sæt på pause: " : "Start ") + row.viewModel.shownName
+        symbol: row.viewModel.isActive ? "pause.fill" : "play.fill"
         symbolSize: 14
-        symbolColor: row.isActive ? Theme.brandBackground : Theme.brandAccent
+        symbolColor: row.viewModel.isActive ? Theme.brandBackground : Theme.brandAccent
         circleColor: Qt.alpha(symbolColor, 0.15)
         onClicked: row.toggle()
     }
@@ -113,9 +108,9 @@ FocusScope {
         anchors.verticalCenter: parent.verticalCenter
         // Half of what it shares with the name; less where that would break a word of the name.
         maximumWidth: Math.min((row.sharedWidth - 3 * row.spacing) / 2, row.sharedWidth - 2 * row.spacing - row.nameNeed)
-        selectedCode: viewModel.projectCode
-        modelContext: row.modelContext
-        onCodeChosen: code => row.task.projectCode = code
+        selectedCode: row.viewModel.projectCode
+        codeMenu: row.viewModel.codeMenu
+        onCodeChosen: code => row.viewModel.projectCode = code
     }
 
     // The name takes the width that the others leave, whether shown or edited. Behind it lies a
@@ -134,7 +129,7 @@ FocusScope {
         MouseArea {
             objectName: "nameArea"
             anchors.fill: parent
-            enabled: !viewModel.isEditingName
+            enabled: !row.viewModel.isEditingName
             onClicked: row.select()
         }
 
@@ -145,12 +140,12 @@ FocusScope {
             anchors.verticalCenter: parent.verticalCenter
             // Not by the text's own width, which breaking a word changes.
             width: Math.max(0, name.width - pencil.width - row.pencilGap)
-            visible: !viewModel.isEditingName
-            text: viewModel.shownName
+            visible: !row.viewModel.isEditingName
+            text: row.viewModel.shownName
             wrapMode: Text.Wrap
             maximumLineCount: 5
             font.pixelSize: 14
-            color: viewModel.isNamed ? Theme.primary : Theme.secondary
+            color: row.viewModel.isNamed ? Theme.primary : Theme.secondary
         }
 
         SymbolButton {
@@ -160,7 +155,7 @@ FocusScope {
             anchors.left: nameText.left
             anchors.leftMargin: Math.ceil(nameText.contentWidth) + row.pencilGap
             anchors.verticalCenter: parent.verticalCenter
-            visible: !viewModel.isEditingName
+            visible: !row.viewModel.isEditingName
             label: "Rediger navn"
             symbol: "pencil.circle.fill"
             symbolSize: 14
@@ -168,7 +163,7 @@ FocusScope {
             isShown: row.isHovered
             // Not the button's own opacity: assistive technology does not see what is transparent.
             contentItem.opacity: isShown ? 1 : 0
-            onClicked: viewModel.startNameEditing()
+            onClicked: row.viewModel.startNameEditing()
         }
 
         OnDemand {
@@ -176,15 +171,15 @@ FocusScope {
 
             anchors.verticalCenter: parent.verticalCenter
             width: parent.width
-            active: viewModel.isEditingName
+            active: row.viewModel.isEditingName
 
             RowField {
                 objectName: "nameField"
                 width: nameField.width
                 placeholderText: "Opgavenavn"
-                text: viewModel.editedName
-                onTextChanged: viewModel.editedName = text
-                onAccepted: viewModel.commitNameEdit()
+                text: row.viewModel.editedName
+                onTextChanged: row.viewModel.editedName = text
+                onAccepted: row.viewModel.commitNameEdit()
                 Accessible.name: "Opgavenavn"
             }
         }
@@ -210,12 +205,12 @@ FocusScope {
 
             objectName: "timeText"
             width: parent.width
-            visible: !viewModel.isEditingTime
-            label: viewModel.displayedTime
-            Accessible.name: row.isActive && heldName || label
+            visible: !row.viewModel.isEditingTime
+            label: row.viewModel.displayedTime
+            Accessible.name: row.viewModel.isActive && heldName || label
             Accessible.description: help.text
             onActiveFocusChanged: heldName = activeFocus ? label : ""
-            onClicked: viewModel.startTimeEditing()
+            onClicked: row.viewModel.startTimeEditing()
 
             LazyHelpTip {
                 id: help
@@ -225,7 +220,7 @@ FocusScope {
             }
 
             contentItem: MonospacedLabel {
-                text: viewModel.displayedTime
+                text: row.viewModel.displayedTime
                 font.pixelSize: 14
                 color: Theme.secondary
                 horizontalAlignment: Text.AlignRight
@@ -237,7 +232,7 @@ FocusScope {
             id: timeField
 
             width: parent.width
-            active: viewModel.isEditingTime
+            active: row.viewModel.isEditingTime
 
             RowField {
                 objectName: "timeField"
@@ -245,9 +240,9 @@ FocusScope {
                 placeholderText: "00:00:00"
                 font.family: Theme.monospacedFamily
                 horizontalAlignment: TextInput.AlignRight
-                text: viewModel.editedTime
-                onTextChanged: viewModel.editedTime = text
-                onAccepted: viewModel.commitTimeEdit()
+                text: row.viewModel.editedTime
+                onTextChanged: row.viewModel.editedTime = text
+                onAccepted: row.viewModel.commitTimeEdit()
                 Accessible.name: "Tid"
             }
         }
@@ -263,7 +258,7 @@ FocusScope {
         anchors.rightMargin: row.spacing
         anchors.verticalCenter: parent.verticalCenter
         width: fullWidth * row.figuresScale
-        text: viewModel.displayedHours
+        text: row.viewModel.displayedHours
         font.pixelSize: 14
         color: Theme.secondary
         horizontalAlignment: Text.AlignRight
@@ -276,8 +271,8 @@ FocusScope {
         anchors.right: parent.right
         anchors.rightMargin: 12
         anchors.verticalCenter: parent.verticalCenter
-        opacity: row.isActive ? 0.5 : 1
-        label: "Slet " + viewModel.shownName
+        opacity: row.viewModel.isActive ? 0.5 : 1
+        label: "Slet " + row.viewModel.shownName
         symbol: "minus.circle.fill"
         symbolSize: 16
         symbolColor: Qt.alpha(Theme.red, 0.7)

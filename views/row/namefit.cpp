@@ -22,7 +22,7 @@ qreal widthOnALine(const QString &text, const QFont &font)
 
 } // namespace
 
-qreal widestWord(const QString &text, const QFont &font)
+qreal NameFit::widestWord(const QString &text, const QFont &font)
 {
     QTextBoundaryFinder breaks(QTextBoundaryFinder::Line, text);
     qreal widest = 0;

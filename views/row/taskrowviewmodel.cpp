@@ -2,8 +2,9 @@
 
 #include "model/durations.h"
 #include "views/controls/trimming.h"
-#include "views/row/namefit.h"
 #include "views/row/timeentry.h"
+
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -21,195 +22,127 @@ QString shownPart(const QString &name)
 
 } // namespace
 
-TaskRowViewModel::TaskRowViewModel(QObject *parent)
-    : QObject(parent)
+TaskRowViewModel::TaskRowViewModel(Task &task, TimerManager &timerManager,
+                                   ProjectCodeMenuModel &codeMenu)
+    : m_task(&task)
+    , m_timerManager(timerManager)
+    , m_codeMenu(codeMenu)
 {
+    connect(&task, &Record::changed, this, &TaskRowViewModel::update);
 }
 
 void TaskRowViewModel::startNameEditing()
 {
-    if (!m_task || !m_timerManager)
+    if (!m_task)
         return;
     setEditedName(m_task->name());
     setIsEditingName(true);
-    m_timerManager->setIsEditing(true);
+    m_timerManager.setIsEditing(true);
     Q_EMIT nameEditingStarted();
 }
 
 void TaskRowViewModel::commitNameEdit()
 {
     if (m_task)
-        m_task->setName(trimmedOfBlanksAndLineBreaks(m_edit.editedName));
+        m_task->setName(trimmedOfBlanksAndLineBreaks(m_editedName));
     setIsEditingName(false);
-    if (m_timerManager)
-        m_timerManager->setIsEditing(false);
+    m_timerManager.setIsEditing(false);
 }
 
 void TaskRowViewModel::startTimeEditing()
 {
-    if (!m_task || !m_timerManager)
+    if (!m_task)
         return;
     // By the task itself: the timer manager goes on regarding it as the active one.
     m_task->stop();
     setEditedTime(m_task->formattedTime());
     setIsEditingTime(true);
-    m_timerManager->setIsEditing(true);
+    m_timerManager.setIsEditing(true);
     Q_EMIT timeEditingStarted();
 }
 
 void TaskRowViewModel::commitTimeEdit()
 {
-    const qint64 seconds = secondsOfTimeEntry(m_edit.editedTime);
+    const qint64 seconds = secondsOfTimeEntry(m_editedTime);
     if (m_task && seconds >= 0)
         m_task->setAccumulatedSeconds(seconds);
     setIsEditingTime(false);
-    if (m_timerManager)
-        m_timerManager->setIsEditing(false);
+    m_timerManager.setIsEditing(false);
 }
 
-void TaskRowViewModel::setTask(Task *task)
+void TaskRowViewModel::update()
 {
-    if (m_task == task)
+    if (!m_texts || !m_task)
         return;
+    const Texts before = std::exchange(*m_texts, currentTexts());
+    if (m_texts->name != before.name || m_texts->isNamed != before.isNamed)
+        Q_EMIT nameChanged();
+    if (m_texts->projectCode != before.projectCode)
+        Q_EMIT projectCodeChanged();
+    if (m_texts->isActive != before.isActive)
+        Q_EMIT isActiveChanged();
+    if (m_texts->time != before.time)
+        Q_EMIT displayedTimeChanged();
+    if (m_texts->hours != before.hours)
+        Q_EMIT displayedHoursChanged();
+}
+
+void TaskRowViewModel::setProjectCode(const QVariant &code)
+{
     if (m_task)
-        m_task->disconnect(this);
-    m_task = task;
-    if (task) {
-        connect(task, &Task::nameChanged, this, &TaskRowViewModel::updateName);
-        connect(task, &Task::projectCodeChanged, this, &TaskRowViewModel::updateProjectCode);
-        connect(task, &Record::changed, this, &TaskRowViewModel::updateFigures);
-        updateName();
-        updateProjectCode();
-        updateFigures();
-    }
-    Q_EMIT taskChanged();
-}
-
-void TaskRowViewModel::setTimerManager(TimerManager *timerManager)
-{
-    if (m_timerManager == timerManager)
-        return;
-    if (m_timerManager)
-        m_timerManager->disconnect(this);
-    m_timerManager = timerManager;
-    if (timerManager) {
-        connect(timerManager, &TimerManager::tickChanged, this, &TaskRowViewModel::updateFigures);
-        connect(timerManager, &TimerManager::showBillableTimeChanged, this,
-                &TaskRowViewModel::updateFigures);
-        updateFigures();
-    }
-    Q_EMIT timerManagerChanged();
-}
-
-void TaskRowViewModel::setEdits(RowEdits *edits)
-{
-    if (m_edits == edits)
-        return;
-    m_edits = edits;
-    Q_EMIT editsChanged();
-}
-
-void TaskRowViewModel::setNameFont(const QFont &font)
-{
-    if (m_nameFont == font)
-        return;
-    m_nameFont = font;
-    Q_EMIT nameFontChanged();
-    updateWidestWord();
+        m_task->setProjectCode(code.isValid() ? std::optional(code.toString()) : std::nullopt);
 }
 
 void TaskRowViewModel::setEditedName(const QString &name)
 {
-    if (m_edit.editedName == name)
+    if (m_editedName == name)
         return;
-    m_edit.editedName = name;
-    keepEdit();
+    m_editedName = name;
     Q_EMIT editedNameChanged();
 }
 
 void TaskRowViewModel::setEditedTime(const QString &time)
 {
-    if (m_edit.editedTime == time)
+    if (m_editedTime == time)
         return;
-    m_edit.editedTime = time;
-    keepEdit();
+    m_editedTime = time;
     Q_EMIT editedTimeChanged();
 }
 
-void TaskRowViewModel::componentComplete()
+const TaskRowViewModel::Texts &TaskRowViewModel::texts() const
 {
-    if (!m_task || !m_edits)
-        return;
-    // What was being entered before the row scrolled out of sight.
-    m_edit = m_edits->edit(m_task->id());
-    Q_EMIT editedNameChanged();
-    Q_EMIT editedTimeChanged();
-    Q_EMIT isEditingNameChanged();
-    Q_EMIT isEditingTimeChanged();
+    if (!m_texts)
+        m_texts = m_task ? currentTexts() : Texts();
+    return *m_texts;
 }
 
-void TaskRowViewModel::updateName()
+TaskRowViewModel::Texts TaskRowViewModel::currentTexts() const
 {
-    m_isNamed = !m_task->name().isEmpty();
-    m_shownName = m_isNamed ? shownPart(m_task->name()) : u"Unavngivet opgave"_s;
-    Q_EMIT nameChanged();
-    updateWidestWord();
-}
-
-void TaskRowViewModel::updateWidestWord()
-{
-    const qreal width = m_nameFont ? ::widestWord(m_shownName, *m_nameFont) : 0;
-    if (width == m_widestWord)
-        return;
-    m_widestWord = width;
-    Q_EMIT widestWordChanged();
-}
-
-void TaskRowViewModel::updateProjectCode()
-{
-    m_projectCode = m_task->projectCode() ? QVariant(*m_task->projectCode()) : QVariant();
-    Q_EMIT projectCodeChanged();
-}
-
-void TaskRowViewModel::updateFigures()
-{
-    if (!m_task || !m_timerManager)
-        return;
-    // One reading of the clock for both figures, and only texts that differ are drawn again.
+    // One reading of the clock for both figures.
     const qint64 seconds = m_task->currentTotalSeconds();
-    const QString time = clockText(seconds);
-    const QString hours = hoursText(
-        m_timerManager->showBillableTime() ? roundedDecimalHours(seconds) : decimalHours(seconds));
-    if (time != m_displayedTime) {
-        m_displayedTime = time;
-        Q_EMIT displayedTimeChanged();
-    }
-    if (hours != m_displayedHours) {
-        m_displayedHours = hours;
-        Q_EMIT displayedHoursChanged();
-    }
-}
-
-void TaskRowViewModel::keepEdit()
-{
-    if (m_task && m_edits)
-        m_edits->setEdit(m_task->id(), m_edit);
+    const double hours =
+        m_timerManager.showBillableTime() ? roundedDecimalHours(seconds) : decimalHours(seconds);
+    const bool isNamed = !m_task->name().isEmpty();
+    return {isNamed ? shownPart(m_task->name()) : u"Unavngivet opgave"_s,
+            isNamed,
+            m_task->projectCode() ? QVariant(*m_task->projectCode()) : QVariant(),
+            m_task->isRunning(),
+            clockText(seconds),
+            hoursText(hours)};
 }
 
 void TaskRowViewModel::setIsEditingName(bool isEditing)
 {
-    if (m_edit.isEditingName == isEditing)
+    if (m_isEditingName == isEditing)
         return;
-    m_edit.isEditingName = isEditing;
-    keepEdit();
+    m_isEditingName = isEditing;
     Q_EMIT isEditingNameChanged();
 }
 
 void TaskRowViewModel::setIsEditingTime(bool isEditing)
 {
-    if (m_edit.isEditingTime == isEditing)
+    if (m_isEditingTime == isEditing)
         return;
-    m_edit.isEditingTime = isEditing;
-    keepEdit();
+    m_isEditingTime = isEditing;
     Q_EMIT isEditingTimeChanged();
 }

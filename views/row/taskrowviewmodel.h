@@ -2,34 +2,28 @@
 
 #include "model/task.h"
 #include "timer/timermanager.h"
-#include "views/row/rowedits.h"
+#include "views/controls/rowviewmodel.h"
+#include "views/row/projectcodemenumodel.h"
 
-#include <QFont>
-#include <QObject>
 #include <QPointer>
-#include <QQmlParserStatus>
+#include <QVariant>
 #include <QtQmlIntegration>
 
 #include <optional>
 
-/// One row's texts, and the editing of its name and time. Keeps its last texts when the task goes,
-/// so that a deleted row fades out as it was.
-class TaskRowViewModel : public QObject, public QQmlParserStatus
+/// One row's texts, and the editing of its name and time. It lives for as long as its task is
+/// listed, so that an edit stays open while the row is scrolled out of sight; then it keeps its
+/// last texts, and does nothing, until the row has faded out.
+class TaskRowViewModel : public RowViewModel
 {
     Q_OBJECT
-    Q_INTERFACES(QQmlParserStatus)
     QML_ELEMENT
-    Q_PROPERTY(Task *task READ task WRITE setTask NOTIFY taskChanged REQUIRED)
-    Q_PROPERTY(TimerManager *timerManager READ timerManager WRITE setTimerManager NOTIFY
-                   timerManagerChanged REQUIRED)
-    Q_PROPERTY(RowEdits *edits READ edits WRITE setEdits NOTIFY editsChanged REQUIRED)
-
-    Q_PROPERTY(QFont nameFont READ nameFont WRITE setNameFont NOTIFY nameFontChanged)
-
+    QML_UNCREATABLE("Belongs to the list of rows")
     Q_PROPERTY(QString shownName READ shownName NOTIFY nameChanged)
     Q_PROPERTY(bool isNamed READ isNamed NOTIFY nameChanged)
-    Q_PROPERTY(qreal widestWord READ widestWord NOTIFY widestWordChanged)
-    Q_PROPERTY(QVariant projectCode READ projectCode NOTIFY projectCodeChanged)
+    Q_PROPERTY(QVariant projectCode READ projectCode WRITE setProjectCode NOTIFY projectCodeChanged)
+    Q_PROPERTY(ProjectCodeMenuModel *codeMenu READ codeMenu CONSTANT)
+    Q_PROPERTY(bool isActive READ isActive NOTIFY isActiveChanged)
     Q_PROPERTY(QString displayedTime READ displayedTime NOTIFY displayedTimeChanged)
     Q_PROPERTY(QString displayedHours READ displayedHours NOTIFY displayedHoursChanged)
 
@@ -39,7 +33,9 @@ class TaskRowViewModel : public QObject, public QQmlParserStatus
     Q_PROPERTY(QString editedTime READ editedTime WRITE setEditedTime NOTIFY editedTimeChanged)
 
 public:
-    explicit TaskRowViewModel(QObject *parent = nullptr);
+    /// The timer manager outlives it, and so does @p codeMenu, the menu of all project codes. The
+    /// task may go first.
+    TaskRowViewModel(Task &task, TimerManager &timerManager, ProjectCodeMenuModel &codeMenu);
 
     /// Opens the name field with the task's name.
     Q_INVOKABLE void startNameEditing();
@@ -51,47 +47,37 @@ public:
     /// overflows.
     Q_INVOKABLE void commitTimeEdit();
 
+    /// Null once the task is gone.
     Task *task() const { return m_task; }
-    void setTask(Task *task);
-    TimerManager *timerManager() const { return m_timerManager; }
-    void setTimerManager(TimerManager *timerManager);
-    RowEdits *edits() const { return m_edits; }
-    void setEdits(RowEdits *edits);
-
-    /// What the name is drawn in; only measured here, and nothing is before it is given.
-    QFont nameFont() const { return m_nameFont.value_or(QFont()); }
-    void setNameFont(const QFont &font);
+    /// Reads the texts again, which the clock and the billable switch change as well as the task.
+    void update();
 
     /// The task's name, or what stands for an empty one.
-    QString shownName() const { return m_shownName; }
-    bool isNamed() const { return m_isNamed; }
-    /// Width that the shown name needs so that none of its words is broken, in pixels.
-    qreal widestWord() const { return m_widestWord; }
+    QString shownName() const { return texts().name; }
+    bool isNamed() const { return texts().isNamed; }
     /// The task's project code; invalid for none.
-    QVariant projectCode() const { return m_projectCode; }
+    QVariant projectCode() const { return texts().projectCode; }
+    void setProjectCode(const QVariant &code);
+    ProjectCodeMenuModel *codeMenu() const { return &m_codeMenu; }
+    /// Whether the task runs.
+    bool isActive() const { return texts().isActive; }
     /// The clock, "01:02:05". Never rounded.
-    QString displayedTime() const { return m_displayedTime; }
+    QString displayedTime() const { return texts().time; }
     /// Hours with two decimals: billable or plain ones, as the timer manager's switch says.
-    QString displayedHours() const { return m_displayedHours; }
+    QString displayedHours() const { return texts().hours; }
 
-    bool isEditingName() const { return m_edit.isEditingName; }
-    QString editedName() const { return m_edit.editedName; }
+    bool isEditing() const { return m_isEditingName || m_isEditingTime; }
+    bool isEditingName() const { return m_isEditingName; }
+    QString editedName() const { return m_editedName; }
     void setEditedName(const QString &name);
-    bool isEditingTime() const { return m_edit.isEditingTime; }
-    QString editedTime() const { return m_edit.editedTime; }
+    bool isEditingTime() const { return m_isEditingTime; }
+    QString editedTime() const { return m_editedTime; }
     void setEditedTime(const QString &time);
 
-    void classBegin() override {}
-    void componentComplete() override;
-
 Q_SIGNALS:
-    void taskChanged();
-    void timerManagerChanged();
-    void editsChanged();
-    void nameFontChanged();
     void nameChanged();
-    void widestWordChanged();
     void projectCodeChanged();
+    void isActiveChanged();
     void displayedTimeChanged();
     void displayedHoursChanged();
     void isEditingNameChanged();
@@ -103,23 +89,27 @@ Q_SIGNALS:
     void timeEditingStarted();
 
 private:
-    void updateName();
-    void updateWidestWord();
-    void updateProjectCode();
-    void updateFigures();
-    void keepEdit();
+    struct Texts {
+        QString name;
+        bool isNamed = false;
+        QVariant projectCode;
+        bool isActive = false;
+        QString time;
+        QString hours;
+    };
+
+    const Texts &texts() const;
+    Texts currentTexts() const;
     void setIsEditingName(bool isEditing);
     void setIsEditingTime(bool isEditing);
 
     QPointer<Task> m_task;
-    QPointer<TimerManager> m_timerManager;
-    QPointer<RowEdits> m_edits;
-    std::optional<QFont> m_nameFont;
-    QString m_shownName;
-    bool m_isNamed = false;
-    qreal m_widestWord = 0;
-    QVariant m_projectCode;
-    QString m_displayedTime;
-    QString m_displayedHours;
-    RowEdit m_edit;
+    TimerManager &m_timerManager;
+    ProjectCodeMenuModel &m_codeMenu;
+    /// What has been told. Empty until somebody asks: of a long day, few rows are ever seen.
+    mutable std::optional<Texts> m_texts;
+    bool m_isEditingName = false;
+    QString m_editedName;
+    bool m_isEditingTime = false;
+    QString m_editedTime;
 };

@@ -1,31 +1,20 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import TimeTracker.Model
 import TimeTracker.Views.Controls
 import TimeTracker.Views.Sidebar
 
-/// A month, Monday first. Picking a day is left to the owner: the mark follows `selectedDate`.
+/// A month, Monday first. Picking a day is left to the owner: the mark follows the selected date.
 Item {
     id: calendar
 
-    required property Clock clock
-    required property double selectedDate
+    required property CalendarViewModel viewModel
 
     readonly property real padding: 12
     readonly property real spacing: 8
 
-    signal dateSelected(date: double)
-
     implicitWidth: 180
     implicitHeight: grid.y + grid.height + padding
-
-    CalendarViewModel {
-        id: viewModel
-
-        clock: calendar.clock
-        selectedDate: calendar.selectedDate
-    }
 
     component ChevronButton: SymbolButton {
         symbolSize: 10
@@ -54,7 +43,7 @@ Item {
             anchors.verticalCenter: parent.verticalCenter
             label: "Forrige måned"
             symbol: "chevron.left"
-            onClicked: viewModel.previousMonth()
+            onClicked: calendar.viewModel.previousMonth()
         }
 
         TextLabel {
@@ -66,7 +55,7 @@ Item {
             anchors.right: nextMonth.left
             anchors.rightMargin: calendar.spacing
             anchors.verticalCenter: parent.verticalCenter
-            text: viewModel.title
+            text: calendar.viewModel.title
             fontSizeMode: Text.HorizontalFit
             minimumPixelSize: 8
             horizontalAlignment: Text.AlignHCenter
@@ -82,7 +71,7 @@ Item {
             anchors.verticalCenter: parent.verticalCenter
             label: "Næste måned"
             symbol: "chevron.right"
-            onClicked: viewModel.nextMonth()
+            onClicked: calendar.viewModel.nextMonth()
         }
     }
 
@@ -136,7 +125,7 @@ Item {
         height: Math.ceil(days.count / 7) * (rowHeight + rowSpacing) - rowSpacing
 
         Rectangle {
-            readonly property int index: viewModel.daysInMonth.selectedIndex
+            readonly property int index: calendar.viewModel.daysInMonth.selectedIndex
 
             objectName: "selectedDay"
             x: grid.cellX(index)
@@ -151,7 +140,7 @@ Item {
         Repeater {
             id: days
 
-            model: viewModel.daysInMonth
+            model: calendar.viewModel.daysInMonth
 
             DayCell {
                 required property int index
@@ -163,7 +152,7 @@ Item {
                 width: grid.cellWidth
                 height: grid.rowHeight
                 visible: day > 0
-                onTap: calendar.dateSelected(date)
+                onTap: calendar.viewModel.dateSelected(date)
             }
         }
     }

@@ -9,17 +9,11 @@ import TimeTracker.Views.Sidebar
 Panel {
     id: panel
 
-    required property ModelContext modelContext
+    readonly property ProjectCodeListViewModel projectCodes: viewModel as ProjectCodeListViewModel
 
     title: "Projektkoder"
     addName: "Ny projektkode"
     emptyText: "Ingen projektkoder"
-
-    viewModel: ProjectCodeListViewModel {
-        id: projectCodes
-
-        modelContext: panel.modelContext
-    }
 
     component Field: TextEntry {
         isFilled: true
@@ -41,11 +35,11 @@ Panel {
                 objectName: "codeField"
                 width: 60
                 placeholderText: "Kode"
-                text: projectCodes.newCode
-                onTextChanged: projectCodes.newCode = text
+                text: panel.projectCodes.newCode
+                onTextChanged: panel.projectCodes.newCode = text
 
                 Connections {
-                    target: projectCodes
+                    target: panel.projectCodes
 
                     function onAddingStarted() {
                         codeField.forceActiveFocus();
@@ -59,9 +53,9 @@ Panel {
                 anchors.leftMargin: 4
                 anchors.right: parent.right
                 placeholderText: "Navn (valgfrit)"
-                text: projectCodes.newName
-                onTextChanged: projectCodes.newName = text
-                onAccepted: projectCodes.addProjectCode()
+                text: panel.projectCodes.newName
+                onTextChanged: panel.projectCodes.newName = text
+                onAccepted: panel.projectCodes.addProjectCode()
             }
         }
 
@@ -69,9 +63,9 @@ Panel {
             anchors.right: parent.right
             spacing: 8
             addName: "Tilføj projektkode"
-            canAdd: projectCodes.canAdd
-            onAdd: projectCodes.addProjectCode()
-            onCancel: projectCodes.cancelAdding()
+            canAdd: panel.projectCodes.canAdd
+            onAdd: panel.projectCodes.addProjectCode()
+            onCancel: panel.projectCodes.cancelAdding()
         }
     }
 
@@ -80,6 +74,6 @@ Panel {
 
         width: ListView.view.width
         projectCode: object
-        onDeleteRequested: projectCodes.deleteProjectCode(object)
+        onDeleteRequested: panel.projectCodes.deleteProjectCode(object)
     }
 }

@@ -9,19 +9,11 @@ import TimeTracker.Views.Sidebar
 Panel {
     id: panel
 
-    required property ModelContext modelContext
-
-    signal addTask(name: string)
+    readonly property TemplateListViewModel templates: viewModel as TemplateListViewModel
 
     title: "Skabeloner"
     addName: "Ny skabelon"
     emptyText: "Ingen skabeloner"
-
-    viewModel: TemplateListViewModel {
-        id: templates
-
-        modelContext: panel.modelContext
-    }
 
     form: Item {
         id: addRow
@@ -39,13 +31,13 @@ Panel {
             isFilled: true
             placeholderText: "Navn"
             font.pixelSize: 11
-            text: templates.newTemplateName
-            onTextChanged: templates.newTemplateName = text
-            onAccepted: templates.addTemplate()
+            text: panel.templates.newTemplateName
+            onTextChanged: panel.templates.newTemplateName = text
+            onAccepted: panel.templates.addTemplate()
             Accessible.name: placeholderText
 
             Connections {
-                target: templates
+                target: panel.templates
 
                 function onAddingStarted() {
                     nameField.forceActiveFocus();
@@ -60,9 +52,9 @@ Panel {
             anchors.verticalCenter: parent.verticalCenter
             spacing: 4
             addName: "Tilføj skabelon"
-            canAdd: templates.canAdd
-            onAdd: templates.addTemplate()
-            onCancel: templates.cancelAdding()
+            canAdd: panel.templates.canAdd
+            onAdd: panel.templates.addTemplate()
+            onCancel: panel.templates.cancelAdding()
         }
     }
 
@@ -71,7 +63,7 @@ Panel {
 
         width: ListView.view.width
         taskTemplate: object
-        onTap: panel.addTask(name)
-        onDeleteRequested: templates.deleteTemplate(object)
+        onTap: panel.templates.addTask(name)
+        onDeleteRequested: panel.templates.deleteTemplate(object)
     }
 }

@@ -14,9 +14,15 @@ bool isSameMonth(QDate a, QDate b)
 
 } // namespace
 
-CalendarViewModel::CalendarViewModel(QObject *parent)
-    : QObject(parent)
+CalendarViewModel::CalendarViewModel(const Clock &clock, Instant selectedDate)
+    : m_clock(clock)
+    , m_selectedDate(selectedDate)
 {
+    connect(&clock, &Clock::calendarChanged, this, &CalendarViewModel::onCalendarChanged);
+    updateToday();
+    // The month of now, should the selected date be beyond the calendar.
+    setDisplayedMonth(dayOf(clock.now()));
+    follow();
 }
 
 void CalendarViewModel::previousMonth()
@@ -29,26 +35,11 @@ void CalendarViewModel::nextMonth()
     setDisplayedMonth(m_displayedMonth.addMonths(1));
 }
 
-void CalendarViewModel::setClock(Clock *clock)
-{
-    if (m_clock == clock)
-        return;
-    if (m_clock)
-        m_clock->disconnect(this);
-    m_clock = clock;
-    if (clock)
-        connect(clock, &Clock::calendarChanged, this, &CalendarViewModel::onCalendarChanged);
-    Q_EMIT clockChanged();
-    updateToday();
-    follow();
-}
-
 void CalendarViewModel::setSelectedDate(Instant date)
 {
     if (m_selectedDate == date)
         return;
     m_selectedDate = date;
-    Q_EMIT selectedDateChanged();
     follow();
 }
 
@@ -57,24 +48,13 @@ QString CalendarViewModel::title() const
     return QLocale(QLocale::Danish, QLocale::Denmark).toString(m_displayedMonth, u"MMMM yyyy"_s);
 }
 
-void CalendarViewModel::componentComplete()
-{
-    m_isComplete = true;
-    // The month of now, should the selected date be beyond the calendar.
-    if (m_clock)
-        setDisplayedMonth(dayOf(m_clock->now()));
-    follow();
-}
-
 QDate CalendarViewModel::dayOf(Instant instant) const
 {
-    return m_clock ? m_clock->calendar().dayOf(instant) : QDate();
+    return m_clock.calendar().dayOf(instant);
 }
 
 void CalendarViewModel::follow()
 {
-    if (!m_isComplete)
-        return;
     const QDate selectedDay = dayOf(m_selectedDate);
     m_daysInMonth.setSelectedDay(selectedDay);
     if (!isSameMonth(selectedDay, m_displayedMonth))
@@ -84,8 +64,6 @@ void CalendarViewModel::follow()
 void CalendarViewModel::onCalendarChanged()
 {
     updateToday();
-    if (!m_isComplete)
-        return;
     const QDate selectedDay = dayOf(m_selectedDate);
     // Paging away from the selected day's month is the user's doing, a new zone is not.
     const bool isSelectedDayShown = m_daysInMonth.selectedIndex() >= 0;
@@ -95,14 +73,14 @@ void CalendarViewModel::onCalendarChanged()
 
 void CalendarViewModel::updateToday()
 {
-    m_daysInMonth.setToday(m_clock ? dayOf(m_clock->now()) : QDate());
+    m_daysInMonth.setToday(dayOf(m_clock.now()));
 }
 
 void CalendarViewModel::setDisplayedMonth(QDate month)
 {
-    if (!month.isValid() || !m_clock)
+    if (!month.isValid())
         return;
     m_displayedMonth = month;
-    m_daysInMonth.setMonth(month, m_clock->calendar());
+    m_daysInMonth.setMonth(month, m_clock.calendar());
     Q_EMIT titleChanged();
 }

@@ -4,46 +4,35 @@
 #include "views/sidebar/monthmodel.h"
 
 #include <QObject>
-#include <QPointer>
-#include <QQmlParserStatus>
 #include <QtQmlIntegration>
 
 /// The month that the calendar shows. It follows the selected date and can be paged; paging never
 /// changes the selected date.
-class CalendarViewModel : public QObject, public QQmlParserStatus
+class CalendarViewModel : public QObject
 {
     Q_OBJECT
-    Q_INTERFACES(QQmlParserStatus)
     QML_ELEMENT
-    Q_PROPERTY(Clock *clock READ clock WRITE setClock NOTIFY clockChanged REQUIRED)
-    Q_PROPERTY(double selectedDate READ selectedDate WRITE setSelectedDate NOTIFY
-                   selectedDateChanged REQUIRED)
-
+    QML_UNCREATABLE("Belongs to the main window's content")
     Q_PROPERTY(QString title READ title NOTIFY titleChanged)
     Q_PROPERTY(MonthModel *daysInMonth READ daysInMonth CONSTANT)
 
 public:
-    explicit CalendarViewModel(QObject *parent = nullptr);
+    /// @p clock outlives it; @p selectedDate is a moment of the selected day.
+    CalendarViewModel(const Clock &clock, Instant selectedDate);
 
     Q_INVOKABLE void previousMonth();
     Q_INVOKABLE void nextMonth();
 
-    Clock *clock() const { return m_clock; }
-    void setClock(Clock *clock);
-    /// A moment of the selected day.
-    Instant selectedDate() const { return m_selectedDate; }
+    /// Follows to another selected day.
     void setSelectedDate(Instant date);
     /// The month: "november 2026".
     QString title() const;
     MonthModel *daysInMonth() { return &m_daysInMonth; }
 
-    void classBegin() override {}
-    void componentComplete() override;
-
 Q_SIGNALS:
-    void clockChanged();
-    void selectedDateChanged();
     void titleChanged();
+    /// The user has picked the day that @p date begins.
+    void dateSelected(double date);
 
 private:
     QDate dayOf(Instant instant) const;
@@ -52,10 +41,9 @@ private:
     void updateToday();
     void setDisplayedMonth(QDate month);
 
-    QPointer<Clock> m_clock;
-    Instant m_selectedDate = 0;
+    const Clock &m_clock;
+    Instant m_selectedDate;
     /// Any day of the month that is shown.
     QDate m_displayedMonth;
     MonthModel m_daysInMonth;
-    bool m_isComplete = false;
 };

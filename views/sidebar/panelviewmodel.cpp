@@ -1,9 +1,12 @@
 #include "views/sidebar/panelviewmodel.h"
 
-PanelViewModel::PanelViewModel(RecordType type, QObject *parent)
-    : QObject(parent)
-    , m_type(type)
+PanelViewModel::PanelViewModel(ModelContext &modelContext, RecordType type)
+    : m_modelContext(modelContext)
+    // The number of records is what the user has entered by hand: they are all read.
+    , m_query(modelContext, type, allRecords(), QueryOrder::SortOrder)
 {
+    connect(&m_query, &RecordQuery::changed, this, &PanelViewModel::update);
+    update();
 }
 
 void PanelViewModel::startAdding()
@@ -19,43 +22,25 @@ void PanelViewModel::cancelAdding()
     clear();
 }
 
-void PanelViewModel::setModelContext(ModelContext *modelContext)
-{
-    if (m_modelContext == modelContext)
-        return;
-    m_modelContext = modelContext;
-    m_query.reset();
-    if (modelContext) {
-        // The number of records is what the user has entered by hand: they are all read.
-        m_query = std::make_unique<RecordQuery>(*modelContext, m_type, allRecords(),
-                                                QueryOrder::SortOrder);
-        connect(m_query.get(), &RecordQuery::changed, this, &PanelViewModel::update);
-    }
-    Q_EMIT modelContextChanged();
-    update();
-}
-
 void PanelViewModel::add(std::unique_ptr<Record> record)
 {
     Record *const added = record.get();
-    m_modelContext->insert(std::move(record));
+    m_modelContext.insert(std::move(record));
     cancelAdding();
     Q_EMIT this->added(static_cast<int>(m_rows.objects().indexOf(added)));
 }
 
 void PanelViewModel::remove(Record *record)
 {
-    if (record && m_modelContext)
-        m_modelContext->remove(record);
+    if (record)
+        m_modelContext.remove(record);
 }
 
 void PanelViewModel::update()
 {
-    QList<QObject *> records;
-    if (m_query)
-        records = {m_query->records().cbegin(), m_query->records().cend()};
-    m_isEmpty = records.isEmpty() && m_query && m_query->isAnswered();
-    m_rows.setObjects(records);
+    const QList<Record *> &records = m_query.records();
+    m_rows.setObjects({records.cbegin(), records.cend()});
+    m_isEmpty = records.isEmpty() && m_query.isAnswered();
     Q_EMIT showEmptyTextChanged();
 }
 

@@ -4,7 +4,6 @@
 #include "views/controls/objectlistmodel.h"
 
 #include <QObject>
-#include <QPointer>
 #include <QtQmlIntegration>
 
 #include <memory>
@@ -16,9 +15,6 @@ class PanelViewModel : public QObject
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Each panel has its own")
-    Q_PROPERTY(ModelContext *modelContext READ modelContext WRITE setModelContext NOTIFY
-                   modelContextChanged REQUIRED)
-
     Q_PROPERTY(ObjectListModel *rows READ rows CONSTANT)
     Q_PROPERTY(bool isAdding READ isAdding NOTIFY isAddingChanged)
     Q_PROPERTY(bool showEmptyText READ showEmptyText NOTIFY showEmptyTextChanged)
@@ -29,8 +25,6 @@ public:
     /// Closes the form; what was entered is lost.
     Q_INVOKABLE void cancelAdding();
 
-    ModelContext *modelContext() const { return m_modelContext; }
-    void setModelContext(ModelContext *modelContext);
     ObjectListModel *rows() { return &m_rows; }
     /// The form is open.
     bool isAdding() const { return m_isAdding; }
@@ -39,7 +33,6 @@ public:
     bool showEmptyText() const { return m_isEmpty && !m_isAdding; }
 
 Q_SIGNALS:
-    void modelContextChanged();
     void isAddingChanged();
     void showEmptyTextChanged();
     /// The user has asked for the form, which is there now: its first field takes the keyboard.
@@ -48,8 +41,10 @@ Q_SIGNALS:
     void added(int index);
 
 protected:
-    PanelViewModel(RecordType type, QObject *parent);
+    /// @p modelContext outlives it.
+    PanelViewModel(ModelContext &modelContext, RecordType type);
 
+    const Clock &clock() const { return m_modelContext.clock(); }
     /// How many records are listed: the sortOrder of the next one.
     int count() const { return m_rows.count(); }
     /// Inserts a new record and closes the form.
@@ -62,9 +57,8 @@ private:
     void update();
     void setIsAdding(bool isAdding);
 
-    RecordType m_type;
-    QPointer<ModelContext> m_modelContext;
-    std::unique_ptr<RecordQuery> m_query;
+    ModelContext &m_modelContext;
+    RecordQuery m_query;
     ObjectListModel m_rows;
     bool m_isEmpty = false;
     bool m_isAdding = false;

@@ -2,15 +2,15 @@
 
 #include "views/controls/trimming.h"
 
-ProjectCodeListViewModel::ProjectCodeListViewModel(QObject *parent)
-    : PanelViewModel(ProjectCode::type, parent)
+ProjectCodeListViewModel::ProjectCodeListViewModel(ModelContext &modelContext)
+    : PanelViewModel(modelContext, ProjectCode::type)
 {
 }
 
 void ProjectCodeListViewModel::addProjectCode()
 {
-    if (canAdd() && modelContext())
-        add(std::make_unique<ProjectCode>(modelContext()->clock(), trimmedOfBlanks(m_newCode),
+    if (canAdd())
+        add(std::make_unique<ProjectCode>(clock(), trimmedOfBlanks(m_newCode),
                                           trimmedOfBlanks(m_newName), count()));
 }
 

@@ -8,12 +8,14 @@ class ProjectCodeListViewModel : public PanelViewModel
 {
     Q_OBJECT
     QML_ELEMENT
+    QML_UNCREATABLE("Belongs to the main window's content")
     Q_PROPERTY(QString newCode READ newCode WRITE setNewCode NOTIFY newCodeChanged)
     Q_PROPERTY(QString newName READ newName WRITE setNewName NOTIFY newNameChanged)
     Q_PROPERTY(bool canAdd READ canAdd NOTIFY newCodeChanged)
 
 public:
-    explicit ProjectCodeListViewModel(QObject *parent = nullptr);
+    /// @p modelContext outlives it.
+    explicit ProjectCodeListViewModel(ModelContext &modelContext);
 
     /// Adds the entered code and name, without blanks at their ends, and closes the form. Does
     /// nothing if no code is left; the name may be empty.

@@ -2,16 +2,15 @@
 
 #include "views/controls/trimming.h"
 
-TemplateListViewModel::TemplateListViewModel(QObject *parent)
-    : PanelViewModel(TaskTemplate::type, parent)
+TemplateListViewModel::TemplateListViewModel(ModelContext &modelContext)
+    : PanelViewModel(modelContext, TaskTemplate::type)
 {
 }
 
 void TemplateListViewModel::addTemplate()
 {
-    if (canAdd() && modelContext())
-        add(std::make_unique<TaskTemplate>(modelContext()->clock(),
-                                           trimmedOfBlanks(m_newTemplateName), count()));
+    if (canAdd())
+        add(std::make_unique<TaskTemplate>(clock(), trimmedOfBlanks(m_newTemplateName), count()));
 }
 
 void TemplateListViewModel::deleteTemplate(TaskTemplate *taskTemplate)

@@ -8,12 +8,14 @@ class TemplateListViewModel : public PanelViewModel
 {
     Q_OBJECT
     QML_ELEMENT
+    QML_UNCREATABLE("Belongs to the main window's content")
     Q_PROPERTY(QString newTemplateName READ newTemplateName WRITE setNewTemplateName NOTIFY
                    newTemplateNameChanged)
     Q_PROPERTY(bool canAdd READ canAdd NOTIFY newTemplateNameChanged)
 
 public:
-    explicit TemplateListViewModel(QObject *parent = nullptr);
+    /// @p modelContext outlives it.
+    explicit TemplateListViewModel(ModelContext &modelContext);
 
     /// Adds a template of the entered name, without blanks at its ends, and closes the form. Does
     /// nothing if no name is left.
@@ -26,6 +28,8 @@ public:
 
 Q_SIGNALS:
     void newTemplateNameChanged();
+    /// The user wants a task made of the template called @p name.
+    void addTask(const QString &name);
 
 protected:
     void clear() override;

@@ -6,6 +6,7 @@
 #include "timer/timermanager.h"
 #include "views/controls/symbolimage.h"
 #include "views/controls/theme.h"
+#include "views/day/contentviewmodel.h"
 
 #include <QGuiApplication>
 #include <QHash>
@@ -113,33 +114,25 @@ private:
             clock.advance(754);
             window = std::make_unique<qmltest::Window>(
                 R"(import QtQuick
-                import TimeTracker.Model
-                import TimeTracker.Timer
                 import TimeTracker.Views.Controls
                 import TimeTracker.Views.Day
                 Rectangle {
                     id: root
-                    required property Clock clock
-                    required property TimerManager timerManager
-                    required property ModelContext modelContext
+                    required property ContentViewModel viewModel
                     color: Theme.windowBackground
                     ContentView {
                         anchors.fill: parent
-                        clock: root.clock
-                        timerManager: root.timerManager
-                        modelContext: root.modelContext
+                        viewModel: root.viewModel
                     }
                 })",
-                QSize(650, 450),
-                QVariantMap{{u"clock"_s, QVariant::fromValue(&clock)},
-                            {u"timerManager"_s, QVariant::fromValue(&timer)},
-                            {u"modelContext"_s, QVariant::fromValue(&store.context())}});
+                QSize(650, 450), QVariantMap{{u"viewModel"_s, QVariant::fromValue(&day)}});
         }
 
         qmltest::WarningsAreFailures guard;
         FakeClock clock;
         TestStore store{clock, {1h, 1h}};
         TimerManager timer{clock, 1h};
+        ContentViewModel day{timer, store.context()};
         std::unique_ptr<qmltest::Window> window;
     };
 

@@ -44,7 +44,7 @@ private:
         TestStore store{clock, {1h, 1h}};
         TimerManager timer{clock, 1h};
         QQmlEngine engine;
-        MainWindow main{engine, clock, timer, store.context()};
+        MainWindow main{engine, timer, store.context()};
     };
 
 private Q_SLOTS:

@@ -5,6 +5,7 @@
 #include "model/tasktemplate.h"
 #include "timer/timermanager.h"
 #include "views/controls/theme.h"
+#include "views/day/contentviewmodel.h"
 
 #include <QAccessible>
 #include <QGuiApplication>
@@ -39,11 +40,11 @@ private:
 
         void show(const QSize &size = {650, 450})
         {
+            window.reset();
+            day = std::make_unique<ContentViewModel>(timer, store.context());
             window = std::make_unique<qmltest::Window>(
                 QByteArray("import TimeTracker.Views.Day\nContentView {}"), size,
-                QVariantMap{{u"clock"_s, QVariant::fromValue(&clock)},
-                            {u"timerManager"_s, QVariant::fromValue(&timer)},
-                            {u"modelContext"_s, QVariant::fromValue(&store.context())}});
+                QVariantMap{{u"viewModel"_s, QVariant::fromValue(day.get())}});
             window->hover({1, 1});
         }
 
@@ -74,6 +75,10 @@ private:
         {
             return findItem(rows().at(row), QString::fromLatin1(name));
         }
+        bool isActive(int row) const
+        {
+            return rows().at(row)->property("viewModel").value<TaskRowViewModel *>()->isActive();
+        }
         QStringList names() const
         {
             QStringList names;
@@ -81,7 +86,7 @@ private:
                 names << findItem(row, u"nameText"_s)->property("text").toString();
             return names;
         }
-        QString dateText() const { return item("header")->property("dateText").toString(); }
+        QString dateText() const { return day->header()->dateText(); }
         /// The row that is drawn as selected, or -1.
         int selectedRow() const
         {
@@ -162,6 +167,7 @@ private:
         FakeClock clock;
         TestStore store{clock, {1h, 1h}};
         TimerManager timer{clock, 1h};
+        std::unique_ptr<ContentViewModel> day;
         std::unique_ptr<qmltest::Window> window;
     };
 
@@ -443,7 +449,7 @@ private Q_SLOTS:
         f.press(Qt::Key_Down);
         f.press(Qt::Key_Space);
         QCOMPARE(f.running(), QList<Task *>{f.tasks().at(1)});
-        QVERIFY(f.rows().at(1)->property("isActive").toBool());
+        QVERIFY(f.isActive(1));
     }
 
     void shouldShowNoRowAsSelectedWhenTheSelectionIsPastTheEnd_data()
@@ -509,8 +515,8 @@ private Q_SLOTS:
     {
         Fixture f(2);
         f.tasks().at(1)->start();
-        QVERIFY(!f.rows().at(0)->property("isActive").toBool());
-        QVERIFY(f.rows().at(1)->property("isActive").toBool());
+        QVERIFY(!f.isActive(0));
+        QVERIFY(f.isActive(1));
     }
 
     void shouldStartAndPauseFromTheHeader()
@@ -1364,6 +1370,7 @@ private Q_SLOTS:
             f.click("deleteConfirmButton");
         } else {
             f.window.reset();
+            f.day.reset();
         }
         QVERIFY(!f.timer.isEditing());
         QCOMPARE(f.store.context().inMemory(RecordType::Task, allRecords()).size(),
@@ -1481,20 +1488,6 @@ private Q_SLOTS:
         // The key alone does what it did.
         f.press(Qt::Key_Space);
         QTRY_VERIFY(f.maybe("menuEntry"));
-    }
-
-    void shouldTakeUpARunningTaskOfTodayWhenItAppears()
-    {
-        Fixture f(1);
-        f.click(f.inRow(0, "startButton"));
-        f.window.reset();
-        TimerManager another(f.clock, 1h);
-        const qmltest::Window window(
-            QByteArray("import TimeTracker.Views.Day\nContentView {}"), {650, 450},
-            QVariantMap{{u"clock"_s, QVariant::fromValue(&f.clock)},
-                        {u"timerManager"_s, QVariant::fromValue(&another)},
-                        {u"modelContext"_s, QVariant::fromValue(&f.store.context())}});
-        QCOMPARE(another.activeTaskID().value(), f.tasks().at(0)->id());
     }
 
     void shouldFollowADarkPaletteWhileItRuns()

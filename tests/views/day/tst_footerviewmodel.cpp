@@ -13,7 +13,7 @@ class TestFooterViewModel : public QObject
 
 private:
     struct Fixture {
-        Fixture() { footer.setTasks(&tasks); }
+        Fixture() { timer.setShowBillableTime(false); }
 
         Task *addTask(qint64 seconds)
         {
@@ -24,17 +24,15 @@ private:
 
         FakeClock clock;
         TestStore store{clock, {1h, 1h}};
+        TimerManager timer{clock, 1h};
         DayTasks tasks{store.context(), clock.calendar().dayInterval(clock.now())};
-        FooterViewModel footer;
+        FooterViewModel footer{timer, tasks};
     };
 
 private Q_SLOTS:
     void shouldShowZeroWithoutTasks()
     {
-        const FooterViewModel none;
-        QCOMPARE(none.totalFormattedTime(), u"00:00:00"_s);
-        QCOMPARE(none.totalHoursText(), u"0.00 t"_s);
-        Fixture f;
+        const Fixture f;
         QCOMPARE(f.footer.totalFormattedTime(), u"00:00:00"_s);
         QCOMPARE(f.footer.totalHoursText(), u"0.00 t"_s);
     }
@@ -60,7 +58,7 @@ private Q_SLOTS:
         Fixture f;
         f.addTask(360);
         f.addTask(360);
-        f.footer.setShowBillableTime(true);
+        f.timer.setShowBillableTime(true);
         QCOMPARE(f.footer.totalHoursText(), u"0.50 t"_s);
     }
 
@@ -70,7 +68,7 @@ private Q_SLOTS:
         f.addTask(3960);
         QCOMPARE(f.footer.totalHoursText(), u"1.10 t"_s);
         QCOMPARE(f.footer.totalFormattedTime(), u"01:06:00"_s);
-        f.footer.setShowBillableTime(true);
+        f.timer.setShowBillableTime(true);
         QCOMPARE(f.footer.totalHoursText(), u"1.25 t"_s);
         QCOMPARE(f.footer.totalFormattedTime(), u"01:06:00"_s);
     }
@@ -82,7 +80,7 @@ private Q_SLOTS:
         f.addTask(10);
         f.clock.advance(5);
         QCOMPARE(f.footer.totalFormattedTime(), u"00:00:20"_s);
-        f.footer.setTick(1);
+        Q_EMIT f.timer.tickChanged();
         QCOMPARE(f.footer.totalFormattedTime(), u"00:00:25"_s);
     }
 
@@ -91,7 +89,7 @@ private Q_SLOTS:
         Fixture f;
         f.addTask(10);
         QSignalSpy changed(&f.footer, &FooterViewModel::totalsChanged);
-        f.footer.setTick(1);
+        Q_EMIT f.timer.tickChanged();
         QCOMPARE(changed.count(), 0);
     }
 

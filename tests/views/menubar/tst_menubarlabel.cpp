@@ -2,6 +2,7 @@
 #include "tests/support/teststore.h"
 #include "timer/timermanager.h"
 #include "views/controls/theme.h"
+#include "views/menubar/menubarlabelviewmodel.h"
 
 #include <QQuickItem>
 #include <QTest>
@@ -25,9 +26,9 @@ private Q_SLOTS:
         TimerManager timer(clock, 1h);
         Task *const task = store.insertTask(u"A"_s);
         task->setAccumulatedSeconds(3725);
+        MenuBarLabelViewModel viewModel(timer, store.context());
         qmltest::Window window(QUrl(u"qrc:/qt/qml/TimeTracker/Views/MenuBar/MenuBarLabel.qml"_s),
-                               {{u"timerManager"_s, QVariant::fromValue(&timer)},
-                                {u"modelContext"_s, QVariant::fromValue(&store.context())}});
+                               {{u"viewModel"_s, QVariant::fromValue(&viewModel)}});
         const QQuickItem *const label = window.rootObject();
         const QQuickItem *const symbol = window.item(u"labelSymbol"_s);
         const QQuickItem *const text = window.item(u"labelText"_s);

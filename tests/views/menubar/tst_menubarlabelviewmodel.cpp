@@ -100,17 +100,6 @@ private Q_SLOTS:
         QTRY_VERIFY(f.timer.tick() > 5);
         QCOMPARE(changes.size(), 1);
     }
-
-    void shouldSurviveAPartialSetUp()
-    {
-        FakeClock clock;
-        TimerManager timer(clock);
-        MenuBarLabelViewModel label;
-        label.setTimerManager(&timer);
-        label.componentComplete();
-        QCOMPARE(label.displayText(), QString());
-        QCOMPARE(label.runningTask(), nullptr);
-    }
 };
 
 QTEST_GUILESS_MAIN(TestMenuBarLabelViewModel)

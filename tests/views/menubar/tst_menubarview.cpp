@@ -3,6 +3,7 @@
 #include "tests/support/teststore.h"
 #include "timer/timermanager.h"
 #include "views/controls/theme.h"
+#include "views/menubar/menubarviewmodel.h"
 
 #include <QAccessible>
 #include <QQuickItem>
@@ -34,8 +35,7 @@ private:
         {
             window = std::make_unique<qmltest::Window>(
                 QUrl(u"qrc:/qt/qml/TimeTracker/Views/MenuBar/MenuBarView.qml"_s),
-                QVariantMap{{u"timerManager"_s, QVariant::fromValue(&timer)},
-                            {u"modelContext"_s, QVariant::fromValue(&store.context())}});
+                QVariantMap{{u"viewModel"_s, QVariant::fromValue(&viewModel)}});
             // As large as its content, which may change.
             window->setResizeMode(QQuickView::SizeRootObjectToView);
             window->resize(240, 400);
@@ -78,6 +78,7 @@ private:
         FakeClock clock;
         TestStore store{clock, {1h, 1h}};
         TimerManager timer;
+        MenuBarViewModel viewModel{timer, store.context()};
         std::unique_ptr<qmltest::Window> window;
     };
 

@@ -167,22 +167,11 @@ private Q_SLOTS:
         QSignalSpy changes(&panel, &MenuBarViewModel::todaysTasksChanged);
         Task *const task = f.store.insertTask(u"A"_s);
         QCOMPARE(changes.size(), 1);
-        QCOMPARE(panel.rows()->objects(), QList<QObject *>{task});
+        QCOMPARE(names(panel), QStringList{u"A"_s});
+        QCOMPARE(panel.rows()->count(), 1);
         f.store.context().remove(task);
         QVERIFY(panel.isEmpty());
         QCOMPARE(panel.rows()->count(), 0);
-    }
-
-    void shouldSurviveAPartialSetUp()
-    {
-        FakeClock clock;
-        TimerManager timer(clock);
-        MenuBarViewModel panel;
-        panel.setTimerManager(&timer);
-        panel.componentComplete();
-        panel.toggleTask(nullptr);
-        QVERIFY(panel.todaysTasks().isEmpty());
-        QVERIFY(!panel.isEmpty());
     }
 };
 

@@ -43,7 +43,7 @@ private Q_SLOTS:
         layout.endLayout();
 
         // then
-        QCOMPARE(widestWord(text, font), std::ceil(layout.maximumWidth()));
+        QCOMPARE(NameFit::widestWord(text, font), std::ceil(layout.maximumWidth()));
     }
 };
 

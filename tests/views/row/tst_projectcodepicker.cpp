@@ -1,7 +1,9 @@
 #include "../../support/qmltest.h"
 #include "../../support/teststore.h"
 #include "model/projectcode.h"
+#include "timer/timermanager.h"
 #include "views/controls/theme.h"
+#include "views/row/taskrowviewmodel.h"
 
 #include <QAccessible>
 #include <QQuickItem>
@@ -29,12 +31,10 @@ private:
             window = std::make_unique<qmltest::Window>(
                 QByteArray(R"(
                     import QtQuick
-                    import TimeTracker.Model
                     import TimeTracker.Views.Row
                     FocusScope {
                         id: root
-                        required property Task task
-                        required property ModelContext modelContext
+                        required property TaskRowViewModel viewModel
                         property int clicksBehind: 0
                         property int keysBehind: 0
                         focus: true
@@ -44,14 +44,12 @@ private:
                         ProjectCodePicker {
                             objectName: "picker"
                             x: 20; y: 20
-                            selectedCode: root.task.projectCode
-                            modelContext: root.modelContext
-                            onCodeChosen: code => root.task.projectCode = code
+                            selectedCode: root.viewModel.projectCode
+                            codeMenu: root.viewModel.codeMenu
+                            onCodeChosen: code => root.viewModel.projectCode = code
                         }
                     })"),
-                QSize(300, 240),
-                QVariantMap{{u"task"_s, QVariant::fromValue(task)},
-                            {u"modelContext"_s, QVariant::fromValue(&store.context())}});
+                QSize(300, 240), QVariantMap{{u"viewModel"_s, QVariant::fromValue(&viewModel)}});
             window->hover({1, 1});
         }
 
@@ -102,7 +100,10 @@ private:
         qmltest::WarningsAreFailures guard;
         FakeClock clock;
         TestStore store{clock, {1h, 1h}};
+        TimerManager timer{clock, 1h};
+        ProjectCodeMenuModel codeMenu{store.context()};
         Task *task;
+        TaskRowViewModel viewModel{*task, timer, codeMenu};
         std::unique_ptr<qmltest::Window> window;
     };
 

@@ -3,7 +3,7 @@
 #include "model/projectcode.h"
 #include "timer/timermanager.h"
 #include "views/controls/theme.h"
-#include "views/row/rowedits.h"
+#include "views/row/taskrowviewmodel.h"
 
 #include <QAccessible>
 #include <QFontMetricsF>
@@ -44,20 +44,19 @@ private:
         explicit Fixture(const QString &name = u"Møde"_s, bool isSelected = false,
                          int windowWidth = 650)
             : task(store.insertTask(name))
+            , viewModel(*task, timer, codeMenu)
         {
-            edits.setTimerManager(&timer);
+            // As its list does.
+            connect(&timer, &TimerManager::showBillableTimeChanged, &viewModel,
+                    &TaskRowViewModel::update);
+            connect(&timer, &TimerManager::tickChanged, &viewModel, &TaskRowViewModel::update);
             window = std::make_unique<qmltest::Window>(
                 QByteArray(R"(
                     import QtQuick
-                    import TimeTracker.Model
-                    import TimeTracker.Timer
                     import TimeTracker.Views.Row
                     FocusScope {
                         id: root
-                        required property Task task
-                        required property TimerManager timerManager
-                        required property RowEdits edits
-                        required property ModelContext modelContext
+                        required property TaskRowViewModel viewModel
                         required property bool isSelected
                         property int toggles: 0
                         property int deletions: 0
@@ -68,11 +67,7 @@ private:
                             objectName: "row"
                             x: 8; y: 50
                             width: parent.width - 16; height: implicitHeight
-                            task: root.task
-                            timerManager: root.timerManager
-                            edits: root.edits
-                            modelContext: root.modelContext
-                            isActive: root.task?.isRunning ?? false
+                            viewModel: root.viewModel
                             isSelected: root.isSelected
                             onToggle: ++root.toggles
                             onDeleteRequested: ++root.deletions
@@ -80,10 +75,7 @@ private:
                         }
                     })"),
                 QSize(windowWidth - 180, 200),
-                QVariantMap{{u"task"_s, QVariant::fromValue(task)},
-                            {u"timerManager"_s, QVariant::fromValue(&timer)},
-                            {u"edits"_s, QVariant::fromValue(&edits)},
-                            {u"modelContext"_s, QVariant::fromValue(&store.context())},
+                QVariantMap{{u"viewModel"_s, QVariant::fromValue(&viewModel)},
                             {u"isSelected"_s, isSelected}});
             window->hover({1, 1});
         }
@@ -135,8 +127,9 @@ private:
         FakeClock clock;
         TestStore store{clock, {1h, 1h}};
         TimerManager timer{clock, 1h};
-        RowEdits edits;
+        ProjectCodeMenuModel codeMenu{store.context()};
         Task *task;
+        TaskRowViewModel viewModel;
         std::unique_ptr<qmltest::Window> window;
     };
 
@@ -729,11 +722,7 @@ private Q_SLOTS:
         Fixture f;
         f.click("pencil");
         f.type(u"Halvt skre"_s);
-        const QVariantMap properties{{u"task"_s, QVariant::fromValue(f.task)},
-                                     {u"timerManager"_s, QVariant::fromValue(&f.timer)},
-                                     {u"edits"_s, QVariant::fromValue(&f.edits)},
-                                     {u"modelContext"_s, QVariant::fromValue(&f.store.context())},
-                                     {u"isActive"_s, false},
+        const QVariantMap properties{{u"viewModel"_s, QVariant::fromValue(&f.viewModel)},
                                      {u"isSelected"_s, false}};
         f.window.reset();
         qmltest::Window again(QByteArray("import TimeTracker.Views.Row\nTaskRowView {}"),

@@ -4,6 +4,7 @@
 #include "tests/support/qmltest.h"
 #include "tests/support/teststore.h"
 #include "views/controls/theme.h"
+#include "views/sidebar/panelviewmodel.h"
 
 #include <QAccessible>
 #include <QClipboard>
@@ -14,23 +15,25 @@
 
 #include <algorithm>
 
-/// A panel in a window, 180 wide, with a focus to return to. A signal `addTask` of the panel is
-/// written down, as is Escape.
+/// A panel in a window, 180 wide, with a focus to return to. A signal `addTask` of its view-model
+/// is written down, as is Escape.
 class PanelFixture
 {
 public:
-    /// @p panel is the QML type. The panel gets @p height, the window is higher.
+    /// @p panel is the QML type of @p ViewModel's view. The panel gets @p height, the window is
+    /// higher.
+    template<class ViewModel>
     void show(const QByteArray &panel, int height)
     {
+        viewModel = std::make_unique<ViewModel>(store.context());
         window = std::make_unique<qmltest::Window>(
             QByteArray(R"(
                 import QtQuick
-                import TimeTracker.Model
                 import TimeTracker.Views.Controls
                 import TimeTracker.Views.Sidebar
                 Rectangle {
                     id: root
-                    required property ModelContext modelContext
+                    required property PanelViewModel viewModel
                     required property double panelHeight
                     property var added: []
                     property var keys: []
@@ -47,16 +50,16 @@ public:
                             objectName: "panel"
                             width: 180
                             height: root.panelHeight
-                            modelContext: root.modelContext
-                            Component.onCompleted: if (panel.addTask)
-                                panel.addTask.connect(name => root.added = root.added.concat(name))
-                            id: panel
+                            viewModel: root.viewModel
+                            Component.onCompleted: if (viewModel.addTask)
+                                viewModel.addTask.connect(name => root.added = root.added.concat(name))
                         }
                     }
                 })")
                 .replace("%1", panel),
             QSize(180, 400),
-            QVariantMap{{QStringLiteral("modelContext"), QVariant::fromValue(&store.context())},
+            QVariantMap{{QStringLiteral("viewModel"),
+                         QVariant::fromValue<PanelViewModel *>(viewModel.get())},
                         {QStringLiteral("panelHeight"), height}});
         window->hover({1, 399});
     }
@@ -149,5 +152,6 @@ public:
     qmltest::WarningsAreFailures guard;
     FakeClock clock;
     TestStore store{clock, {std::chrono::hours(1), std::chrono::hours(1)}};
+    std::unique_ptr<PanelViewModel> viewModel;
     std::unique_ptr<qmltest::Window> window;
 };

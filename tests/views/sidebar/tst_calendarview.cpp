@@ -1,6 +1,7 @@
 #include "tests/support/fakeclock.h"
 #include "tests/support/qmltest.h"
 #include "views/controls/theme.h"
+#include "views/sidebar/calendarviewmodel.h"
 
 #include <QAccessible>
 #include <QQuickItem>
@@ -22,19 +23,21 @@ private:
         explicit Fixture(const QString &selected = u"2026-11-18T00:00:00"_s,
                          const QString &now = u"2026-11-20T08:00:00"_s)
             : clock(now)
+            , calendar(std::make_unique<CalendarViewModel>(clock, clock.at(selected)))
         {
+            connect(calendar.get(), &CalendarViewModel::dateSelected, [this](double date) {
+                pickedDates << date;
+                if (isFollowing)
+                    calendar->setSelectedDate(date);
+            });
             window = std::make_unique<qmltest::Window>(
                 QByteArray(R"(
                     import QtQuick
-                    import TimeTracker.Model
                     import TimeTracker.Views.Controls
                     import TimeTracker.Views.Sidebar
                     Rectangle {
                         id: root
-                        required property Clock clock
-                        required property double selectedDate
-                        property bool isFollowing: true
-                        property var picked: []
+                        required property CalendarViewModel viewModel
                         color: Theme.controlBackground
                         FocusScope {
                             anchors.fill: parent
@@ -44,19 +47,11 @@ private:
                                 objectName: "calendar"
                                 width: 180
                                 height: implicitHeight
-                                clock: root.clock
-                                selectedDate: root.selectedDate
-                                onDateSelected: date => {
-                                    root.picked = root.picked.concat(date);
-                                    if (root.isFollowing)
-                                        root.selectedDate = date;
-                                }
+                                viewModel: root.viewModel
                             }
                         }
                     })"),
-                QSize(180, 240),
-                QVariantMap{{u"clock"_s, QVariant::fromValue<Clock *>(&clock)},
-                            {u"selectedDate"_s, clock.at(selected)}});
+                QSize(180, 240), QVariantMap{{u"viewModel"_s, QVariant::fromValue(calendar.get())}});
             window->hover({1, 239});
         }
 
@@ -102,19 +97,19 @@ private:
             }
             return days;
         }
-        QVariantList picked() const { return root()->property("picked").toList(); }
+        const QVariantList &picked() const { return pickedDates; }
         void click(const QQuickItem *item) const
         {
             QTest::mouseClick(window.get(), Qt::LeftButton, {}, centre(item));
         }
         void click(const char *name) const { click(item(name)); }
-        void select(const QString &time) const
-        {
-            root()->setProperty("selectedDate", clock.at(time));
-        }
+        void select(const QString &time) const { calendar->setSelectedDate(clock.at(time)); }
 
         qmltest::WarningsAreFailures guard;
         FakeClock clock;
+        std::unique_ptr<CalendarViewModel> calendar;
+        bool isFollowing = true;
+        QVariantList pickedDates;
         std::unique_ptr<qmltest::Window> window;
     };
 
@@ -252,8 +247,8 @@ private Q_SLOTS:
 
     void shouldMoveTheMarkOnlyWhenItsOwnerDoes()
     {
-        const Fixture f;
-        f.root()->setProperty("isFollowing", false);
+        Fixture f;
+        f.isFollowing = false;
         f.click(f.cell(3));
         QCOMPARE(f.picked().size(), 1);
         QCOMPARE(f.selected(), QList<int>{18});

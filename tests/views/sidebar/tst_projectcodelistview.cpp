@@ -1,5 +1,6 @@
 #include "model/projectcode.h"
 #include "panelfixture.h"
+#include "views/sidebar/projectcodelistviewmodel.h"
 
 #include <cmath>
 
@@ -18,12 +19,12 @@ private:
         {
             for (int i = 0; i < count; ++i)
                 store.insert<ProjectCode>(u"47%1"_s.arg(i), i % 2 ? u"Support"_s : QString(), i);
-            show("ProjectCodeListView", height);
+            show<ProjectCodeListViewModel>("ProjectCodeListView", height);
         }
         Fixture(const QString &code, const QString &name)
         {
             store.insert<ProjectCode>(code, name, 0);
-            show("ProjectCodeListView", 300);
+            show<ProjectCodeListViewModel>("ProjectCodeListView", 300);
         }
 
         QStringList names()

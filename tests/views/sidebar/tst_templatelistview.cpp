@@ -1,5 +1,6 @@
 #include "model/tasktemplate.h"
 #include "panelfixture.h"
+#include "views/sidebar/templatelistviewmodel.h"
 
 #include <cmath>
 
@@ -18,12 +19,12 @@ private:
         {
             for (int i = 0; i < count; ++i)
                 store.insert<TaskTemplate>(u"Skabelon %1"_s.arg(i + 1), i);
-            show("TemplateListView", height);
+            show<TemplateListViewModel>("TemplateListView", height);
         }
         explicit Fixture(const QString &name)
         {
             store.insert<TaskTemplate>(name, 0);
-            show("TemplateListView", 300);
+            show<TemplateListViewModel>("TemplateListView", 300);
         }
 
         QStringList names()
