@@ -56,10 +56,6 @@ Window {
         viewModel: window.viewModel
     }
 
-    // The window has no frame of the desktop's.
-    Rectangle {
-        anchors.fill: parent
-        color: "transparent"
-        border.color: Theme.separator
+    WindowBorder {
     }
 }

@@ -32,10 +32,6 @@ Window {
         onCloseRequested: window.close()
     }
 
-    // The window has no frame of the desktop's.
-    Rectangle {
-        anchors.fill: parent
-        color: "transparent"
-        border.color: Theme.separator
+    WindowBorder {
     }
 }

@@ -2,6 +2,7 @@
 
 #include <QAbstractListModel>
 #include <QList>
+#include <QSet>
 #include <QtQml/qqmlregistration.h>
 
 /// A list of objects for a view. A new list is applied as the difference to the old one, so that
@@ -23,8 +24,8 @@ public:
 
     int count() const { return static_cast<int>(m_objects.size()); }
     const QList<QObject *> &objects() const { return m_objects; }
-    /// Makes the list that of `objects`, by removes and inserts of contiguous rows and by moves of
-    /// as few rows as possible. Null is left out, a repeated object counts once, where it is first.
+    /// Makes the list that of `objects`, none of them null and none of them twice, by removing and
+    /// inserting contiguous rows.
     void setObjects(const QList<QObject *> &objects);
 
     int rowCount(const QModelIndex &parent = {}) const override;
@@ -35,8 +36,7 @@ Q_SIGNALS:
     void countChanged();
 
 private:
-    void removeAllBut(const QList<QObject *> &objects);
-    void moveLike(const QList<QObject *> &objects);
+    void removeAllBut(const QSet<QObject *> &kept);
     void insertMissing(const QList<QObject *> &objects);
     void removeDestroyed(QObject *object);
 

@@ -46,28 +46,10 @@ FocusScope {
         anchors.fill: mainColumn
         focus: true
 
-        // To assistive technology that is the day, which the keys change, until a row is selected.
-        // Another day is another pane: of Qt 6.4, screen readers do not understand a new name.
-        Repeater {
-            model: [content.viewModel.header.dateText]
-
-            Item {
-                id: dayPane
-
-                required property string modelData
-                readonly property bool hasKeys: dayFocus.activeFocus && content.viewModel.selectedTaskIndex < 0
-
-                objectName: "dayPane"
-                anchors.fill: parent
-                Accessible.role: Accessible.Pane
-                Accessible.name: modelData
-                Accessible.description: content.viewModel.isEmpty ? emptyDay.text : ""
-                Accessible.focused: hasKeys
-
-                SpokenFocus {
-                    isHere: dayPane.hasKeys
-                }
-            }
+        SpokenDay {
+            name: content.viewModel.header.dateText
+            description: content.viewModel.isEmpty ? emptyDay.text : ""
+            hasKeys: dayFocus.activeFocus && content.viewModel.selectedTaskIndex < 0
         }
     }
 

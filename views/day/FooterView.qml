@@ -17,7 +17,7 @@ Rectangle {
     implicitHeight: Math.max(addButton.height, totals.height) + 12 + 12
     color: Theme.controlBackground
 
-    PlainButton {
+    LabelledButton {
         id: addButton
 
         objectName: "addTaskButton"
@@ -25,26 +25,12 @@ Rectangle {
         anchors.leftMargin: 16
         anchors.verticalCenter: parent.verticalCenter
         label: "Ny opgave"
+        symbol: "plus"
+        symbolSize: 12
+        color: Theme.brandAccent
+        weight: Font.Medium
+        spacing: 6
         onClicked: footer.viewModel.addTask()
-
-        contentItem: Row {
-            spacing: 6
-
-            SymbolImage {
-                anchors.verticalCenter: parent.verticalCenter
-                name: "plus"
-                fontSize: 12
-                color: Theme.brandAccent
-            }
-
-            TextLabel {
-                anchors.verticalCenter: parent.verticalCenter
-                text: addButton.label
-                font.weight: Font.Medium
-                color: Theme.brandAccent
-                Accessible.ignored: true
-            }
-        }
     }
 
     Row {

@@ -1,13 +1,12 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import QtQuick.Templates as T
 import TimeTracker.Views.Controls
 import TimeTracker.Views.Day
 import TimeTracker.Views.Row
 
 /// The day's rows, scrolling.
-ListView {
+PlainList {
     id: list
 
     required property TaskListViewModel viewModel
@@ -35,34 +34,18 @@ ListView {
         contentY = originY - topMargin;
     }
 
-    clip: true
     spacing: 4
     topMargin: 4
     bottomMargin: 4
-    boundsBehavior: Flickable.StopAtBounds
-    keyNavigationEnabled: false
-    // The row with the keyboard focus: it is kept while it is out of sight, and what is typed into its
-    // field with it.
-    currentIndex: -1
+    // The current row is the one with the keyboard focus: it is kept while it is out of sight, and what
+    // is typed into its field with it.
     highlightFollowsCurrentItem: false
-    // A row beyond either edge, for Tab to go on to; more would only delay the first frame. Not by the
-    // cache: its rows are made in idle time, which may come too late, or in the middle of the end.
-    displayMarginBeginning: 40
-    displayMarginEnd: 40
-    cacheBuffer: 0
     model: viewModel.rows
 
     onSelectedTaskIndexChanged: if (selectedTaskIndex >= 0)
         show(selectedTaskIndex)
 
-    Accessible.role: Accessible.List
     Accessible.name: "Opgaver"
-
-    T.ScrollBar.vertical: OverlayScrollBar {
-    }
-
-    FocusReveal {
-    }
 
     add: Transition {
         enabled: list.isAnimated

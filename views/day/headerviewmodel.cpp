@@ -1,8 +1,7 @@
 #include "views/day/headerviewmodel.h"
 
 #include "model/clock.h"
-
-#include <QLocale>
+#include "views/controls/danishdate.h"
 
 using namespace Qt::StringLiterals;
 
@@ -81,8 +80,7 @@ void HeaderViewModel::setShowBillableTime(bool showBillableTime)
 void HeaderViewModel::updateDate()
 {
     const QDate day = m_timerManager.clock().calendar().dayOf(m_timerManager.selectedDate());
-    const QString text =
-        QLocale(QLocale::Danish, QLocale::Denmark).toString(day, u"dddd d. MMMM yyyy"_s);
+    const QString text = danishDay(day);
     const DateFit fit = fitDate(text, m_dateFont, m_dateRoom);
     if (text == m_dateText && fit == m_dateFit)
         return;

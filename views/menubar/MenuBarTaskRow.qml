@@ -33,26 +33,15 @@ PlainButton {
             anchors.verticalCenter: parent.verticalCenter
             spacing: 1
 
-            Rectangle {
+            CodeBadge {
                 objectName: "badge"
                 visible: row.viewModel.projectCode !== undefined
-                width: Math.min(code.implicitWidth + 8, parent.width)
-                height: code.height + 2
+                width: Math.min(implicitWidth, parent.width)
                 radius: 2
-                color: Qt.alpha(Theme.brandAccent, 0.15)
-
-                ElidingLabel {
-                    id: code
-
-                    objectName: "badgeText"
-                    x: 4
-                    y: 1
-                    width: parent.width - 8
-                    text: row.viewModel.projectCode ?? ""
-                    font.pixelSize: 9
-                    font.weight: Font.Medium
-                    color: Theme.brandAccent
-                }
+                code: row.viewModel.projectCode ?? ""
+                fontSize: 9
+                horizontalPadding: 4
+                verticalPadding: 1
             }
 
             ElidingLabel {

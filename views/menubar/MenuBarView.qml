@@ -1,7 +1,6 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import QtQuick.Templates as T
 import TimeTracker.Views.Controls
 import TimeTracker.Views.MenuBar
 
@@ -15,11 +14,7 @@ FocusScope {
     signal quit
     signal closeRequested
 
-    component Command: PlainButton {
-        id: command
-
-        property string symbol
-
+    component Command: LabelledButton {
         width: panel.width
         leftPadding: 12
         rightPadding: 12
@@ -29,22 +24,6 @@ FocusScope {
         rightInset: 2
         topInset: 2
         bottomInset: 2
-
-        contentItem: Row {
-            spacing: 8
-
-            SymbolImage {
-                anchors.verticalCenter: parent.verticalCenter
-                name: command.symbol
-                color: Theme.primary
-            }
-
-            TextLabel {
-                anchors.verticalCenter: parent.verticalCenter
-                text: command.label
-                Accessible.ignored: true
-            }
-        }
     }
 
     function moveFocus(forward: bool) {
@@ -125,7 +104,7 @@ FocusScope {
 
             // Always of full height, so that it makes at once as many rows as can be seen: from them
             // the panel takes its own height, before it is shown.
-            ListView {
+            PlainList {
                 id: list
 
                 objectName: "panelList"
@@ -134,24 +113,10 @@ FocusScope {
                 spacing: 2
                 topMargin: 4
                 bottomMargin: 4
-                boundsBehavior: Flickable.StopAtBounds
-                keyNavigationEnabled: false
-                currentIndex: -1
-                // A row beyond either edge, for Tab to go on to.
-                displayMarginBeginning: 40
-                displayMarginEnd: 40
-                cacheBuffer: 0
                 model: panel.viewModel.rows
 
-                Accessible.role: Accessible.List
                 Accessible.name: "Opgaver i dag"
                 Component.onCompleted: forceLayout()
-
-                T.ScrollBar.vertical: OverlayScrollBar {
-                }
-
-                FocusReveal {
-                }
 
                 delegate: MenuBarTaskRow {
                     id: entry

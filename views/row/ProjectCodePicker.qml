@@ -14,7 +14,7 @@ Item {
     /// A longer code elides, but for its first letters.
     property real maximumWidth: 160
     /// The least that it takes, whatever its maximum.
-    readonly property real minimumWidth: hasCode ? Math.min(badge.fullWidth, 36) : tag.width
+    readonly property real minimumWidth: hasCode ? Math.min(badge.implicitWidth, 36) : tag.width
 
     readonly property real radius: 4
     readonly property bool hasCode: selectedCode !== undefined
@@ -62,31 +62,18 @@ Item {
         opacity: 0.6
     }
 
-    Rectangle {
+    CodeBadge {
         id: badge
-
-        readonly property real fullWidth: code.implicitWidth + 12
 
         objectName: "badge"
         visible: picker.hasCode
-        width: Math.max(picker.minimumWidth, Math.min(fullWidth, picker.maximumWidth))
-        height: code.height + 4
+        width: Math.max(picker.minimumWidth, Math.min(implicitWidth, picker.maximumWidth))
         radius: picker.radius
-        color: Qt.alpha(Theme.brandAccent, 0.15)
-
-        ElidingLabel {
-            id: code
-
-            objectName: "badgeText"
-            x: 6
-            y: 2
-            width: parent.width - 12
-            text: picker.codeText
-            font.pixelSize: 10
-            font.weight: Font.Medium
-            color: Theme.brandAccent
-            Accessible.ignored: true
-        }
+        code: picker.codeText
+        fontSize: 10
+        horizontalPadding: 6
+        verticalPadding: 2
+        isSpoken: false
     }
 
     OnDemand {

@@ -104,7 +104,7 @@ Flickable {
         color: Theme.tertiary
     }
 
-    ListView {
+    PlainList {
         id: list
 
         objectName: "panelList"
@@ -114,23 +114,11 @@ Flickable {
         width: panel.width - 2 * x
         height: Math.max(panel.leastBodyHeight, panel.contentHeight - y - panel.padding)
         visible: !emptyLabel.visible
-        clip: true
         spacing: 2
-        boundsBehavior: Flickable.StopAtBounds
-        keyNavigationEnabled: false
-        currentIndex: -1
-        // An entry beyond either edge, for Tab to go on to.
-        displayMarginBeginning: 40
-        displayMarginEnd: 40
-        cacheBuffer: 0
         model: panel.viewModel.rows
         delegate: panel.entry
 
-        Accessible.role: Accessible.List
         Accessible.name: panel.title
-
-        T.ScrollBar.vertical: OverlayScrollBar {
-        }
 
         // At once, and not when the next frame is drawn: only so does the entry that has moved under
         // a resting pointer learn of it.

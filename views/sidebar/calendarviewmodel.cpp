@@ -1,8 +1,6 @@
 #include "views/sidebar/calendarviewmodel.h"
 
-#include <QLocale>
-
-using namespace Qt::StringLiterals;
+#include "views/controls/danishdate.h"
 
 namespace
 {
@@ -45,7 +43,7 @@ void CalendarViewModel::setSelectedDate(Instant date)
 
 QString CalendarViewModel::title() const
 {
-    return QLocale(QLocale::Danish, QLocale::Denmark).toString(m_displayedMonth, u"MMMM yyyy"_s);
+    return danishMonth(m_displayedMonth);
 }
 
 QDate CalendarViewModel::dayOf(Instant instant) const

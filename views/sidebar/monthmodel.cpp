@@ -1,12 +1,9 @@
 #include "views/sidebar/monthmodel.h"
 
+#include "views/controls/danishdate.h"
 #include "views/sidebar/monthgrid.h"
 
-#include <QLocale>
-
 #include <algorithm>
-
-using namespace Qt::StringLiterals;
 
 namespace
 {
@@ -85,7 +82,7 @@ QVariant MonthModel::data(const QModelIndex &index, int role) const
     case DateRole:
         return m_calendar.startOfDay(day).value_or(0);
     case NameRole:
-        return QLocale(QLocale::Danish, QLocale::Denmark).toString(day, u"dddd d. MMMM yyyy"_s);
+        return danishDay(day);
     case IsSelectedRole:
         return day.isValid() && day == m_selectedDay;
     case IsTodayRole:
