@@ -4,7 +4,7 @@
 enum class Backend {
     /// Not yet: something better than what is there may still come.
     None,
-    /// An item in the desktop's panel, with icon, label, tooltip and menu.
+    /// An item in the desktop's bar, with icon, label, tooltip and menu.
     StatusNotifier,
     /// An icon in an X11 tray.
     XEmbed,

@@ -66,7 +66,7 @@ const QDBusArgument &operator>>(const QDBusArgument &argument, DBusMenuPropertyN
 QDBusArgument &operator<<(QDBusArgument &argument, const DBusMenuEvent &event);
 const QDBusArgument &operator>>(const QDBusArgument &argument, DBusMenuEvent &event);
 
-/// A flat menu that the desktop's panel shows in its own style. It tells the panel of what differs
+/// A flat menu that the desktop's bar shows in its own style. It tells the bar of what differs
 /// and of nothing else. Its names on the bus are fixed by the protocol.
 class DBusMenu : public QObject, protected QDBusContext
 {

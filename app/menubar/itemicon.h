@@ -20,14 +20,14 @@ QDBusArgument &operator<<(QDBusArgument &argument, const IconPixmap &pixmap);
 const QDBusArgument &operator>>(const QDBusArgument &argument, IconPixmap &pixmap);
 
 /// The menu-bar item's symbol "timer" in the forms that desktops ask for. Its colour can be seen on
-/// light and on dark panels: of those that do not recolour it, nothing tells which they are.
+/// light and on dark bars: of those that do not recolour it, nothing tells which they are.
 namespace itemicon
 {
 
-/// In all sizes that panels use.
+/// In all sizes that bars use.
 QIcon icon();
 QList<IconPixmap> pixmaps();
-/// The installed symbolic icon's name, which panels recolour; where it is not installed the path of
+/// The installed symbolic icon's name, which bars recolour; where it is not installed the path of
 /// a picture, which is written to the user's cache. Empty if that fails.
 QString nameOrPath();
 

@@ -42,7 +42,7 @@ void MenuBarExtra::setIsMainWindowOpen(bool isOpen)
 
 void MenuBarExtra::onTraysChanged()
 {
-    // A desktop's panel may be on its way, at login or after a crash.
+    // A desktop's bar may be on its way, at login or after a crash.
     m_settlingTimer.start();
     choose();
 }

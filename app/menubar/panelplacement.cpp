@@ -5,7 +5,7 @@
 namespace
 {
 
-/// How deep a desktop's panel reaches into the screen where it does not say so.
+/// How deep a desktop's bar reaches into the screen where it does not say so.
 constexpr int PanelDepth = 48;
 
 QPoint toLogical(const QPoint &point, const PanelScreen &screen)
@@ -15,7 +15,7 @@ QPoint toLogical(const QPoint &point, const PanelScreen &screen)
            QPoint(static_cast<int>(offset.x()), static_cast<int>(offset.y()));
 }
 
-bool isWherePanelsAre(const QPoint &point, const PanelScreen &screen)
+bool isWhereBarsAre(const QPoint &point, const PanelScreen &screen)
 {
     const QRect inner = screen.geometry.adjusted(PanelDepth, PanelDepth, -PanelDepth, -PanelDepth);
     return screen.geometry.contains(point) &&
@@ -30,7 +30,7 @@ QRect panelAnchor(const PanelClick &click, const QList<PanelScreen> &screens)
 
     if (click.pointer) {
         for (const PanelScreen &screen : screens) {
-            if (isWherePanelsAre(*click.pointer, screen))
+            if (isWhereBarsAre(*click.pointer, screen))
                 return point(*click.pointer);
         }
     }

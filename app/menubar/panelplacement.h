@@ -10,7 +10,7 @@
 /// One screen, in logical pixels. With scaling, its corner keeps its physical coordinates.
 struct PanelScreen {
     QRect geometry;
-    /// What the desktop's own panels leave free.
+    /// What the desktop's own bars leave free.
     QRect available;
     /// Physical pixels for each logical one.
     double scale = 1;
@@ -18,7 +18,7 @@ struct PanelScreen {
 
 /// Where the item was clicked, as far as it is known.
 struct PanelClick {
-    /// What the desktop's panel says, in physical pixels: (0, 0) if it does not know. Some name a
+    /// What the desktop's bar says, in physical pixels: (0, 0) if it does not know. Some name a
     /// point inside of their own window.
     QPoint reported;
     /// Where the pointer is, in logical pixels.
@@ -26,7 +26,7 @@ struct PanelClick {
 };
 
 /// The place of the item, as well as it can be told, in logical pixels: the pointer, if it is where
-/// desktops have their panels; else what was reported; else the first screen's top right corner.
+/// desktops have their bars; else what was reported; else the first screen's top right corner.
 /// @p screens is not empty; the first one is the primary one.
 QRect panelAnchor(const PanelClick &click, const QList<PanelScreen> &screens);
 

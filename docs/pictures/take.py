@@ -21,9 +21,9 @@ SCALE = 2
 SIZE = (760, 530)
 SCREEN = (1600, 1200)
 DESKTOP_COLOUR = "#5b7f8c"
-PANEL_HEIGHT = 28
+BAR_HEIGHT = 28
 # As high as it is on the screen.
-desktop.PANEL_HEIGHT = PANEL_HEIGHT * SCALE
+desktop.BAR_HEIGHT = BAR_HEIGHT * SCALE
 
 CODES = [("ADM", "Administration"), ("HAVN", "Havneportal"), ("TILBUD", "")]
 TEMPLATES = ["Morgenmøde", "E-mail", "Kørsel"]
@@ -43,7 +43,7 @@ object-id-list=['tray']
 [org/mate/panel/toplevels/top]
 expand=true
 orientation='top'
-size={PANEL_HEIGHT}
+size={BAR_HEIGHT}
 [org/mate/panel/objects/tray]
 object-type='applet'
 applet-iid='NotificationAreaAppletFactory::NotificationArea'
@@ -135,14 +135,14 @@ class Pictures(harness.Story):
         environment = {
             "HOME": str(self.home), "XDG_CONFIG_HOME": f"{self.home}/.config",
             "GSETTINGS_BACKEND": "keyfile", "GDK_SCALE": str(SCALE), "NO_AT_BRIDGE": "1"}
-        # What is in the panel is started by the bus.
+        # What is in the bar is started by the bus.
         subprocess.run(["dbus-update-activation-environment",
                         *(f"{name}={value}" for name, value in environment.items())], check=True)
         panel = subprocess.Popen(["mate-panel"], env=os.environ | environment,
                                  stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
                                  stderr=subprocess.DEVNULL)
         try:
-            wait_until(desktop.has_watcher, "the panel is there", 60)
+            wait_until(desktop.has_watcher, "the bar is there", 60)
             yield
         finally:
             panel.terminate()

@@ -15,8 +15,8 @@ from gi.repository import Gio, GLib
 
 from harness import DEADLINE, seconds, wait_until, xdotool
 
-# The panels stand at the top edge and are this high.
-PANEL_HEIGHT = 28
+# The bars stand at the top edge and are this high.
+BAR_HEIGHT = 28
 ICON_COLOUR = "#27a4a8"
 
 XFCE_PANEL = f"""<?xml version="1.0" encoding="UTF-8"?>
@@ -28,7 +28,7 @@ XFCE_PANEL = f"""<?xml version="1.0" encoding="UTF-8"?>
       <property name="position" type="string" value="p=6;x=0;y=0"/>
       <property name="position-locked" type="bool" value="true"/>
       <property name="length" type="uint" value="100"/>
-      <property name="size" type="uint" value="{PANEL_HEIGHT}"/>
+      <property name="size" type="uint" value="{BAR_HEIGHT}"/>
       <property name="plugin-ids" type="array">
         <value type="int" value="1"/>
         <value type="int" value="2"/>
@@ -74,10 +74,10 @@ def _running(*command):
 
 
 @contextlib.contextmanager
-def status_notifier_panel():
-    """A desktop's panel that shows status notifier items."""
+def status_notifier_host():
+    """A desktop's bar that shows status notifier items."""
     with _running("xfce4-panel", "--disable-wm-check"):
-        wait_until(has_watcher, "the panel is there", 60)
+        wait_until(has_watcher, "the bar is there", 60)
         yield
 
 
@@ -85,7 +85,7 @@ def status_notifier_panel():
 def xembed_tray():
     """A tray of the old kind."""
     with _running("trayer", "--edge", "top", "--align", "right", "--width", "20", "--height",
-                  str(PANEL_HEIGHT), "--heighttype", "pixel", "--SetPartialStrut", "true"):
+                  str(BAR_HEIGHT), "--heighttype", "pixel", "--SetPartialStrut", "true"):
         yield
 
 
@@ -106,14 +106,14 @@ def has_watcher():
 
 
 def _items():
-    """The bus names of all that the panel shows."""
+    """The bus names of all that the bar shows."""
     items = _property("org.kde.StatusNotifierWatcher", "/StatusNotifierWatcher",
                       "org.kde.StatusNotifierWatcher", "RegisteredStatusNotifierItems")
     return [item.partition("/")[0] for item in items]
 
 
 def item_label():
-    """The text beside the one item's icon, for panels that show it; None without an item."""
+    """The text beside the one item's icon, for bars that show it; None without an item."""
     items = _items()
     if len(items) != 1:
         return None
@@ -122,7 +122,7 @@ def item_label():
 
 
 def activate_item():
-    """What a panel does whose user presses the item by keyboard."""
+    """What a bar does whose user presses the item by keyboard."""
     _call(_items()[0], "/StatusNotifierItem", "org.kde.StatusNotifierItem", "Activate",
           GLib.Variant("(ii)", (0, 0)), "()")
 
@@ -134,24 +134,24 @@ def item_seconds():
 
 
 def _find_icon():
-    """The middle of what has the icon's colour within the panel at the top edge, or None."""
+    """The middle of what has the icon's colour within the bar at the top edge, or None."""
     picture = subprocess.run(["import", "-silent", "-window", "root", "png:-"], check=True,
                              capture_output=True).stdout
     found = subprocess.run(
-        ["convert", "png:-", "-crop", f"x{PANEL_HEIGHT}+0+0", "+repage", "-fuzz", "3%",
+        ["convert", "png:-", "-crop", f"x{BAR_HEIGHT}+0+0", "+repage", "-fuzz", "3%",
          "-fill", "black", "+opaque", ICON_COLOUR, "-fill", "white", "-opaque", ICON_COLOUR,
          "-threshold", "1%", "-trim", "-format", "%w %h %X %Y", "info:"],
         input=picture, capture_output=True, check=False).stdout.split()
     if len(found) != 4:
         return None
     width, height, x, y = map(int, found)
-    return (x + width // 2, y + height // 2) if 6 <= width <= PANEL_HEIGHT and x >= 0 else None
+    return (x + width // 2, y + height // 2) if 6 <= width <= BAR_HEIGHT and x >= 0 else None
 
 
 def click_item():
-    """Clicks the item's icon in the panel, once it stands still."""
+    """Clicks the item's icon in the bar, once it stands still."""
     def still():
         place = _find_icon()
         return place if place is not None and place == _find_icon() else None
-    x, y = wait_until(still, "the item's icon is in the panel")
+    x, y = wait_until(still, "the item's icon is in the bar")
     xdotool("mousemove", x, y, "click", 1)

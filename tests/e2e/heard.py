@@ -215,7 +215,7 @@ class Heard(harness.Story):
         program.ends_well()
 
     def shouldOpenThePanelWhenADesktopActivatesTheItem(self):
-        with desktop.status_notifier_panel(), self.running() as program:
+        with desktop.status_notifier_host(), self.running() as program:
             program.make_task(FIRST)
             wait_until(lambda: desktop.item_label() == "", "the item is there")
             with Listener(program, "window:activate", FOCUSED) as listener:

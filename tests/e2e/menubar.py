@@ -1,4 +1,4 @@
-"""The item in the desktop's panel, on desktops with and without a place for it."""
+"""The item in the desktop's bar, on desktops with and without a place for it."""
 
 import subprocess
 
@@ -56,7 +56,7 @@ class MenuBar(harness.Story):
     program = MenuBarProgram
 
     def shouldTimeTasksFromAStatusNotifierPanel(self):
-        with desktop.status_notifier_panel():
+        with desktop.status_notifier_host():
             with self.running() as program:
                 wait_until(lambda: desktop.item_label() == "", "the item has no label")
                 program.make_task(TASK)
@@ -102,7 +102,7 @@ class MenuBar(harness.Story):
             wait_until(lambda: seconds(program.all("text", within=clock)[0].get_name()) >= 1,
                        "the clock window counts up")
 
-            with desktop.status_notifier_panel():
+            with desktop.status_notifier_host():
                 program.see_no_window_called(CLOCK)
                 wait_until(lambda: desktop.item_seconds() >= 1, "the item has the clock")
             program.see_window_called(CLOCK)

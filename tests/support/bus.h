@@ -21,7 +21,7 @@ inline void settle()
         QTest::qFail("the event loop does not run", __FILE__, __LINE__);
 }
 
-/// A second party on the session bus, as a desktop's panel is one. Its calls let the event loop
+/// A second party on the session bus, as a desktop's bar is one. Its calls let the event loop
 /// run, as the other side lives in the same thread.
 class Peer : public QObject
 {

@@ -127,8 +127,8 @@ FocusScope {
         height: parent.height
         color: Theme.controlBackground
 
-        // The panels share what the calendar leaves.
-        readonly property real panelHeight: (height - calendar.height - 2) / 2
+        // The sections share what the calendar leaves.
+        readonly property real sectionHeight: (height - calendar.height - 2) / 2
 
         CalendarView {
             id: calendar
@@ -153,7 +153,7 @@ FocusScope {
             objectName: "templates"
             anchors.top: templatesDivider.bottom
             width: parent.width
-            height: Math.floor(sideColumn.panelHeight)
+            height: Math.floor(sideColumn.sectionHeight)
             viewModel: content.viewModel.templates
         }
 

@@ -3,7 +3,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import TimeTracker.Views.Controls
 
-/// The end of a panel's form: add it or not.
+/// The end of a section's form: add it or not.
 Row {
     id: buttons
 

@@ -3,7 +3,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import TimeTracker.Views.Controls
 
-/// An entry of a panel's list. While the pointer or the keyboard is in it, it has a ground, and a mark
+/// An entry of a section's list. While the pointer or the keyboard is in it, it has a ground, and a mark
 /// to delete it by; its content makes room for that.
 FocusScope {
     id: entry

@@ -5,9 +5,9 @@ import TimeTracker.Model
 import TimeTracker.Views.Controls
 import TimeTracker.Views.Sidebar
 
-/// The project codes panel.
-Panel {
-    id: panel
+/// The project codes section.
+Section {
+    id: section
 
     readonly property ProjectCodeListViewModel projectCodes: viewModel as ProjectCodeListViewModel
 
@@ -35,11 +35,11 @@ Panel {
                 objectName: "codeField"
                 width: 60
                 placeholderText: "Kode"
-                text: panel.projectCodes.newCode
-                onTextChanged: panel.projectCodes.newCode = text
+                text: section.projectCodes.newCode
+                onTextChanged: section.projectCodes.newCode = text
 
                 Connections {
-                    target: panel.projectCodes
+                    target: section.projectCodes
 
                     function onAddingStarted() {
                         codeField.forceActiveFocus();
@@ -53,9 +53,9 @@ Panel {
                 anchors.leftMargin: 4
                 anchors.right: parent.right
                 placeholderText: "Navn (valgfrit)"
-                text: panel.projectCodes.newName
-                onTextChanged: panel.projectCodes.newName = text
-                onAccepted: panel.projectCodes.addProjectCode()
+                text: section.projectCodes.newName
+                onTextChanged: section.projectCodes.newName = text
+                onAccepted: section.projectCodes.addProjectCode()
             }
         }
 
@@ -63,9 +63,9 @@ Panel {
             anchors.right: parent.right
             spacing: 8
             addName: "Tilføj projektkode"
-            canAdd: panel.projectCodes.canAdd
-            onAdd: panel.projectCodes.addProjectCode()
-            onCancel: panel.projectCodes.cancelAdding()
+            canAdd: section.projectCodes.canAdd
+            onAdd: section.projectCodes.addProjectCode()
+            onCancel: section.projectCodes.cancelAdding()
         }
     }
 
@@ -74,6 +74,6 @@ Panel {
 
         width: ListView.view.width
         projectCode: object
-        onDeleteRequested: panel.projectCodes.deleteProjectCode(object)
+        onDeleteRequested: section.projectCodes.deleteProjectCode(object)
     }
 }

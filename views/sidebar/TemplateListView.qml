@@ -5,9 +5,9 @@ import TimeTracker.Model
 import TimeTracker.Views.Controls
 import TimeTracker.Views.Sidebar
 
-/// The templates panel.
-Panel {
-    id: panel
+/// The templates section.
+Section {
+    id: section
 
     readonly property TemplateListViewModel templates: viewModel as TemplateListViewModel
 
@@ -31,13 +31,13 @@ Panel {
             isFilled: true
             placeholderText: "Navn"
             font.pixelSize: 11
-            text: panel.templates.newTemplateName
-            onTextChanged: panel.templates.newTemplateName = text
-            onAccepted: panel.templates.addTemplate()
+            text: section.templates.newTemplateName
+            onTextChanged: section.templates.newTemplateName = text
+            onAccepted: section.templates.addTemplate()
             Accessible.name: placeholderText
 
             Connections {
-                target: panel.templates
+                target: section.templates
 
                 function onAddingStarted() {
                     nameField.forceActiveFocus();
@@ -52,9 +52,9 @@ Panel {
             anchors.verticalCenter: parent.verticalCenter
             spacing: 4
             addName: "Tilføj skabelon"
-            canAdd: panel.templates.canAdd
-            onAdd: panel.templates.addTemplate()
-            onCancel: panel.templates.cancelAdding()
+            canAdd: section.templates.canAdd
+            onAdd: section.templates.addTemplate()
+            onCancel: section.templates.cancelAdding()
         }
     }
 
@@ -63,7 +63,7 @@ Panel {
 
         width: ListView.view.width
         taskTemplate: object
-        onTap: panel.templates.addTask(name)
-        onDeleteRequested: panel.templates.deleteTemplate(object)
+        onTap: section.templates.addTask(name)
+        onDeleteRequested: section.templates.deleteTemplate(object)
     }
 }

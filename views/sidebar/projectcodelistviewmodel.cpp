@@ -3,7 +3,7 @@
 #include "views/controls/trimming.h"
 
 ProjectCodeListViewModel::ProjectCodeListViewModel(ModelContext &modelContext)
-    : PanelViewModel(modelContext, ProjectCode::type)
+    : SectionViewModel(modelContext, ProjectCode::type)
 {
 }
 

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "model/projectcode.h"
-#include "views/sidebar/panelviewmodel.h"
+#include "views/sidebar/sectionviewmodel.h"
 
 /// The project codes, and the adding and deleting of one.
-class ProjectCodeListViewModel : public PanelViewModel
+class ProjectCodeListViewModel : public SectionViewModel
 {
     Q_OBJECT
     QML_ELEMENT

@@ -3,7 +3,7 @@
 #include "views/controls/trimming.h"
 
 TemplateListViewModel::TemplateListViewModel(ModelContext &modelContext)
-    : PanelViewModel(modelContext, TaskTemplate::type)
+    : SectionViewModel(modelContext, TaskTemplate::type)
 {
 }
 

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "model/tasktemplate.h"
-#include "views/sidebar/panelviewmodel.h"
+#include "views/sidebar/sectionviewmodel.h"
 
 /// The templates, and the adding and deleting of one.
-class TemplateListViewModel : public PanelViewModel
+class TemplateListViewModel : public SectionViewModel
 {
     Q_OBJECT
     QML_ELEMENT

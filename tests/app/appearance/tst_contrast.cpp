@@ -247,9 +247,9 @@ private Q_SLOTS:
         const Fixture f;
 
         // when
-        for (const QString &panel : {u"templates"_s, u"projectCodes"_s}) {
+        for (const QString &section : {u"templates"_s, u"projectCodes"_s}) {
             const QQuickItem *const plus =
-                qmltest::findItem(f.window->item(panel), u"plusButton"_s);
+                qmltest::findItem(f.window->item(section), u"plusButton"_s);
             QTest::mouseClick(f.window.get(), Qt::LeftButton, {}, qmltest::centre(plus));
         }
 

@@ -6,7 +6,7 @@
 
 using namespace Qt::StringLiterals;
 
-/// The menu as a desktop's panel speaks to it, over a real bus.
+/// The menu as a desktop's bar speaks to it, over a real bus.
 class TestDBusMenu : public QObject
 {
     Q_OBJECT

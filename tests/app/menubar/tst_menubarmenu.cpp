@@ -9,7 +9,7 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-/// The menu's content, as a desktop's panel reads it.
+/// The menu's content, as a desktop's bar reads it.
 class TestMenuBarMenu : public QObject
 {
     Q_OBJECT

@@ -10,9 +10,9 @@ class TestPanelPlacement : public QObject
 private:
     static constexpr QSize panel{240, 200};
 
-    /// A screen of 1000 × 800 with a desktop's panel of 30.
-    static PanelScreen withTopPanel() { return {{0, 0, 1000, 800}, {0, 30, 1000, 770}, 1}; }
-    static PanelScreen withBottomPanel() { return {{0, 0, 1000, 800}, {0, 0, 1000, 770}, 1}; }
+    /// A screen of 1000 × 800 with a desktop's bar of 30.
+    static PanelScreen withTopBar() { return {{0, 0, 1000, 800}, {0, 30, 1000, 770}, 1}; }
+    static PanelScreen withBottomBar() { return {{0, 0, 1000, 800}, {0, 0, 1000, 770}, 1}; }
 
     static QPoint place(const PanelClick &click, const QList<PanelScreen> &screens)
     {
@@ -22,20 +22,20 @@ private:
 private Q_SLOTS:
     void shouldHangBelowATopPanelCentredUnderTheItem()
     {
-        QCOMPARE(place({{}, QPoint(500, 15)}, {withTopPanel()}), QPoint(500 - 120, 30));
+        QCOMPARE(place({{}, QPoint(500, 15)}, {withTopBar()}), QPoint(500 - 120, 30));
     }
 
     void shouldStandAboveABottomPanel()
     {
-        QCOMPARE(place({{}, QPoint(500, 785)}, {withBottomPanel()}), QPoint(500 - 120, 770 - 200));
+        QCOMPARE(place({{}, QPoint(500, 785)}, {withBottomBar()}), QPoint(500 - 120, 770 - 200));
     }
 
     void shouldStayOnTheScreenInEachCorner()
     {
-        QCOMPARE(place({{}, QPoint(0, 15)}, {withTopPanel()}), QPoint(0, 30));
-        QCOMPARE(place({{}, QPoint(999, 15)}, {withTopPanel()}), QPoint(760, 30));
-        QCOMPARE(place({{}, QPoint(0, 799)}, {withBottomPanel()}), QPoint(0, 570));
-        QCOMPARE(place({{}, QPoint(999, 799)}, {withBottomPanel()}), QPoint(760, 570));
+        QCOMPARE(place({{}, QPoint(0, 15)}, {withTopBar()}), QPoint(0, 30));
+        QCOMPARE(place({{}, QPoint(999, 15)}, {withTopBar()}), QPoint(760, 30));
+        QCOMPARE(place({{}, QPoint(0, 799)}, {withBottomBar()}), QPoint(0, 570));
+        QCOMPARE(place({{}, QPoint(999, 799)}, {withBottomBar()}), QPoint(760, 570));
     }
 
     void shouldStandBesideAPanelAtTheLeftOrRightEdge()
@@ -48,10 +48,10 @@ private Q_SLOTS:
 
     void shouldBelieveAPointerInADesktopsPanelMoreThanWhatIsReported()
     {
-        QCOMPARE(place({{15, 14}, QPoint(900, 15)}, {withTopPanel()}), QPoint(760, 30));
+        QCOMPARE(place({{15, 14}, QPoint(900, 15)}, {withTopBar()}), QPoint(760, 30));
     }
 
-    void shouldBelieveAPointerAtAnEdgeWherePanelsTakeNoRoom()
+    void shouldBelieveAPointerAtAnEdgeWhereBarsTakeNoRoom()
     {
         const PanelScreen screen{{0, 0, 1000, 800}, {0, 0, 1000, 800}, 1};
         QCOMPARE(place({{15, 14}, QPoint(500, 20)}, {screen}), QPoint(380, 21));
@@ -60,15 +60,15 @@ private Q_SLOTS:
 
     void shouldBelieveWhatIsReportedWhileThePointerIsElsewhere()
     {
-        QCOMPARE(place({{500, 15}, QPoint(300, 400)}, {withTopPanel()}), QPoint(380, 30));
-        QCOMPARE(place({{500, 15}, std::nullopt}, {withTopPanel()}), QPoint(380, 30));
+        QCOMPARE(place({{500, 15}, QPoint(300, 400)}, {withTopBar()}), QPoint(380, 30));
+        QCOMPARE(place({{500, 15}, std::nullopt}, {withTopBar()}), QPoint(380, 30));
     }
 
     void shouldGoToTheTopRightCornerWhenNothingIsKnown()
     {
-        QCOMPARE(place({{0, 0}, std::nullopt}, {withTopPanel()}), QPoint(760, 31));
-        QCOMPARE(place({{0, 0}, QPoint(300, 400)}, {withTopPanel()}), QPoint(760, 31));
-        QCOMPARE(place({{5000, 5000}, QPoint(300, 400)}, {withTopPanel()}), QPoint(760, 31));
+        QCOMPARE(place({{0, 0}, std::nullopt}, {withTopBar()}), QPoint(760, 31));
+        QCOMPARE(place({{0, 0}, QPoint(300, 400)}, {withTopBar()}), QPoint(760, 31));
+        QCOMPARE(place({{5000, 5000}, QPoint(300, 400)}, {withTopBar()}), QPoint(760, 31));
     }
 
     void shouldTakeWhatIsReportedForPhysicalPixels()
@@ -80,7 +80,7 @@ private Q_SLOTS:
     void shouldGoToTheScreenThatWasClicked()
     {
         // The second screen is scaled; its corner keeps its physical place.
-        const QList<PanelScreen> screens{withTopPanel(),
+        const QList<PanelScreen> screens{withTopBar(),
                                          {{1000, 0, 960, 540}, {1000, 0, 960, 510}, 2}};
         QCOMPARE(place({{}, QPoint(1500, 525)}, screens), QPoint(1500 - 120, 510 - 200));
         QCOMPARE(place({{2000, 1050}, std::nullopt}, screens), QPoint(1500 - 120, 510 - 200));
@@ -89,7 +89,7 @@ private Q_SLOTS:
 
     void shouldWorkLeftOfAndAboveTheFirstScreen()
     {
-        const QList<PanelScreen> screens{withTopPanel(),
+        const QList<PanelScreen> screens{withTopBar(),
                                          {{-1280, -200, 1280, 1024}, {-1280, -170, 1280, 994}, 1}};
         QCOMPARE(place({{}, QPoint(-100, -190)}, screens), QPoint(-240, -170));
     }
@@ -103,7 +103,7 @@ private Q_SLOTS:
 
     void shouldKeepClearOfAnItemThatIsAWindow()
     {
-        const QList<PanelScreen> screens{withTopPanel()};
+        const QList<PanelScreen> screens{withTopBar()};
         QCOMPARE(panelPosition(panel, {400, 100, 120, 28}, screens), QPoint(459 - 120, 128));
         QCOMPARE(panelPosition(panel, {400, 600, 120, 28}, screens), QPoint(459 - 120, 400));
     }

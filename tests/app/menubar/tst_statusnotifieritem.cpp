@@ -11,7 +11,7 @@
 
 using namespace Qt::StringLiterals;
 
-/// The item as a desktop's panel speaks to it, over a real bus.
+/// The item as a desktop's bar speaks to it, over a real bus.
 class TestStatusNotifierItem : public QObject
 {
     Q_OBJECT

@@ -1707,20 +1707,20 @@ private Q_SLOTS:
         QCOMPARE(f.selectedRow(), 0);
     }
 
-    void shouldReachEveryButtonOfThePanelsInTheSmallestWindow()
+    void shouldReachEveryButtonOfTheSectionsInTheSmallestWindow()
     {
         Fixture f(1, {550, 350});
         for (int i = 0; i < 10; ++i) {
             f.store.insert<TaskTemplate>(u"Skabelon %1"_s.arg(i), i);
             f.store.insert<ProjectCode>(u"KODE-%1"_s.arg(i), u"Kunde"_s, i);
         }
-        for (const char *panel : {"templates", "projectCodes"}) {
-            f.click(findItem(f.item(panel), u"plusButton"_s));
-            const QRectF frame = f.place(panel);
+        for (const char *section : {"templates", "projectCodes"}) {
+            f.click(findItem(f.item(section), u"plusButton"_s));
+            const QRectF frame = f.place(section);
             for (const char *button : {"addButton", "cancelButton"}) {
-                const QQuickItem *const item = findItem(f.item(panel), QString::fromLatin1(button));
+                const QQuickItem *const item = findItem(f.item(section), QString::fromLatin1(button));
                 QVERIFY2(item, button);
-                // the wheel brings it into the panel's share
+                // the wheel brings it into the section's share
                 for (int turn = 0; turn < 20 && !frame.contains(item->mapRectToScene(
                                                     QRectF(0, 0, item->width(), item->height())));
                      ++turn) {

@@ -1,5 +1,5 @@
 #include "model/projectcode.h"
-#include "panelfixture.h"
+#include "sectionfixture.h"
 #include "views/sidebar/projectcodelistviewmodel.h"
 
 #include <cmath>
@@ -7,13 +7,13 @@
 using namespace Qt::StringLiterals;
 using qmltest::findItem;
 
-/// The project codes panel, used with mouse and keys.
+/// The project codes section, used with mouse and keys.
 class TestProjectCodeListView : public QObject
 {
     Q_OBJECT
 
 private:
-    struct Fixture : PanelFixture {
+    struct Fixture : SectionFixture {
         /// Every second code has a name.
         explicit Fixture(int count = 0, int height = 300)
         {
@@ -47,18 +47,18 @@ private Q_SLOTS:
     void shouldLayOutHeaderAndEmptyText()
     {
         const Fixture f;
-        QCOMPARE(f.text(f.item("panelTitle")), u"Projektkoder"_s);
-        QCOMPARE(f.font(f.item("panelTitle")).pixelSize(), 12);
-        QCOMPARE(f.font(f.item("panelTitle")).weight(), QFont::DemiBold);
-        QCOMPARE(f.color(f.item("panelTitle")), Theme().secondary());
-        QCOMPARE(f.place("panelTitle").left(), 12.0 + 8);
+        QCOMPARE(f.text(f.item("sectionTitle")), u"Projektkoder"_s);
+        QCOMPARE(f.font(f.item("sectionTitle")).pixelSize(), 12);
+        QCOMPARE(f.font(f.item("sectionTitle")).weight(), QFont::DemiBold);
+        QCOMPARE(f.color(f.item("sectionTitle")), Theme().secondary());
+        QCOMPARE(f.place("sectionTitle").left(), 12.0 + 8);
         QCOMPARE(f.place("plusButton").right(), 180.0 - 12 - 8);
         QVERIFY(f.item("emptyText")->isVisible());
         QCOMPARE(f.text(f.item("emptyText")), u"Ingen projektkoder"_s);
         QCOMPARE(f.font(f.item("emptyText")).pixelSize(), 11);
         QCOMPARE(f.color(f.item("emptyText")), Theme().tertiary());
         QCOMPARE(f.place("emptyText").left(), 12.0 + 8);
-        QCOMPARE(f.place("emptyText").top(), f.place("panelHeader").bottom() + 8);
+        QCOMPARE(f.place("emptyText").top(), f.place("sectionHeader").bottom() + 8);
     }
 
     void shouldLayOutTheForm()
@@ -71,14 +71,14 @@ private Q_SLOTS:
         const QRectF cancel = f.place("cancelButton");
         QCOMPARE(code.left(), 12.0 + 8);
         QCOMPARE(code.width(), 60.0);
-        QCOMPARE(code.top(), f.place("panelHeader").bottom() + 8);
+        QCOMPARE(code.top(), f.place("sectionHeader").bottom() + 8);
         QCOMPARE(name.left(), code.right() + 4);
         QCOMPARE(name.right(), 180.0 - 12 - 8);
         QCOMPARE(name.top(), code.top());
         QCOMPARE(add.top(), code.bottom() + 4);
         QCOMPARE(cancel.right(), name.right());
         QCOMPARE(add.right() + 8, cancel.left());
-        QCOMPARE(f.place("panelList").top(), cancel.bottom() + 8);
+        QCOMPARE(f.place("sectionList").top(), cancel.bottom() + 8);
         for (const auto &[field, placeholder] :
              {std::pair{"codeField", u"Kode"_s}, std::pair{"nameField", u"Navn (valgfrit)"_s}}) {
             const QQuickItem *const item = f.item(field);
@@ -102,7 +102,7 @@ private Q_SLOTS:
     void shouldLayOutItsRows()
     {
         const Fixture f(2);
-        const QRectF list = f.place("panelList");
+        const QRectF list = f.place("sectionList");
         QCOMPARE(f.entries().size(), 2);
         const QRectF first = f.place(f.entries().at(0));
         const QRectF second = f.place(f.entries().at(1));
@@ -375,12 +375,12 @@ private Q_SLOTS:
         f.type(u"4711"_s);
         f.scrollDown({90, 6});
         QTRY_VERIFY(f.place("cancelButton").bottom() <= 50);
-        QTRY_VERIFY(!f.item("panel")->property("moving").toBool());
+        QTRY_VERIFY(!f.item("section")->property("moving").toBool());
         f.click("addButton");
         QCOMPARE(f.names().size(), 4);
         // the page goes back to where the content now ends
-        QTRY_VERIFY(f.item("panel")->property("contentY").toReal() <=
-                    f.item("panel")->property("contentHeight").toReal() - 50);
+        QTRY_VERIFY(f.item("section")->property("contentY").toReal() <=
+                    f.item("section")->property("contentHeight").toReal() - 50);
     }
 
     void shouldNameItsControls()
@@ -393,7 +393,7 @@ private Q_SLOTS:
             QVERIFY(!f.accessible(item)->state().invisible);
         };
         expect(f.item("plusButton"), QAccessible::Button, u"Ny projektkode"_s);
-        expect(f.item("panelList"), QAccessible::List, u"Projektkoder"_s);
+        expect(f.item("sectionList"), QAccessible::List, u"Projektkoder"_s);
         expect(f.entries().at(0), QAccessible::ListItem, u"4711 – Support"_s);
         expect(f.inEntry(0, "codeText"), QAccessible::StaticText, u"4711"_s);
         expect(f.inEntry(0, "nameText"), QAccessible::StaticText, u"Support"_s);

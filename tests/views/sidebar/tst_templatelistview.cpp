@@ -1,5 +1,5 @@
 #include "model/tasktemplate.h"
-#include "panelfixture.h"
+#include "sectionfixture.h"
 #include "views/sidebar/templatelistviewmodel.h"
 
 #include <cmath>
@@ -8,13 +8,13 @@ using namespace Qt::StringLiterals;
 using qmltest::centre;
 using qmltest::findItem;
 
-/// The templates panel, used with mouse and keys.
+/// The templates section, used with mouse and keys.
 class TestTemplateListView : public QObject
 {
     Q_OBJECT
 
 private:
-    struct Fixture : PanelFixture {
+    struct Fixture : SectionFixture {
         explicit Fixture(int count = 0, int height = 300)
         {
             for (int i = 0; i < count; ++i)
@@ -42,13 +42,13 @@ private Q_SLOTS:
     {
         const Fixture f;
         const Theme theme;
-        const QRectF title = f.place("panelTitle");
+        const QRectF title = f.place("sectionTitle");
         const QRectF plus = f.place("plusButton");
         const QRectF empty = f.place("emptyText");
-        QCOMPARE(f.text(f.item("panelTitle")), u"Skabeloner"_s);
-        QCOMPARE(f.font(f.item("panelTitle")).pixelSize(), 12);
-        QCOMPARE(f.font(f.item("panelTitle")).weight(), QFont::DemiBold);
-        QCOMPARE(f.color(f.item("panelTitle")), theme.secondary());
+        QCOMPARE(f.text(f.item("sectionTitle")), u"Skabeloner"_s);
+        QCOMPARE(f.font(f.item("sectionTitle")).pixelSize(), 12);
+        QCOMPARE(f.font(f.item("sectionTitle")).weight(), QFont::DemiBold);
+        QCOMPARE(f.color(f.item("sectionTitle")), theme.secondary());
         QCOMPARE(title.left(), 12.0 + 8);
         QCOMPARE(std::min(title.top(), plus.top()), 12.0);
         QCOMPARE(plus.right(), 180.0 - 12 - 8);
@@ -58,27 +58,27 @@ private Q_SLOTS:
         QCOMPARE(f.item("plusButton")->property("symbolColor").value<QColor>(),
                  theme.brandAccent());
         QVERIFY(f.item("emptyText")->isVisible());
-        QVERIFY(!f.item("panelList")->isVisible());
+        QVERIFY(!f.item("sectionList")->isVisible());
         QCOMPARE(f.text(f.item("emptyText")), u"Ingen skabeloner"_s);
         QCOMPARE(f.font(f.item("emptyText")).pixelSize(), 11);
         QCOMPARE(f.color(f.item("emptyText")), theme.tertiary());
         QCOMPARE(empty.left(), 12.0 + 8);
         QCOMPARE(empty.right(), 180.0 - 12 - 8);
         QCOMPARE(empty.top(), std::max(title.bottom(), plus.bottom()) + 8);
-        QCOMPARE(f.item("panel")->implicitHeight(), empty.bottom() + 12);
+        QCOMPARE(f.item("section")->implicitHeight(), empty.bottom() + 12);
     }
 
     void shouldLayOutTheAddRow()
     {
         const Fixture f(1);
-        const double listTop = f.place("panelList").top();
+        const double listTop = f.place("sectionList").top();
         f.click("plusButton");
         const QQuickItem *const field = f.item("nameField");
         const QRectF name = f.place("nameField");
         const QRectF add = f.place("addButton");
         const QRectF cancel = f.place("cancelButton");
         QCOMPARE(name.left(), 12.0 + 8);
-        QCOMPARE(name.top(), f.place("panelHeader").bottom() + 8);
+        QCOMPARE(name.top(), f.place("sectionHeader").bottom() + 8);
         QCOMPARE(add.left(), name.right() + 4);
         QCOMPARE(cancel.left(), add.right() + 4);
         QCOMPARE(cancel.right(), 180.0 - 12 - 8);
@@ -101,20 +101,20 @@ private Q_SLOTS:
             QCOMPARE(f.item(button)->property("symbolSize").toInt(), 9);
             QCOMPARE(f.item(button)->property("symbolColor").value<QColor>(), color);
         }
-        QCOMPARE(f.place("panelList").top(), name.bottom() + 8);
+        QCOMPARE(f.place("sectionList").top(), name.bottom() + 8);
         f.click("cancelButton");
         QVERIFY(!f.maybe("nameField"));
-        QCOMPARE(f.place("panelList").top(), listTop);
+        QCOMPARE(f.place("sectionList").top(), listTop);
     }
 
     void shouldLayOutItsEntries()
     {
         const Fixture f(3);
         QCOMPARE(f.entries().size(), 3);
-        const QRectF list = f.place("panelList");
+        const QRectF list = f.place("sectionList");
         QCOMPARE(list.left(), 12.0);
         QCOMPARE(list.right(), 180.0 - 12);
-        QCOMPARE(list.top(), f.place("panelHeader").bottom() + 8);
+        QCOMPARE(list.top(), f.place("sectionHeader").bottom() + 8);
         QCOMPARE(list.bottom(), 300.0 - 12);
         for (int i = 0; i < 3; ++i) {
             const QRectF entry = f.place(f.entries().at(i));
@@ -131,7 +131,7 @@ private Q_SLOTS:
             QCOMPARE(f.place(label).left(), button.left() + 14 + 6);
             QCOMPARE(f.place(label).right(), button.right() - 6);
         }
-        QCOMPARE(f.item("panel")->implicitHeight(), f.place(f.entries().last()).bottom() + 12);
+        QCOMPARE(f.item("section")->implicitHeight(), f.place(f.entries().last()).bottom() + 12);
     }
 
     void shouldMarkTheEntryUnderThePointer()
@@ -288,7 +288,7 @@ private Q_SLOTS:
         f.click("plusButton");
         QVERIFY(f.item("nameField")->hasActiveFocus());
         QVERIFY(!f.item("emptyText")->isVisible());
-        QVERIFY(f.item("panelList")->isVisible());
+        QVERIFY(f.item("sectionList")->isVisible());
         QVERIFY(f.entries().isEmpty());
         f.type(u"  Møde  "_s);
         f.press(Qt::Key_Return);
@@ -488,12 +488,12 @@ private Q_SLOTS:
     void shouldScrollItsListAndKeepTheHeader()
     {
         Fixture f(20, 150);
-        const QQuickItem *const list = f.item("panelList");
+        const QQuickItem *const list = f.item("sectionList");
         QCOMPARE(f.place(list).bottom(), 150.0 - 12);
-        const QRectF header = f.place("panelHeader");
+        const QRectF header = f.place("sectionHeader");
         f.scrollDown(centre(list));
         QTRY_VERIFY(list->property("atYEnd").toBool());
-        QCOMPARE(f.place("panelHeader"), header);
+        QCOMPARE(f.place("sectionHeader"), header);
         QCOMPARE(f.shownName(static_cast<int>(f.entries().size()) - 1), u"Skabelon 20"_s);
         // built as far as it is seen, or nearly
         Fixture many(1000, 150);
@@ -507,23 +507,23 @@ private Q_SLOTS:
         f.type(u"Ny"_s);
         f.press(Qt::Key_Return);
         QTRY_COMPARE(f.shownName(static_cast<int>(f.entries().size()) - 1), u"Ny"_s);
-        QVERIFY(f.place(f.entries().last()).bottom() <= f.place("panelList").bottom());
+        QVERIFY(f.place(f.entries().last()).bottom() <= f.place("sectionList").bottom());
     }
 
     void shouldScrollAsAWholeWhenItsShareIsTooSmall()
     {
         Fixture f(3, 40);
-        QCOMPARE(f.place("panelList").height(), 26.0);
+        QCOMPARE(f.place("sectionList").height(), 26.0);
         f.click("plusButton");
         // the field has the focus, so it is in sight
-        QVERIFY(f.item("panel")->property("contentHeight").toReal() > 40);
+        QVERIFY(f.item("section")->property("contentHeight").toReal() > 40);
         QVERIFY(f.place("nameField").top() >= 0);
         QVERIFY(f.place("nameField").bottom() <= 40);
         f.click("cancelButton");
         QVERIFY(!f.maybe("nameField"));
         // an entry can be brought into sight and used
         f.scrollDown({90, 6});
-        QTRY_VERIFY(f.item("panel")->property("atYEnd").toBool());
+        QTRY_VERIFY(f.item("section")->property("atYEnd").toBool());
         QVERIFY(f.place(f.entries().at(0)).bottom() <= 40);
         f.click(f.inEntry(0, "templateButton"));
         QCOMPARE(f.added(), QStringList{u"Skabelon 1"_s});
@@ -540,7 +540,7 @@ private Q_SLOTS:
             const QRectF place = f.place(focus);
             QVERIFY2(place.top() >= 0 && place.bottom() <= 60, qPrintable(focus->objectName()));
         }
-        QVERIFY(f.item("panelList")->property("contentY").toReal() > 0);
+        QVERIFY(f.item("sectionList")->property("contentY").toReal() > 0);
     }
 
     void shouldNotBeDisturbedByAnAddedTemplateWhileHovered()
@@ -574,9 +574,9 @@ private Q_SLOTS:
             QCOMPARE(f.accessibleName(item), name);
             QVERIFY(!f.accessible(item)->state().invisible);
         };
-        expect(f.item("panelTitle"), QAccessible::StaticText, u"Skabeloner"_s);
+        expect(f.item("sectionTitle"), QAccessible::StaticText, u"Skabeloner"_s);
         expect(f.item("plusButton"), QAccessible::Button, u"Ny skabelon"_s);
-        expect(f.item("panelList"), QAccessible::List, u"Skabeloner"_s);
+        expect(f.item("sectionList"), QAccessible::List, u"Skabeloner"_s);
         expect(f.entries().at(0), QAccessible::ListItem, u"Skabelon 1"_s);
         expect(f.inEntry(0, "templateButton"), QAccessible::Button, u"Skabelon 1"_s);
         // though it is not drawn

@@ -8,13 +8,13 @@
 
 #include <memory>
 
-/// What the side column's panels have in common: all records of one type in their order, and a form
+/// What the side column's sections have in common: all records of one type in their order, and a form
 /// that adds one.
-class PanelViewModel : public QObject
+class SectionViewModel : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
-    QML_UNCREATABLE("Each panel has its own")
+    QML_UNCREATABLE("Each section has its own")
     Q_PROPERTY(ObjectListModel *rows READ rows CONSTANT)
     Q_PROPERTY(bool isAdding READ isAdding NOTIFY isAddingChanged)
     Q_PROPERTY(bool showEmptyText READ showEmptyText NOTIFY showEmptyTextChanged)
@@ -42,7 +42,7 @@ Q_SIGNALS:
 
 protected:
     /// @p modelContext outlives it.
-    PanelViewModel(ModelContext &modelContext, RecordType type);
+    SectionViewModel(ModelContext &modelContext, RecordType type);
 
     const Clock &clock() const { return m_modelContext.clock(); }
     /// How many records are listed: the sortOrder of the next one.

@@ -14,25 +14,25 @@ namespace
 
 const QString NoBreakSpace(QChar(0xa0));
 
-QStringList names(TemplateListViewModel &panel)
+QStringList names(TemplateListViewModel &section)
 {
     QStringList names;
-    for (QObject *object : panel.rows()->objects())
+    for (QObject *object : section.rows()->objects())
         names << static_cast<TaskTemplate *>(object)->name();
     return names;
 }
 
-QStringList codes(ProjectCodeListViewModel &panel)
+QStringList codes(ProjectCodeListViewModel &section)
 {
     QStringList codes;
-    for (QObject *object : panel.rows()->objects())
+    for (QObject *object : section.rows()->objects())
         codes << static_cast<ProjectCode *>(object)->displayName();
     return codes;
 }
 
 } // namespace
 
-class TestPanelViewModels : public QObject
+class TestSectionViewModels : public QObject
 {
     Q_OBJECT
 
@@ -81,7 +81,7 @@ private Q_SLOTS:
     void shouldSayThatThereIsNoneOnlyWhileTheFormIsClosed()
     {
         Fixture f;
-        QSignalSpy changed(&f.templates, &PanelViewModel::showEmptyTextChanged);
+        QSignalSpy changed(&f.templates, &SectionViewModel::showEmptyTextChanged);
         QVERIFY(f.templates.showEmptyText());
         f.templates.startAdding();
         QVERIFY(!f.templates.showEmptyText());
@@ -98,7 +98,7 @@ private Q_SLOTS:
     {
         Fixture f;
         f.addTemplate(u"Frokost"_s);
-        QSignalSpy added(&f.templates, &PanelViewModel::added);
+        QSignalSpy added(&f.templates, &SectionViewModel::added);
         f.addTemplate(u"  Møde  "_s);
         QCOMPARE(names(f.templates), (QStringList{u"Frokost"_s, u"Møde"_s}));
         QCOMPARE(f.taskTemplate(1)->sortOrder(), 1);
@@ -192,7 +192,7 @@ private Q_SLOTS:
         // given an order with a gap
         Fixture f;
         f.store.insert<TaskTemplate>(u"last"_s, 10);
-        QSignalSpy added(&f.templates, &PanelViewModel::added);
+        QSignalSpy added(&f.templates, &SectionViewModel::added);
         f.addTemplate(u"first"_s);
         QCOMPARE(added, (QList<QVariantList>{{0}}));
     }
@@ -200,7 +200,7 @@ private Q_SLOTS:
     void shouldEmptyTheFormEachTimeItIsOpened()
     {
         Fixture f;
-        QSignalSpy started(&f.templates, &PanelViewModel::addingStarted);
+        QSignalSpy started(&f.templates, &SectionViewModel::addingStarted);
         f.templates.startAdding();
         f.templates.setNewTemplateName(u"Halv"_s);
         f.templates.startAdding();
@@ -295,5 +295,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestPanelViewModels)
-#include "tst_panelviewmodels.moc"
+QTEST_GUILESS_MAIN(TestSectionViewModels)
+#include "tst_sectionviewmodels.moc"

@@ -1,28 +1,28 @@
-#include "views/sidebar/panelviewmodel.h"
+#include "views/sidebar/sectionviewmodel.h"
 
-PanelViewModel::PanelViewModel(ModelContext &modelContext, RecordType type)
+SectionViewModel::SectionViewModel(ModelContext &modelContext, RecordType type)
     : m_modelContext(modelContext)
     // The number of records is what the user has entered by hand: they are all read.
     , m_query(modelContext, type, allRecords(), QueryOrder::SortOrder)
 {
-    connect(&m_query, &RecordQuery::changed, this, &PanelViewModel::update);
+    connect(&m_query, &RecordQuery::changed, this, &SectionViewModel::update);
     update();
 }
 
-void PanelViewModel::startAdding()
+void SectionViewModel::startAdding()
 {
     clear();
     setIsAdding(true);
     Q_EMIT addingStarted();
 }
 
-void PanelViewModel::cancelAdding()
+void SectionViewModel::cancelAdding()
 {
     setIsAdding(false);
     clear();
 }
 
-void PanelViewModel::add(std::unique_ptr<Record> record)
+void SectionViewModel::add(std::unique_ptr<Record> record)
 {
     Record *const added = record.get();
     m_modelContext.insert(std::move(record));
@@ -30,13 +30,13 @@ void PanelViewModel::add(std::unique_ptr<Record> record)
     Q_EMIT this->added(static_cast<int>(m_rows.objects().indexOf(added)));
 }
 
-void PanelViewModel::remove(Record *record)
+void SectionViewModel::remove(Record *record)
 {
     if (record)
         m_modelContext.remove(record);
 }
 
-void PanelViewModel::update()
+void SectionViewModel::update()
 {
     const QList<Record *> &records = m_query.records();
     m_rows.setObjects({records.cbegin(), records.cend()});
@@ -44,7 +44,7 @@ void PanelViewModel::update()
     Q_EMIT showEmptyTextChanged();
 }
 
-void PanelViewModel::setIsAdding(bool isAdding)
+void SectionViewModel::setIsAdding(bool isAdding)
 {
     if (m_isAdding == isAdding)
         return;

@@ -4,7 +4,7 @@
 #include "tests/support/qmltest.h"
 #include "tests/support/teststore.h"
 #include "views/controls/theme.h"
-#include "views/sidebar/panelviewmodel.h"
+#include "views/sidebar/sectionviewmodel.h"
 
 #include <QAccessible>
 #include <QClipboard>
@@ -15,15 +15,15 @@
 
 #include <algorithm>
 
-/// A panel in a window, 180 wide, with a focus to return to. A signal `addTask` of its view-model
+/// A section in a window, 180 wide, with a focus to return to. A signal `addTask` of its view-model
 /// is written down, as is Escape.
-class PanelFixture
+class SectionFixture
 {
 public:
-    /// @p panel is the QML type of @p ViewModel's view. The panel gets @p height, the window is
+    /// @p section is the QML type of @p ViewModel's view. The section gets @p height, the window is
     /// higher.
     template<class ViewModel>
-    void show(const QByteArray &panel, int height)
+    void show(const QByteArray &section, int height)
     {
         viewModel = std::make_unique<ViewModel>(store.context());
         window = std::make_unique<qmltest::Window>(
@@ -33,8 +33,8 @@ public:
                 import TimeTracker.Views.Sidebar
                 Rectangle {
                     id: root
-                    required property PanelViewModel viewModel
-                    required property double panelHeight
+                    required property SectionViewModel viewModel
+                    required property double sectionHeight
                     property var added: []
                     property var keys: []
                     color: Theme.controlBackground
@@ -47,20 +47,20 @@ public:
                         }
                         Item { objectName: "elsewhere"; focus: true }
                         %1 {
-                            objectName: "panel"
+                            objectName: "section"
                             width: 180
-                            height: root.panelHeight
+                            height: root.sectionHeight
                             viewModel: root.viewModel
                             Component.onCompleted: if (viewModel.addTask)
                                 viewModel.addTask.connect(name => root.added = root.added.concat(name))
                         }
                     }
                 })")
-                .replace("%1", panel),
+                .replace("%1", section),
             QSize(180, 400),
             QVariantMap{{QStringLiteral("viewModel"),
-                         QVariant::fromValue<PanelViewModel *>(viewModel.get())},
-                        {QStringLiteral("panelHeight"), height}});
+                         QVariant::fromValue<SectionViewModel *>(viewModel.get())},
+                        {QStringLiteral("sectionHeight"), height}});
         window->hover({1, 399});
     }
 
@@ -84,7 +84,7 @@ public:
     QList<QQuickItem *> entries() const
     {
         QList<QQuickItem *> entries;
-        for (QQuickItem *mark : qmltest::findItems(item("panelList"), QStringLiteral("deleteMark")))
+        for (QQuickItem *mark : qmltest::findItems(item("sectionList"), QStringLiteral("deleteMark")))
             entries << mark->parentItem();
         std::sort(entries.begin(), entries.end(), [](const QQuickItem *a, const QQuickItem *b) {
             return a->mapToScene({}).y() < b->mapToScene({}).y();
@@ -126,7 +126,7 @@ public:
         wheel.setTimestamp(1'000'000); // later than all clicks
         QCoreApplication::sendEvent(window.get(), &wheel);
     }
-    /// The keys that reached what is around the panel.
+    /// The keys that reached what is around the section.
     QVariantList keys() const { return root()->property("keys").toList(); }
     QStringList added() const { return root()->property("added").toStringList(); }
 
@@ -152,6 +152,6 @@ public:
     qmltest::WarningsAreFailures guard;
     FakeClock clock;
     TestStore store{clock, {std::chrono::hours(1), std::chrono::hours(1)}};
-    std::unique_ptr<PanelViewModel> viewModel;
+    std::unique_ptr<SectionViewModel> viewModel;
     std::unique_ptr<qmltest::Window> window;
 };

@@ -5,13 +5,13 @@ import QtQuick.Templates as T
 import TimeTracker.Views.Controls
 import TimeTracker.Views.Sidebar
 
-/// A panel of the side column: a title with a plus button, a form while one is open, and the
+/// A section of the side column: a title with a plus button, a form while one is open, and the
 /// records. The list scrolls in what height is left; where title, form and one entry do not fit,
-/// the panel scrolls as a whole.
+/// the section scrolls as a whole.
 Flickable {
-    id: panel
+    id: section
 
-    required property PanelViewModel viewModel
+    required property SectionViewModel viewModel
     required property string title
     /// Accessible name of the plus button.
     required property string addName
@@ -44,22 +44,22 @@ Flickable {
     Item {
         id: header
 
-        objectName: "panelHeader"
-        x: panel.padding
-        y: panel.padding
-        width: panel.width - 2 * panel.padding
+        objectName: "sectionHeader"
+        x: section.padding
+        y: section.padding
+        width: section.width - 2 * section.padding
         height: Math.max(titleLabel.height, plus.height)
 
         ElidingLabel {
             id: titleLabel
 
-            objectName: "panelTitle"
+            objectName: "sectionTitle"
             anchors.left: parent.left
             anchors.leftMargin: 8
             anchors.right: plus.left
             anchors.rightMargin: 8
             anchors.verticalCenter: parent.verticalCenter
-            text: panel.title
+            text: section.title
             font.pixelSize: 12
             font.weight: Font.DemiBold
             color: Theme.secondary
@@ -72,10 +72,10 @@ Flickable {
             anchors.right: parent.right
             anchors.rightMargin: 8
             anchors.verticalCenter: parent.verticalCenter
-            label: panel.addName
+            label: section.addName
             symbol: "plus"
             symbolSize: 10
-            onClicked: panel.viewModel.startAdding()
+            onClicked: section.viewModel.startAdding()
         }
     }
 
@@ -83,22 +83,22 @@ Flickable {
         id: formPlace
 
         anchors.top: header.bottom
-        anchors.topMargin: active ? panel.spacing : 0
-        x: panel.padding + 8
-        width: panel.width - 2 * x
-        active: panel.viewModel.isAdding
-        component: panel.form
+        anchors.topMargin: active ? section.spacing : 0
+        x: section.padding + 8
+        width: section.width - 2 * x
+        active: section.viewModel.isAdding
+        component: section.form
     }
 
     TextLabel {
         id: emptyLabel
 
         objectName: "emptyText"
-        x: panel.padding + 8
+        x: section.padding + 8
         y: list.y
-        width: panel.width - 2 * x
-        visible: panel.viewModel.showEmptyText
-        text: panel.emptyText
+        width: section.width - 2 * x
+        visible: section.viewModel.showEmptyText
+        text: section.emptyText
         wrapMode: Text.Wrap
         font.pixelSize: 11
         color: Theme.tertiary
@@ -107,23 +107,23 @@ Flickable {
     PlainList {
         id: list
 
-        objectName: "panelList"
+        objectName: "sectionList"
         anchors.top: formPlace.bottom
-        anchors.topMargin: panel.spacing
-        x: panel.padding
-        width: panel.width - 2 * x
-        height: Math.max(panel.leastBodyHeight, panel.contentHeight - y - panel.padding)
+        anchors.topMargin: section.spacing
+        x: section.padding
+        width: section.width - 2 * x
+        height: Math.max(section.leastBodyHeight, section.contentHeight - y - section.padding)
         visible: !emptyLabel.visible
         spacing: 2
-        model: panel.viewModel.rows
-        delegate: panel.entry
+        model: section.viewModel.rows
+        delegate: section.entry
 
-        Accessible.name: panel.title
+        Accessible.name: section.title
 
         // At once, and not when the next frame is drawn: only so does the entry that has moved under
         // a resting pointer learn of it.
         Connections {
-            target: panel.viewModel.rows
+            target: section.viewModel.rows
 
             function onCountChanged() {
                 list.forceLayout();
@@ -131,7 +131,7 @@ Flickable {
         }
 
         Connections {
-            target: panel.viewModel
+            target: section.viewModel
 
             function onAdded(index: int) {
                 list.positionViewAtIndex(index, ListView.Contain);
