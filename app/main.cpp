@@ -36,56 +36,72 @@ QIcon windowIcon()
     return icon;
 }
 
-/// Qt's thread that loads QML types needs this one at times, before there is an event loop. (Its
-/// requests are plain user events; should that change, they just wait for the loop.)
-void answerTypeLoader()
+/// The names that desktops know the program by; the first one is the data directory's, too.
+void nameApplication()
 {
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::User);
+    QApplication::setApplicationName(QStringLiteral("dk.tulo.TimeTracker"));
+    QApplication::setApplicationDisplayName(QStringLiteral("TULO Time Tracker"));
+    QApplication::setDesktopFileName(QStringLiteral("dk.tulo.TimeTracker"));
+}
+
+/// Whether this process is the first of its session. If not, the first one has been asked to show
+/// its window; if that does not answer, the program ends with a message.
+bool isFirst(SingleInstance &instance, const StartTokens &tokens)
+{
+    switch (instance.claim(tokens)) {
+    case SingleInstance::Claim::First:
+        return true;
+    case SingleInstance::Claim::HandedOver:
+        return false;
+    case SingleInstance::Claim::Unanswered:
+        break;
+    }
+    fatalError("TULO Time Tracker is running already, but does not answer");
+}
+
+/// Does what takes long and needs no QML, while Qt's own thread loads the main window's types:
+/// looks for the desktop's fonts, and draws the icon. That thread asks this one for things by plain
+/// user events, before there is an event loop; unanswered, it would wait until there is one.
+/// performance.md tells what this gains.
+void prepareWhileTypesLoad()
+{
+    const auto answerTypeLoader = [] {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::User);
+    };
+    QFontInfo(QApplication::font()).family();
+    answerTypeLoader();
+    // For X11; on Wayland the desktop finds the icon by the program's name.
+    QApplication::setWindowIcon(windowIcon());
+    answerTypeLoader();
 }
 
 } // namespace
 
 int main(int argc, char *argv[])
 {
-    // Before Qt takes them.
+    // Read before Qt takes them out of the environment.
     const StartTokens tokens = StartTokens::fromEnvironment();
     neverStartABus();
     // A program that waits all day holds no graphics context.
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
-    // With widgets only for the trays that need them.
+    // An application with widgets, as the X11 trays need them.
     const QApplication application(argc, argv);
-    // Of Wayland's keys, Qt itself makes the repetitions.
+    nameApplication();
+    // On Wayland, Qt itself makes the repetitions of a held key.
     std::optional<KeyRepeats> keyRepeats;
     if (QGuiApplication::platformName() == QLatin1String("xcb"))
         keyRepeats.emplace();
-    // Also the name of the data directory.
-    QApplication::setApplicationName(QStringLiteral("dk.tulo.TimeTracker"));
-    QApplication::setApplicationDisplayName(QStringLiteral("TULO Time Tracker"));
-    QApplication::setDesktopFileName(QStringLiteral("dk.tulo.TimeTracker"));
 
-    // Qt loads the main window's types on a thread of its own. It takes as long as everything else
-    // up to the window, so it begins first.
+    // Loading the types takes as long as everything else up to the window, so it begins first.
     QQmlEngine engine;
     engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     const QQmlComponent types(&engine, MainWindow::source(), QQmlComponent::Asynchronous);
 
-    // Before the store is opened, and until after it is closed.
+    // Claimed before the store is opened, and given back after it is closed.
     SingleInstance instance(QDBusConnection::sessionBus(), QStringLiteral("dk.tulo.TimeTracker"));
-    switch (instance.claim(tokens)) {
-    case SingleInstance::Claim::First:
-        break;
-    case SingleInstance::Claim::HandedOver:
+    if (!isFirst(instance, tokens))
         return EXIT_SUCCESS;
-    case SingleInstance::Claim::Unanswered:
-        fatalError("TULO Time Tracker is running already, but does not answer");
-    }
-
-    // Looks for the desktop's fonts, which is the longest of what comes before the window.
-    QFontInfo(QApplication::font()).family();
-    answerTypeLoader();
-    // For X11; on Wayland the desktop finds the icon by the name above.
-    QApplication::setWindowIcon(windowIcon());
-    answerTypeLoader();
+    prepareWhileTypesLoad();
 
     // Asks before there is a window, so that the answer is there when it is drawn.
     const Appearance appearance(QDBusConnection::sessionBus());
