@@ -17,6 +17,6 @@ Item {
 
     LazyHelpTip {
         text: area.text
-        isNeeded: hover.hovered
+        isNeeded: hover.hovered && area.text !== ""
     }
 }

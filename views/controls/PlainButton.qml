@@ -38,5 +38,7 @@ T.AbstractButton {
     }
 
     LazyFocusRing {
+        isNeeded: control.visualFocus
+        radius: control.radius
     }
 }

@@ -59,11 +59,3 @@ bool ClickArea::contains(const QPointF &point) const
         neighbours = neighbours->parentItem();
     return !neighbours || !isControlNearer(*neighbours, item->mapToScene(point), own);
 }
-
-void ClickArea::setIsOpen(bool isOpen)
-{
-    if (m_isOpen == isOpen)
-        return;
-    m_isOpen = isOpen;
-    Q_EMIT isOpenChanged();
-}

@@ -12,16 +12,13 @@ class ClickArea : public QObject
     QML_ELEMENT
 
     /// Whether there is anything to be clicked. If not, clicks and touches go to what lies behind.
-    Q_PROPERTY(bool isOpen READ isOpen WRITE setIsOpen NOTIFY isOpenChanged)
+    Q_PROPERTY(bool isOpen MEMBER m_isOpen NOTIFY isOpenChanged)
 
 public:
     using QObject::QObject;
 
     /// Asked by Qt Quick; @p point is in the item's coordinates.
     Q_INVOKABLE bool contains(const QPointF &point) const;
-
-    bool isOpen() const { return m_isOpen; }
-    void setIsOpen(bool isOpen);
 
 Q_SIGNALS:
     void isOpenChanged();

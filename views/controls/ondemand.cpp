@@ -6,21 +6,10 @@
 
 #include <utility>
 
-void OnDemand::setIsActive(bool isActive)
+OnDemand::OnDemand(QQuickItem *parent)
+    : QQuickItem(parent)
 {
-    if (m_isActive == isActive)
-        return;
-    m_isActive = isActive;
-    follow();
-    Q_EMIT activeChanged();
-}
-
-void OnDemand::setComponent(QQmlComponent *component)
-{
-    if (m_component == component)
-        return;
-    m_component = component;
-    Q_EMIT componentChanged();
+    connect(this, &OnDemand::activeChanged, this, &OnDemand::follow);
 }
 
 void OnDemand::componentComplete()

@@ -14,19 +14,15 @@ class OnDemand : public QQuickItem
     QML_ELEMENT
     Q_CLASSINFO("DefaultProperty", "component")
     /// Whether it is needed.
-    Q_PROPERTY(bool active READ isActive WRITE setIsActive NOTIFY activeChanged)
-    Q_PROPERTY(QQmlComponent *component READ component WRITE setComponent NOTIFY componentChanged)
+    Q_PROPERTY(bool active MEMBER m_isActive NOTIFY activeChanged)
+    /// Has to be set before the place is complete; a later change takes effect the next time.
+    Q_PROPERTY(QQmlComponent *component MEMBER m_component NOTIFY componentChanged)
     /// What is there now, or null.
     Q_PROPERTY(QObject *item READ item NOTIFY itemChanged)
 
 public:
-    using QQuickItem::QQuickItem;
+    explicit OnDemand(QQuickItem *parent = nullptr);
 
-    bool isActive() const { return m_isActive; }
-    void setIsActive(bool isActive);
-    QQmlComponent *component() const { return m_component; }
-    /// Has to be set before the place is complete; a later change takes effect the next time.
-    void setComponent(QQmlComponent *component);
     QObject *item() const { return m_item; }
 
 Q_SIGNALS:
@@ -44,7 +40,7 @@ private:
     QQuickItem *focusItem() const;
 
     bool m_isActive = false;
-    QPointer<QQmlComponent> m_component;
+    QQmlComponent *m_component = nullptr;
     QPointer<QObject> m_item;
     QPointer<QQuickItem> m_focusBefore;
     /// Why the focus had come there: a control that Tab has reached shows it.

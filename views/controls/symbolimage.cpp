@@ -33,44 +33,8 @@ QSvgRenderer *drawing(const QString &name)
 SymbolImage::SymbolImage(QQuickItem *parent)
     : QQuickPaintedItem(parent)
 {
-    setImplicitSize(boxSide(), boxSide());
-}
-
-void SymbolImage::setName(const QString &name)
-{
-    if (m_name == name)
-        return;
-    m_name = name;
-    update();
-    Q_EMIT nameChanged();
-}
-
-void SymbolImage::setFontSize(qreal fontSize)
-{
-    if (m_fontSize == fontSize)
-        return;
-    m_fontSize = fontSize;
-    setImplicitSize(boxSide(), boxSide());
-    update();
-    Q_EMIT fontSizeChanged();
-}
-
-void SymbolImage::setColor(const QColor &color)
-{
-    if (m_color == color)
-        return;
-    m_color = color;
-    update();
-    Q_EMIT colorChanged();
-}
-
-void SymbolImage::setCircleColor(const QColor &color)
-{
-    if (m_circleColor == color)
-        return;
-    m_circleColor = color;
-    update();
-    Q_EMIT circleColorChanged();
+    connect(this, &SymbolImage::changed, this, &SymbolImage::follow);
+    follow();
 }
 
 void SymbolImage::paint(QPainter *painter)
@@ -90,6 +54,12 @@ void SymbolImage::paint(QPainter *painter)
         painter->setBrush(m_circleColor);
         painter->drawEllipse(boundingRect());
     }
+}
+
+void SymbolImage::follow()
+{
+    setImplicitSize(boxSide(), boxSide());
+    update();
 }
 
 qreal SymbolImage::boxSide() const

@@ -12,36 +12,25 @@ class SymbolImage : public QQuickPaintedItem
     QML_ELEMENT
 
     /// Name of a symbol, e.g. "play.fill". An unknown one draws nothing and warns once.
-    Q_PROPERTY(QString name READ name WRITE setName NOTIFY nameChanged)
+    Q_PROPERTY(QString name MEMBER m_name NOTIFY changed)
     /// Size in pixels of the text that the symbol goes with. The symbol's square box, which is the
     /// item's implicit size, is 1.25 times as large, rounded up to an even number so that it is
     /// centred in an even frame on whole pixels. In a larger item the box is centred.
-    Q_PROPERTY(qreal fontSize READ fontSize WRITE setFontSize NOTIFY fontSizeChanged)
-    Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY colorChanged)
+    Q_PROPERTY(qreal fontSize MEMBER m_fontSize NOTIFY changed)
+    Q_PROPERTY(QColor color MEMBER m_color NOTIFY changed)
     /// The colour of a circle behind the symbol that fills the item; transparent for none.
-    Q_PROPERTY(QColor circleColor READ circleColor WRITE setCircleColor NOTIFY circleColorChanged)
+    Q_PROPERTY(QColor circleColor MEMBER m_circleColor NOTIFY changed)
 
 public:
     explicit SymbolImage(QQuickItem *parent = nullptr);
 
-    QString name() const { return m_name; }
-    void setName(const QString &name);
-    qreal fontSize() const { return m_fontSize; }
-    void setFontSize(qreal fontSize);
-    QColor color() const { return m_color; }
-    void setColor(const QColor &color);
-    QColor circleColor() const { return m_circleColor; }
-    void setCircleColor(const QColor &color);
-
     void paint(QPainter *painter) override;
 
 Q_SIGNALS:
-    void nameChanged();
-    void fontSizeChanged();
-    void colorChanged();
-    void circleColorChanged();
+    void changed();
 
 private:
+    void follow();
     qreal boxSide() const;
 
     QString m_name;

@@ -41,8 +41,6 @@ Rectangle {
     component Segment: T.RadioButton {
         id: segment
 
-        readonly property real radius: 6
-
         width: billableSwitch.width / 2
         height: implicitContentHeight + 12
         topPadding: 6
@@ -58,6 +56,8 @@ Rectangle {
         }
 
         LazyFocusRing {
+            isNeeded: segment.visualFocus
+            radius: 6
         }
 
         contentItem: TextLabel {

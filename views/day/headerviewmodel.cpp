@@ -16,6 +16,7 @@ HeaderViewModel::HeaderViewModel(TimerManager &timerManager, const DayTasks &tas
     connect(&timerManager, &TimerManager::showBillableTimeChanged, this,
             &HeaderViewModel::showBillableTimeChanged);
     connect(&tasks, &DayTasks::changed, this, &HeaderViewModel::buttonChanged);
+    connect(this, &HeaderViewModel::dateRoomChanged, this, &HeaderViewModel::updateDate);
     updateDate();
 }
 
@@ -35,24 +36,6 @@ void HeaderViewModel::goToPreviousDay()
 void HeaderViewModel::goToNextDay()
 {
     m_timerManager.goToNextDay();
-}
-
-void HeaderViewModel::setDateFont(const QFont &font)
-{
-    if (m_dateFont == font)
-        return;
-    m_dateFont = font;
-    Q_EMIT dateFontChanged();
-    updateDate();
-}
-
-void HeaderViewModel::setDateRoom(qreal room)
-{
-    if (m_dateRoom == room)
-        return;
-    m_dateRoom = room;
-    Q_EMIT dateRoomChanged();
-    updateDate();
 }
 
 bool HeaderViewModel::isButtonEnabled() const

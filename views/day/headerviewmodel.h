@@ -13,8 +13,10 @@ class HeaderViewModel : public QObject
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Belongs to the day")
-    Q_PROPERTY(QFont dateFont READ dateFont WRITE setDateFont NOTIFY dateFontChanged)
-    Q_PROPERTY(qreal dateRoom READ dateRoom WRITE setDateRoom NOTIFY dateRoomChanged)
+    /// The font that the date has where there is room.
+    Q_PROPERTY(QFont dateFont MEMBER m_dateFont NOTIFY dateRoomChanged)
+    /// Pixels for the date and the four gaps beside the flexible spacers.
+    Q_PROPERTY(qreal dateRoom MEMBER m_dateRoom NOTIFY dateRoomChanged)
 
     Q_PROPERTY(QString dateText READ dateText NOTIFY dateChanged)
     Q_PROPERTY(QString shownDate READ shownDate NOTIFY dateChanged)
@@ -36,12 +38,6 @@ public:
     Q_INVOKABLE void goToPreviousDay();
     Q_INVOKABLE void goToNextDay();
 
-    /// The font that the date has where there is room.
-    QFont dateFont() const { return m_dateFont; }
-    void setDateFont(const QFont &font);
-    /// Pixels for the date and the four gaps beside the flexible spacers.
-    qreal dateRoom() const { return m_dateRoom; }
-    void setDateRoom(qreal room);
     /// The selected day: "mandag 3. marts 2025".
     QString dateText() const { return m_dateText; }
     /// The same as it is shown: in little room it breaks after the weekday.
@@ -57,7 +53,6 @@ public:
     void setShowBillableTime(bool showBillableTime);
 
 Q_SIGNALS:
-    void dateFontChanged();
     void dateRoomChanged();
     void dateChanged();
     void buttonChanged();

@@ -16,7 +16,6 @@ Item {
     /// The least that it takes, whatever its maximum.
     readonly property real minimumWidth: hasCode ? Math.min(badge.implicitWidth, 36) : tag.width
 
-    readonly property real radius: 4
     readonly property bool hasCode: selectedCode !== undefined
     readonly property string codeText: hasCode ? selectedCode : ""
 
@@ -49,6 +48,8 @@ Item {
     }
 
     LazyFocusRing {
+        isNeeded: picker.activeFocus
+        radius: 4
     }
 
     SymbolImage {
@@ -68,7 +69,7 @@ Item {
         objectName: "badge"
         visible: picker.hasCode
         width: Math.max(picker.minimumWidth, Math.min(implicitWidth, picker.maximumWidth))
-        radius: picker.radius
+        radius: 4
         code: picker.codeText
         fontSize: 10
         horizontalPadding: 6

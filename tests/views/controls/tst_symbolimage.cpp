@@ -211,7 +211,7 @@ private Q_SLOTS:
     {
         QFETCH(qreal, fontSize);
         SymbolImage symbol;
-        symbol.setFontSize(fontSize);
+        symbol.setProperty("fontSize", fontSize);
         QTEST(symbol.implicitWidth(), "side");
         QTEST(symbol.implicitHeight(), "side");
     }

@@ -17,8 +17,8 @@ private:
         {
             QFont font;
             font.setPixelSize(16);
-            header.setDateFont(font);
-            header.setDateRoom(1000);
+            header.setProperty("dateFont", font);
+            header.setProperty("dateRoom", 1000);
         }
 
         FakeClock clock;
