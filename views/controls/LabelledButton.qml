@@ -11,7 +11,7 @@ PlainButton {
     property int symbolSize: 13
     property color color: Theme.primary
     property int weight: Font.Normal
-    spacing: 8
+    spacing: Metrics.spacing
 
     contentItem: Row {
         spacing: button.spacing

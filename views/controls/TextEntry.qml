@@ -38,7 +38,7 @@ T.TextField {
 
     background: Rectangle {
         visible: field.isFilled
-        radius: 4
+        radius: Metrics.cornerRadius
         color: Theme.textBackground
     }
 

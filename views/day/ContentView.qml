@@ -177,7 +177,7 @@ FocusScope {
     Rectangle {
         objectName: "accentBar"
         width: parent.width
-        height: 2
+        height: Metrics.accentBarHeight
         color: Theme.brandAccent
     }
 

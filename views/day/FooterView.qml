@@ -11,10 +11,10 @@ Rectangle {
     required property FooterViewModel viewModel
 
     /// What the two totals may take: beside the button lies a spacer between two gaps of 8.
-    readonly property real totalsRoom: width - 2 * 16 - addButton.width - 2 * 8 - totalLabel.width - 2 * totals.spacing
+    readonly property real totalsRoom: width - 2 * Metrics.stripMargin - addButton.width - 2 * Metrics.spacing - totalLabel.width - 2 * totals.spacing
     readonly property real totalsScale: totalsRoom > 0 ? Math.min(1, totalsRoom / (totalTime.implicitWidth + totalHours.implicitWidth)) : 1
 
-    implicitHeight: Math.max(addButton.height, totals.height) + 12 + 12
+    implicitHeight: Math.max(addButton.height, totals.height) + 2 * Metrics.padding
     color: Theme.controlBackground
 
     LabelledButton {
@@ -22,7 +22,7 @@ Rectangle {
 
         objectName: "addTaskButton"
         anchors.left: parent.left
-        anchors.leftMargin: 16
+        anchors.leftMargin: Metrics.stripMargin
         anchors.verticalCenter: parent.verticalCenter
         label: "Ny opgave"
         symbol: "plus"
@@ -37,7 +37,7 @@ Rectangle {
         id: totals
 
         anchors.right: parent.right
-        anchors.rightMargin: 16
+        anchors.rightMargin: Metrics.stripMargin
         anchors.verticalCenter: parent.verticalCenter
         spacing: 16
 

@@ -11,7 +11,7 @@ Rectangle {
 
     required property HeaderViewModel viewModel
 
-    implicitHeight: Math.max(startButton.height, navigation.height) + 12 + 12 + 2
+    implicitHeight: Math.max(startButton.height, navigation.height) + 2 * Metrics.padding + Metrics.accentBarHeight
     color: Theme.controlBackground
 
     Binding {
@@ -74,10 +74,10 @@ Rectangle {
         id: content
 
         anchors.fill: parent
-        anchors.leftMargin: 16
-        anchors.rightMargin: 16
-        anchors.topMargin: 12 + 2
-        anchors.bottomMargin: 12
+        anchors.leftMargin: Metrics.stripMargin
+        anchors.rightMargin: Metrics.stripMargin
+        anchors.topMargin: Metrics.padding + Metrics.accentBarHeight
+        anchors.bottomMargin: Metrics.padding
 
         SymbolButton {
             id: startButton
@@ -115,7 +115,7 @@ Rectangle {
 
                 objectName: "dateNavigation"
                 anchors.centerIn: parent
-                spacing: 8
+                spacing: Metrics.spacing
 
                 ChevronButton {
                     id: previousDay

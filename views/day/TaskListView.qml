@@ -54,7 +54,7 @@ PlainList {
             property: "opacity"
             from: 0
             to: 1
-            duration: 250
+            duration: Metrics.rowAnimation
             easing.type: Easing.InOutQuad
         }
     }
@@ -65,7 +65,7 @@ PlainList {
         NumberAnimation {
             property: "opacity"
             to: 0
-            duration: 250
+            duration: Metrics.rowAnimation
             easing.type: Easing.InOutQuad
         }
     }
@@ -75,14 +75,14 @@ PlainList {
 
         NumberAnimation {
             properties: "y"
-            duration: 250
+            duration: Metrics.rowAnimation
             easing.type: Easing.InOutQuad
         }
         // An addition that was cut short leaves no half transparent row.
         NumberAnimation {
             property: "opacity"
             to: 1
-            duration: 250
+            duration: Metrics.rowAnimation
         }
     }
 

@@ -27,9 +27,9 @@ PlainButton {
             id: texts
 
             anchors.left: symbol.right
-            anchors.leftMargin: 8
+            anchors.leftMargin: Metrics.spacing
             anchors.right: time.left
-            anchors.rightMargin: 8 + 8
+            anchors.rightMargin: 2 * Metrics.spacing
             anchors.verticalCenter: parent.verticalCenter
             spacing: 1
 
@@ -66,8 +66,8 @@ PlainButton {
     }
 
     label: (viewModel.isActive ? "Sæt på pause: " : "Start ") + viewModel.shownName
-    leftPadding: 12
-    rightPadding: 12
+    leftPadding: Metrics.padding
+    rightPadding: Metrics.padding
     topPadding: 6
     bottomPadding: 6
     // The ring stays inside: the row is as wide as the panel.

@@ -16,10 +16,10 @@ FocusScope {
 
     component Command: LabelledButton {
         width: panel.width
-        leftPadding: 12
-        rightPadding: 12
-        topPadding: 8
-        bottomPadding: 8
+        leftPadding: Metrics.padding
+        rightPadding: Metrics.padding
+        topPadding: Metrics.spacing
+        bottomPadding: Metrics.spacing
         leftInset: 2
         rightInset: 2
         topInset: 2
@@ -53,14 +53,14 @@ FocusScope {
         Item {
             objectName: "panelHeader"
             width: parent.width
-            height: Math.max(title.height, total.height) + 8 + 8
+            height: Math.max(title.height, total.height) + 2 * Metrics.spacing
 
             TextLabel {
                 id: title
 
                 objectName: "panelTitle"
                 anchors.left: parent.left
-                anchors.leftMargin: 12
+                anchors.leftMargin: Metrics.padding
                 anchors.verticalCenter: parent.verticalCenter
                 text: "I dag"
                 font.pixelSize: 12
@@ -73,7 +73,7 @@ FocusScope {
 
                 objectName: "panelTotal"
                 anchors.right: parent.right
-                anchors.rightMargin: 12
+                anchors.rightMargin: Metrics.padding
                 anchors.verticalCenter: parent.verticalCenter
                 text: panel.viewModel.totalText
                 font.pixelSize: 12
@@ -88,7 +88,7 @@ FocusScope {
         TextLabel {
             objectName: "emptyText"
             visible: panel.viewModel.isEmpty
-            padding: 12
+            padding: Metrics.padding
             width: parent.width
             text: "Ingen opgaver i dag"
             font.pixelSize: 12

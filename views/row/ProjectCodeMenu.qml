@@ -39,7 +39,7 @@ T.Menu {
 
             anchors.left: parent.left
             anchors.right: check.left
-            anchors.rightMargin: 8
+            anchors.rightMargin: Metrics.spacing
             anchors.verticalCenter: parent.verticalCenter
             text: content.text
             font: content.font
@@ -68,7 +68,7 @@ T.Menu {
         objectName: "menuEntry"
         implicitWidth: implicitContentWidth + leftPadding + rightPadding
         implicitHeight: implicitContentHeight + topPadding + bottomPadding
-        leftPadding: 12
+        leftPadding: Metrics.padding
         rightPadding: 8
         font.pixelSize: 13
         topPadding: 5

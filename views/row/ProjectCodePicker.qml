@@ -49,7 +49,7 @@ Item {
 
     LazyFocusRing {
         isNeeded: picker.activeFocus
-        radius: 4
+        radius: Metrics.cornerRadius
     }
 
     SymbolImage {
@@ -69,7 +69,7 @@ Item {
         objectName: "badge"
         visible: picker.hasCode
         width: Math.max(picker.minimumWidth, Math.min(implicitWidth, picker.maximumWidth))
-        radius: 4
+        radius: Metrics.cornerRadius
         code: picker.codeText
         fontSize: 10
         horizontalPadding: 6

@@ -87,7 +87,7 @@ FocusScope {
 
         objectName: "startButton"
         anchors.left: parent.left
-        anchors.leftMargin: 12
+        anchors.leftMargin: Metrics.padding
         anchors.verticalCenter: parent.verticalCenter
         width: 28
         height: 28
@@ -269,7 +269,7 @@ FocusScope {
 
         objectName: "deleteButton"
         anchors.right: parent.right
-        anchors.rightMargin: 12
+        anchors.rightMargin: Metrics.padding
         anchors.verticalCenter: parent.verticalCenter
         opacity: row.viewModel.isActive ? 0.5 : 1
         label: "Slet " + row.viewModel.shownName

@@ -10,11 +10,8 @@ Item {
 
     required property CalendarViewModel viewModel
 
-    readonly property real padding: 12
-    readonly property real spacing: 8
-
     implicitWidth: 180
-    implicitHeight: grid.y + grid.height + padding
+    implicitHeight: grid.y + grid.height + Metrics.padding
 
     component ChevronButton: SymbolButton {
         symbolSize: 10
@@ -24,8 +21,8 @@ Item {
     Item {
         id: header
 
-        x: calendar.padding + 4
-        y: calendar.padding
+        x: Metrics.padding + 4
+        y: Metrics.padding
         width: calendar.width - 2 * x
         height: Math.max(previousMonth.height, titleMetrics.height)
 
@@ -51,9 +48,9 @@ Item {
 
             objectName: "monthTitle"
             anchors.left: previousMonth.right
-            anchors.leftMargin: calendar.spacing
+            anchors.leftMargin: Metrics.spacing
             anchors.right: nextMonth.left
-            anchors.rightMargin: calendar.spacing
+            anchors.rightMargin: Metrics.spacing
             anchors.verticalCenter: parent.verticalCenter
             text: calendar.viewModel.title
             fontSizeMode: Text.HorizontalFit
@@ -79,8 +76,8 @@ Item {
         id: headings
 
         anchors.top: header.bottom
-        anchors.topMargin: calendar.spacing
-        x: calendar.padding
+        anchors.topMargin: Metrics.spacing
+        x: Metrics.padding
         width: calendar.width - 2 * x
 
         Repeater {
@@ -119,8 +116,8 @@ Item {
 
         objectName: "monthGrid"
         anchors.top: headings.bottom
-        anchors.topMargin: calendar.spacing
-        x: calendar.padding
+        anchors.topMargin: Metrics.spacing
+        x: Metrics.padding
         width: calendar.width - 2 * x
         height: Math.ceil(days.count / 7) * (rowHeight + rowSpacing) - rowSpacing
 

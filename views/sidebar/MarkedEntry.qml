@@ -26,7 +26,7 @@ FocusScope {
         objectName: "entryBackground"
         anchors.fill: parent
         visible: entry.isHovered
-        radius: 4
+        radius: Metrics.cornerRadius
         color: Theme.brandAccent
         opacity: 0.15
     }
@@ -35,8 +35,8 @@ FocusScope {
         id: place
 
         anchors.fill: parent
-        anchors.leftMargin: 8
-        anchors.rightMargin: entry.isHovered ? 8 + mark.width + entry.spacing : 8
+        anchors.leftMargin: Metrics.spacing
+        anchors.rightMargin: entry.isHovered ? Metrics.spacing + mark.width + entry.spacing : Metrics.spacing
     }
 
     HoverMark {
@@ -44,7 +44,7 @@ FocusScope {
 
         objectName: "deleteMark"
         anchors.right: parent.right
-        anchors.rightMargin: 8
+        anchors.rightMargin: Metrics.spacing
         anchors.verticalCenter: parent.verticalCenter
         isShown: entry.isHovered
         label: entry.deleteLabel

@@ -22,14 +22,12 @@ Flickable {
     /// Fields and buttons for a new record.
     required property Component form
 
-    readonly property real padding: 12
-    readonly property real spacing: 8
     readonly property real bodyHeight: emptyLabel.visible ? emptyLabel.height : list.contentHeight
     // An entry on one line can be seen whole. The padding below gives way to it.
     readonly property real leastBodyHeight: emptyLabel.visible ? emptyLabel.height : list.count > 0 ? 26 : 0
 
     implicitWidth: 180
-    implicitHeight: list.y + bodyHeight + padding
+    implicitHeight: list.y + bodyHeight + Metrics.padding
     contentWidth: width
     contentHeight: Math.max(height, list.y + leastBodyHeight)
     boundsBehavior: Flickable.StopAtBounds
@@ -45,9 +43,9 @@ Flickable {
         id: header
 
         objectName: "sectionHeader"
-        x: section.padding
-        y: section.padding
-        width: section.width - 2 * section.padding
+        x: Metrics.padding
+        y: Metrics.padding
+        width: section.width - 2 * Metrics.padding
         height: Math.max(titleLabel.height, plus.height)
 
         ElidingLabel {
@@ -55,9 +53,9 @@ Flickable {
 
             objectName: "sectionTitle"
             anchors.left: parent.left
-            anchors.leftMargin: 8
+            anchors.leftMargin: Metrics.spacing
             anchors.right: plus.left
-            anchors.rightMargin: 8
+            anchors.rightMargin: Metrics.spacing
             anchors.verticalCenter: parent.verticalCenter
             text: section.title
             font.pixelSize: 12
@@ -70,7 +68,7 @@ Flickable {
 
             objectName: "plusButton"
             anchors.right: parent.right
-            anchors.rightMargin: 8
+            anchors.rightMargin: Metrics.spacing
             anchors.verticalCenter: parent.verticalCenter
             label: section.addName
             symbol: "plus"
@@ -83,8 +81,8 @@ Flickable {
         id: formPlace
 
         anchors.top: header.bottom
-        anchors.topMargin: active ? section.spacing : 0
-        x: section.padding + 8
+        anchors.topMargin: active ? Metrics.spacing : 0
+        x: Metrics.padding + Metrics.spacing
         width: section.width - 2 * x
         active: section.viewModel.isAdding
         component: section.form
@@ -94,7 +92,7 @@ Flickable {
         id: emptyLabel
 
         objectName: "emptyText"
-        x: section.padding + 8
+        x: Metrics.padding + Metrics.spacing
         y: list.y
         width: section.width - 2 * x
         visible: section.viewModel.showEmptyText
@@ -109,10 +107,10 @@ Flickable {
 
         objectName: "sectionList"
         anchors.top: formPlace.bottom
-        anchors.topMargin: section.spacing
-        x: section.padding
+        anchors.topMargin: Metrics.spacing
+        x: Metrics.padding
         width: section.width - 2 * x
-        height: Math.max(section.leastBodyHeight, section.contentHeight - y - section.padding)
+        height: Math.max(section.leastBodyHeight, section.contentHeight - y - Metrics.padding)
         visible: !emptyLabel.visible
         spacing: 2
         model: section.viewModel.rows
