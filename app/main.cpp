@@ -20,7 +20,8 @@
 namespace
 {
 
-/// Drawn here and now: Qt's own way from an SVG to an icon loads a plugin and draws more sizes.
+/// The main window's icon. It is drawn here because Qt's own way from an SVG to an icon loads a
+/// plugin and draws more sizes.
 QIcon windowIcon()
 {
     QSvgRenderer drawing(QStringLiteral(":/timetracker/icons/dk.tulo.TimeTracker.svg"));

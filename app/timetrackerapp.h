@@ -27,7 +27,7 @@ private:
     SystemClock m_clock;
     std::unique_ptr<ModelContainer> m_sharedModelContainer;
     TimerManager m_timerManager;
-    // The windows go before what they show.
+    // The windows are destroyed before what they show.
     MainWindow m_mainWindow;
     MenuBarExtra m_menuBarExtra;
 };

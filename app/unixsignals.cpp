@@ -15,7 +15,7 @@ int wakeUpPipe[2];
 
 void wakeUp(int)
 {
-    // Nothing else is allowed in a signal handler; the event loop does the rest.
+    // A signal handler is allowed nothing more than this; the event loop does the rest.
     const char byte = 0;
     [[maybe_unused]] const ssize_t written = ::write(wakeUpPipe[1], &byte, 1);
 }

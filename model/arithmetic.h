@@ -7,8 +7,8 @@
 
 // Whole seconds are counted without wrapping round: a result that does not fit ends the program.
 
-/// Asked, when a calculation ends the program, where its values come from and what to do about
-/// them.
+/// Is called when a calculation ends the program, and tells where its values come from and what to
+/// do about them.
 using FatalAdvice = std::function<std::string()>;
 
 /// @p a + @p b; fatal on overflow.

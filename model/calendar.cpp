@@ -68,7 +68,7 @@ std::optional<Instant> Calendar::addingDays(Instant instant, int days) const
 
     const QTime time = from.time();
     const double fraction = instant - instantOf(from);
-    // Not by way of a date and a time: where midnight comes twice, the first one begins the day.
+    // A date with a time would not do: where midnight comes twice, the first one begins the day.
     if (first.time() == time)
         return instantOf(first) + fraction;
     const QDateTime moved = dateTime(day, time);

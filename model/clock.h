@@ -29,7 +29,7 @@ Q_SIGNALS:
     void calendarChanged();
 
 protected:
-    /// From now on in @p calendar; whoever calls this tells of it.
+    /// Sets the calendar from now on. The caller emits calendarChanged().
     void setCalendar(Calendar calendar) { m_calendar = std::move(calendar); }
 
 private:

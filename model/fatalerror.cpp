@@ -20,13 +20,13 @@ void setFatalErrorRescue(std::function<void()> rescue)
 
 void fatalError(const char *message, const std::string &advice)
 {
-    // Taken out first: a rescue that fails fatally itself must not start over.
+    // The rescue is taken out first, so that one that fails fatally itself does not start over.
     if (const auto rescue = std::exchange(rescueAction(), {}))
         rescue();
     std::fprintf(stderr, "%s\n", message);
     if (!advice.empty())
         std::fprintf(stderr, "%s\n", advice.c_str());
     std::fflush(nullptr);
-    // Not exit(): the windows and the store may be in the middle of something.
+    // exit() would destroy windows and store, which may be in the middle of something.
     std::_Exit(EXIT_FAILURE);
 }

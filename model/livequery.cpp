@@ -94,7 +94,7 @@ void RecordQuery::onChanged(Record *record)
         m_records.removeOne(record);
     if (!was) {
         m_records.append(record);
-        m_isStale = true; // Its place in the store's order is the store's to tell.
+        m_isStale = true; // Only the store knows the record's place in its order.
     }
     sort();
     Q_EMIT changed();

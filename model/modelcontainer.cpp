@@ -40,7 +40,8 @@ const QString logSuffix = QStringLiteral("-wal");
 const QString journalSuffix = QStringLiteral("-journal");
 const QString sharedIndexSuffix = QStringLiteral("-shm");
 
-/// Said of a file that is refused. Its log would be taken for that of any file in its place.
+/// The advice on a refused file. A log that stays would be taken for that of the next file of that
+/// name.
 const std::string leftAsItIs =
     " It has been left as it is. To start with an empty store, move it away, together with the "
     "files beside it whose names begin with its own";
@@ -151,7 +152,7 @@ void keepFromOthers(const QString &path)
         if (QFileInfo::exists(part))
             restrict(part, ownerOnly);
     }
-    // Any other directory than its own is somebody else's affair.
+    // The program only takes care of its own directory.
     const QString directory = QFileInfo(path).path();
     const QString own = QFileInfo(ModelContainer::defaultPath()).path();
     if (directory == QFileInfo(own).canonicalFilePath())
@@ -188,7 +189,7 @@ void check(const QString &path)
         }
     }
     const qint64 size = qint64{integer(database, "page_count")} * integer(database, "page_size");
-    // What a log holds may not have come into the file yet.
+    // The log may hold more than what has come into the file yet.
     if (QFileInfo(path).size() < size && QFileInfo(path + logSuffix).size() == 0)
         failAsDamaged(path, " (its end is missing).");
     if (size <= sizeLookedThrough) {
@@ -284,14 +285,15 @@ std::unique_ptr<SQLite::Database> open(const QString &path)
     auto database = std::make_unique<SQLite::Database>(
         QFile::encodeName(path).constData(), SQLite::OPEN_READWRITE | SQLite::OPEN_NOFOLLOW,
         busyMilliseconds);
-    // Held from here on, so that a second writer is refused; and no index of the log is shared.
+    // The lock is held from here on. So a second writer is refused, and no index of the log is
+    // shared.
     database->exec(
         "PRAGMA cell_size_check = ON; PRAGMA locking_mode = EXCLUSIVE; PRAGMA synchronous = FULL; "
         "PRAGMA journal_mode = WAL; BEGIN IMMEDIATE; COMMIT");
-    // Whoever may not write may begin to, all the same.
+    // SQLite begins a transaction even if the file cannot be written.
     if (sqlite3_db_readonly(database->getHandle(), "main") != 0)
         failAsUnwritable(path, ".");
-    // The look before left the index that it needed; whoever could use it is shut out now.
+    // The check before this left its index of the log behind. Nobody can use it any more.
     QFile::remove(path + sharedIndexSuffix);
     return database;
 }
@@ -307,7 +309,7 @@ QString ModelContainer::defaultPath()
 ModelContainer::ModelContainer(const QString &path, const Clock &clock, SaveDelays delays)
 {
     makeDirectory(QFileInfo(path).path());
-    // Links in the directories above are the user's own affair; the file itself must be a file.
+    // Users may link the directories above as they like, but the file itself must be a file.
     const QFileInfo given(path);
     const QString realPath = QFileInfo(given.path()).canonicalFilePath() + u'/' + given.fileName();
     const Turn turn(QFileInfo(realPath).path());

@@ -26,7 +26,7 @@ public:
     ~ResetGuard()
     {
         m_statement.tryReset();
-        // Else a large text would stay in memory until the statement is used again.
+        // A large text that stays bound would stay in memory until the statement is used again.
         m_statement.clearBindings();
     }
     Q_DISABLE_COPY_MOVE(ResetGuard)
@@ -152,7 +152,7 @@ QList<Record *> ModelContext::fetch(RecordType type, const RecordFilter &filter)
                 records.stored.insert(rowid, record);
                 adopt(record);
             }
-            // What the file says of an edited record is no longer so.
+            // The file's values of an edited record are out of date.
             if (!record->m_isUnsaved)
                 found.append(record);
         }
@@ -211,7 +211,7 @@ void ModelContext::noteChange(Record *record)
 
 void ModelContext::scheduleSave()
 {
-    // After a failure the timer waits for long; a change is the next chance to write.
+    // After a failure the timer waits for long, and this change is an earlier chance to write.
     if (m_saveTimer.isActive() && !m_lastSaveFailed)
         return;
     m_lastSaveFailed = false;
@@ -224,7 +224,7 @@ void ModelContext::writeOneByOne()
     try {
         write(Failure::OfOne, written);
     } catch (const SQLite::Exception &) {
-        // The disk fails as well; what came before is written.
+        // The disk failed as well. What was written before it did is kept.
     }
     noteWritten(written);
 }
@@ -247,7 +247,7 @@ void ModelContext::write(RecordType type, Failure failure, Written &written)
                 throw;
         }
     };
-    // Insertions before removals: the rowid of the last row is given again once that row is gone.
+    // Insertions come before removals: SQLite gives the rowid of a removed last row again.
     for (Record *record : std::as_const(shelf.inserted)) {
         attempt([&] {
             SQLite::Statement &insertion = statement(table.insert);

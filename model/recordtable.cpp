@@ -39,7 +39,7 @@ void read(const SQLite::Column &cell, QUuid &id)
 
 void read(const SQLite::Column &cell, QString &text)
 {
-    // With its length: a text may hold a NUL.
+    // The length is given because a text may hold a NUL.
     const char *bytes = cell.getText();
     text = QString::fromUtf8(bytes, cell.getBytes());
 }
@@ -139,7 +139,7 @@ Record *readRecord(SQLite::Statement &row, const Clock &clock)
     typename Type::Values values;
     int index = 0;
     for (const auto &property : properties<Type>) {
-        // The rowid comes before them.
+        // The rowid is the first column.
         const SQLite::Column cell = row.getColumn(++index);
         std::visit([&](auto member) { read(cell, values.*member); }, property.member);
     }
@@ -212,8 +212,8 @@ std::string selection(const RecordTable &table, const RecordFilter &filter)
     std::string sql = table.select;
     if (!filter.condition.empty())
         sql += " WHERE " + filter.condition;
-    // By its bare name SQLite would rather read the whole history in this order than sort the few
-    // that match.
+    // A bare column name would make SQLite read the whole history in this order, instead of sorting
+    // the few records that match.
     return sql + " ORDER BY +rowid";
 }
 

@@ -39,7 +39,7 @@ SystemClock::SystemClock(Calendar calendar, QString zoneFile)
 #endif
     m_timer.setSingleShot(true);
     connect(&m_timer, &QTimer::timeout, this, &SystemClock::onTimer);
-    // A new zone is mostly a new link, of which only the directory tells.
+    // A new zone is mostly a new link, and only its directory's changes show that.
     m_zoneWatcher.addPath(QFileInfo(m_zoneFile).path());
     connect(&m_zoneWatcher, &QFileSystemWatcher::directoryChanged, this,
             &SystemClock::onZoneFileChanged);

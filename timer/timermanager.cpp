@@ -108,7 +108,7 @@ void TimerManager::startTimer()
 {
     stopTimer();
     m_timer = std::make_unique<QTimer>();
-    // Precise, or a late tick would show one second twice and leave out the next.
+    // A coarse timer may tick late, and would then show one second twice and leave out the next.
     m_timer->setTimerType(Qt::PreciseTimer);
     connect(m_timer.get(), &QTimer::timeout, this, &TimerManager::advance);
     m_timer->start(m_beat);
@@ -116,7 +116,7 @@ void TimerManager::startTimer()
 
 void TimerManager::stopTimer()
 {
-    // Later: a tick may be what led here.
+    // The timer must not be deleted now, as its own tick may have led here.
     if (m_timer) {
         m_timer->stop();
         m_timer.release()->deleteLater();

@@ -37,9 +37,9 @@ Appearance::Appearance(const QDBusConnection &connection)
         return;
     qGuiApp->installEventFilter(this);
     connect(&m_portalWatcher, &QDBusServiceWatcher::serviceRegistered, this, &Appearance::ask);
-    // Before the first message with one, Qt does not know the slot's type by its name.
+    // Until the first message with a variant arrives, Qt does not know the slot's type by its name.
     qRegisterMetaType<QDBusVariant>();
-    // The bus lets only this one setting through.
+    // The bus is asked to pass on changes of this one setting alone.
     m_connection.connect(Service, Path, Interface, u"SettingChanged"_s, {Group, Key}, u"ssv"_s,
                          this, SLOT(onSettingChanged(QString, QString, QDBusVariant)));
     ask();
@@ -73,7 +73,7 @@ void Appearance::ask()
 
 void Appearance::setColorScheme(const QVariant &value)
 {
-    // The portal's answer lies in a variant of its own.
+    // The portal wraps its answer in another variant.
     const bool isNested = value.userType() == qMetaTypeId<QDBusVariant>();
     const QVariant scheme = isNested ? value.value<QDBusVariant>().variant() : value;
     m_wantsDark = scheme.toUInt() == PrefersDark;
@@ -87,7 +87,7 @@ void Appearance::update()
         QGuiApplication::setPalette(darkPalette());
     } else if (!m_wantsDark && m_hasOwnPalette) {
         m_hasOwnPalette = false;
-        // The platform's again.
+        // An empty palette restores the platform's own.
         QGuiApplication::setPalette(QPalette());
     }
 }

@@ -27,9 +27,9 @@ void neverStartABus()
         return;
     const QString folder = qEnvironmentVariable("XDG_RUNTIME_DIR");
     if (!folder.isEmpty() && isOwnSocket(folder + "/bus"_L1))
-        // This is where it is looked for first.
+        // Without an address, libdbus looks for the bus in that folder first.
         qunsetenv("DBUS_SESSION_BUS_ADDRESS");
     else
-        // No kind of bus that anybody knows.
+        // There is no such transport, so connecting fails.
         qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:");
 }

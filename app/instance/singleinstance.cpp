@@ -10,7 +10,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-// Of the bus's own interface.
+// A flag and answers that the bus's own interface defines.
 constexpr uint DoNotQueue = 4;
 constexpr uint Exists = 3;
 
@@ -27,7 +27,7 @@ QDBusMessage callToBus(const QString &method, const QVariantList &arguments)
 
 int left(QDeadlineTimer deadline)
 {
-    // Zero would mean no limit, or the usual one.
+    // A time-out of zero would mean no limit, or the usual one.
     return std::max(1, static_cast<int>(deadline.remainingTime()));
 }
 
@@ -47,9 +47,9 @@ SingleInstance::Claim SingleInstance::claim(const StartTokens &tokens,
 {
     if (!m_bus.isConnected())
         return Claim::First;
-    // Before the name is ours: a call can arrive with it.
+    // The object is exported before the name is ours, as a call can arrive together with the name.
     m_bus.registerObject(m_objectPath, &m_object, QDBusConnection::ExportAllSlots);
-    // Also while another one ends: once it has gone this process is the first.
+    // This is tried while another process ends, too: once that has gone, this one is the first.
     const QDeadlineTimer deadline(patience);
     do {
         if (!isNameAnothers(deadline))
@@ -81,7 +81,7 @@ bool SingleInstance::handOver(const StartTokens &tokens, QDeadlineTimer deadline
     QDBusMessage activation = QDBusMessage::createMethodCall(
         m_service, m_objectPath, u"org.freedesktop.Application"_s, u"Activate"_s);
     activation.setArguments({platformData});
-    // If the owner has gone, the bus is not to start another one: that is this process.
+    // If the owner has gone, the bus must not start another process: this one takes over.
     activation.setAutoStartService(false);
     const QDBusMessage answer = m_bus.call(activation, QDBus::Block, left(deadline));
     return answer.type() == QDBusMessage::ReplyMessage;

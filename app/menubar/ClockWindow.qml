@@ -23,7 +23,7 @@ Window {
         size: Qt.size(Math.max(120, label.implicitWidth + 2 * 10), 28)
     }
 
-    // Of the keys, Space is the button's own.
+    // Space is left to the button itself.
     FocusScope {
         anchors.fill: parent
         focus: true

@@ -2,7 +2,7 @@
 
 /// How the menu-bar item gets onto the desktop.
 enum class Backend {
-    /// Not yet: something better than what is there may still come.
+    /// Nothing yet, as something better than what is there may still come.
     None,
     /// An item in the desktop's bar, with icon, label, tooltip and menu.
     StatusNotifier,

@@ -15,7 +15,7 @@ ClockWindow::ClockWindow(QQmlEngine &engine, const TimerManager &timerManager,
                           {{u"viewModel"_s, QVariant::fromValue(&m_viewModel)}});
     connect(m_window.get(), SIGNAL(activated()), this, SIGNAL(activated()));
     m_window->installEventFilter(this);
-    // It comes by itself, maybe while the user types into another window.
+    // It opens by itself, maybe while the user types into another window.
     m_window->setProperty("_q_showWithoutActivating", true);
     const QRect room = m_window->screen()->availableGeometry();
     m_window->setPosition(room.right() + 1 - m_window->width(), room.top());

@@ -29,7 +29,7 @@ QVariantMap propertiesOf(const MenuLine &line)
 {
     if (line.isSeparator)
         return {{u"type"_s, u"separator"_s}};
-    // A single underscore would mark a key.
+    // A single underscore would mark an access key.
     QVariantMap properties{{u"label"_s, QString(line.label).replace(u'_', u"__"_s)},
                            {u"enabled"_s, line.isEnabled}};
     if (line.isChecked) {
@@ -173,7 +173,7 @@ QList<DBusMenuProperties> DBusMenu::GetGroupProperties(const QList<int> &ids,
     const auto add = [&](int id) {
         properties.append({id, layoutOf(id, 0, propertyNames).properties});
     };
-    // No ids stand for all.
+    // An empty list of ids means all items.
     if (ids.isEmpty()) {
         add(Root);
         for (const MenuLine &line : m_lines)
@@ -246,7 +246,7 @@ DBusMenuLayout DBusMenu::layoutOf(int id, int depth, const QStringList &property
     if (id != Root)
         return {id, {}, {}};
     DBusMenuLayout root{Root, only(propertyNames, rootProperties()), {}};
-    // A depth of -1 stands for all.
+    // A depth of -1 means all levels.
     if (depth != 0) {
         for (const MenuLine &line : m_lines)
             root.children.append(

@@ -83,7 +83,7 @@ public:
     ~DBusMenu() override;
 
     void setLines(const QList<MenuLine> &lines);
-    /// Whether some panel shows the menu now.
+    /// Whether some bar shows the menu now.
     bool isOpen() const { return m_isOpen; }
 
     uint version() const { return 3; }
@@ -109,7 +109,7 @@ Q_SIGNALS:
     Q_SCRIPTABLE void LayoutUpdated(uint revision, int parentId);
     Q_SCRIPTABLE void ItemActivationRequested(int id, uint timestamp);
 
-    /// The menu is about to be seen: its lines had better be up to date.
+    /// The menu is about to be seen, so its lines should be brought up to date.
     void aboutToShow();
     /// The user has chosen a line.
     void chosen(int id);

@@ -76,7 +76,7 @@ QList<IconPixmap> itemicon::pixmaps()
 
 QString itemicon::nameOrPath()
 {
-    // By its file: to ask the icon theme would mean to read all of it.
+    // The file is looked for, because asking the icon theme would read all of the theme.
     QString name = u"dk.tulo.TimeTracker-symbolic"_s;
     if (!QStandardPaths::locate(QStandardPaths::GenericDataLocation,
                                 u"icons/hicolor/symbolic/apps/"_s + name + u".svg"_s)

@@ -53,7 +53,7 @@ void MenuBarExtra::choose()
         {.hasStatusNotifierHost = m_statusNotifierLink && m_statusNotifierLink->hasHost(),
          .hasXEmbedTray = m_xembedTray.isThere(),
          .isSettled = !m_settlingTimer.isActive()});
-    // What is there is not taken away for what may not come.
+    // What shows the item now stays until there is something better.
     const bool isStillTheBest =
         backend == Backend::None && (m_backend == Backend::ClockWindow ||
                                      (m_backend == Backend::XEmbed && m_xembedTray.isThere()));

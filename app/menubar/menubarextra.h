@@ -60,7 +60,7 @@ private:
     XEmbedTray m_xembedTray;
     QTimer m_settlingTimer;
 
-    // Kept once it is made: a bar that comes back finds it as it was.
+    // It is kept once it is made, so that a bar that comes back finds it as it was.
     std::unique_ptr<StatusNotifierItem> m_item;
     std::unique_ptr<MenuBarMenu> m_menu;
     std::unique_ptr<QSystemTrayIcon> m_trayIcon;

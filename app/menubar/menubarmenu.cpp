@@ -27,7 +27,8 @@ QString shortName(const Task &task)
     return name.first(end) + u'…';
 }
 
-/// The clock first: it goes on while the menu is open, and so nothing moves.
+/// A task's line. The clock comes first: it advances while the menu is open, and the name does not
+/// move with it.
 QString labelOf(const Task &task)
 {
     QString label = task.formattedTime() + u"   "_s + shortName(task);
@@ -47,7 +48,7 @@ MenuBarMenu::MenuBarMenu(const QDBusConnection &connection, TimerManager &timerM
     connect(&m_updateTimer, &QTimer::timeout, this, &MenuBarMenu::update);
     connect(&m_viewModel, &MenuBarViewModel::todaysTasksChanged, &m_updateTimer,
             qOverload<>(&QTimer::start));
-    // What only the clock changes is told while somebody looks.
+    // Changes that only the clock makes are told while the menu is open.
     connect(&timerManager, &TimerManager::tickChanged, this, [this] {
         if (m_menu.isOpen())
             update();

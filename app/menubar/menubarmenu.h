@@ -28,9 +28,9 @@ private:
 
     MenuBarViewModel m_viewModel;
     DBusMenu m_menu;
-    // Several changes at once are told once.
+    // Joins several changes at once into one signal.
     QTimer m_updateTimer;
     QHash<QUuid, int> m_taskIDs;
-    // After those of the lines that are always there.
+    // The ids up to this one are left to the lines that are always there.
     int m_lastTaskID = 100;
 };

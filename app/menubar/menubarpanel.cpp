@@ -47,7 +47,7 @@ void MenuBarPanel::toggle(const QPoint &reported)
 {
     if (closesInstead())
         return;
-    // On Wayland nothing is known of places, and the compositor chooses the panel's.
+    // On Wayland a program knows no positions, and the compositor places the panel.
     PanelClick click{reported, std::nullopt};
     if (!isWayland())
         click.pointer = QCursor::pos();
@@ -66,7 +66,7 @@ void MenuBarPanel::close()
         m_window->close();
 }
 
-/// Whether a click on the item means the panel's end, which may have come already.
+/// Whether a click on the item is meant to close the panel, which may have closed already.
 bool MenuBarPanel::closesInstead()
 {
     if (isOpen()) {

@@ -71,7 +71,7 @@ void StatusNotifierLink::onHostRegistered()
 
 void StatusNotifierLink::onHostUnregistered()
 {
-    // There may be others.
+    // The watcher may know other hosts.
     askForHost();
 }
 
@@ -107,7 +107,7 @@ void StatusNotifierLink::askForHost()
     connect(reply, &QDBusPendingCallWatcher::finished, this, [this, reply] {
         reply->deleteLater();
         const QDBusPendingReply<QDBusVariant> answer = *reply;
-        // One that gives no answer is as good as none.
+        // A watcher that does not answer is taken for none.
         if (m_hasWatcher == answer.isError()) {
             m_hasWatcher = !answer.isError();
             Q_EMIT changed();
@@ -122,7 +122,7 @@ void StatusNotifierLink::setHasHost(bool hasHost)
         return;
     m_hasHost = hasHost;
     m_hasWatcher |= hasHost;
-    // Who is told may ask for the registration only now.
+    // A slot that hears of the host may ask for the registration itself; then it is made only once.
     const bool wasKeptRegistered = m_keepsRegistered;
     Q_EMIT changed();
     if (wasKeptRegistered)
@@ -133,7 +133,7 @@ void StatusNotifierLink::registerItem()
 {
     if (!m_keepsRegistered || !m_hasHost)
         return;
-    // By our unique name: one host loses an item now and then that has another.
+    // The unique name is used, as one host sometimes loses items that register under another.
     const QDBusMessage registration =
         call(QString(Interface), u"RegisterStatusNotifierItem"_s, {m_connection.baseService()});
     auto *const reply = new QDBusPendingCallWatcher(m_connection.asyncCall(registration), this);

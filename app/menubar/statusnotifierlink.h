@@ -19,7 +19,7 @@ public:
     explicit StatusNotifierLink(const QDBusConnection &connection,
                                 std::chrono::milliseconds retry = std::chrono::seconds(1));
 
-    /// Until the answer is there, it is taken to be.
+    /// Whether there is a watcher. True until the first answer says otherwise.
     bool hasWatcher() const { return m_hasWatcher; }
     /// Whether items are shown by somebody.
     bool hasHost() const { return m_hasHost; }

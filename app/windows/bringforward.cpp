@@ -10,7 +10,7 @@ using namespace Qt::StringLiterals;
 
 void bringForward(QWindow &window, const QString &activationToken)
 {
-    // From here Qt takes it with the request that follows.
+    // Qt takes the token from the environment with the request that follows.
     if (!activationToken.isEmpty())
         qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8());
     window.setWindowStates(window.windowStates() & ~Qt::WindowMinimized);

@@ -19,7 +19,7 @@ void FixedSize::apply()
     QQuickWindow *const window = content ? content->window() : nullptr;
     if (!window)
         return;
-    // The limits first: a window manager would hold the new size against the old ones.
+    // The limits are set first, as a window manager checks the new size against those it knows.
     const QSize whole = m_size.toSize();
     window->setMinimumSize({});
     window->setMaximumSize(whole);

@@ -16,7 +16,7 @@ public:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    // The last release: its key and its time.
+    // The key and the time of the last release.
     quint32 m_scanCode = 0;
     quint64 m_timestamp = 0;
 };

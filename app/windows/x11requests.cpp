@@ -48,7 +48,7 @@ void activateOnX11(const QWindow &window)
     const auto id = static_cast<xcb_window_t>(window.winId());
     if (const auto desktop = desktopOf(connection, id))
         request(connection, "_NET_CURRENT_DESKTOP", x11::root(connection), *desktop);
-    // On behalf of the user, who has just asked for it.
+    // The request says that it is made on behalf of the user, who has just asked for it.
     constexpr uint32_t UsersWish = 2;
     request(connection, "_NET_ACTIVE_WINDOW", id, UsersWish);
     xcb_flush(connection);
@@ -59,7 +59,7 @@ void keepOutOfTaskBarsOnX11(QWindow &window)
     xcb_connection_t *const connection = x11::connection();
     if (!connection)
         return;
-    // Qt leaves those states alone that it has no word for.
+    // Qt leaves states alone that it does not know.
     const std::array states{x11::atom(connection, "_NET_WM_STATE_SKIP_TASKBAR"),
                             x11::atom(connection, "_NET_WM_STATE_SKIP_PAGER")};
     xcb_change_property(connection, XCB_PROP_MODE_APPEND, static_cast<xcb_window_t>(window.winId()),

@@ -41,7 +41,7 @@ T.ToolTip {
     x: 0
     implicitWidth: Math.min(implicitContentWidth, maximumWidth) + leftPadding + rightPadding
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
-    // Escape belongs to the views.
+    // The views decide what Escape does.
     closePolicy: T.Popup.CloseOnPressOutsideParent
 
     onAboutToShow: place()

@@ -9,7 +9,7 @@ SymbolButton {
     symbol: "xmark.circle.fill"
     symbolSize: 12
     symbolColor: Qt.alpha(Theme.secondary, 0.6)
-    // Not the button's own opacity: assistive technology does not see what is transparent.
+    // The button itself stays opaque, as assistive technology does not see what is transparent.
     contentItem.opacity: isShown ? 1 : 0
 
     SecondClickGuard {

@@ -25,7 +25,7 @@ T.TextField {
     selectionColor: Theme.brandAccent
     selectedTextColor: "white"
     selectByMouse: true
-    // Also where the text itself runs from right to left.
+    // Texts that run from right to left are aligned to the left, too.
     horizontalAlignment: TextInput.AlignLeft
     verticalAlignment: TextInput.AlignVCenter
 

@@ -10,7 +10,7 @@ Text {
     renderType: Text.NativeRendering
     font.pixelSize: 13
     color: Theme.primary
-    // Also where the text itself runs from right to left.
+    // Texts that run from right to left are aligned to the left, too.
     horizontalAlignment: Text.AlignLeft
 
     Accessible.role: Accessible.StaticText

@@ -23,7 +23,7 @@ bool ButtonKeys::eventFilter(QObject *, QEvent *event)
     case Qt::Key_Return:
     case Qt::Key_Enter:
     case Qt::Key_Select:
-        // Ignored and filtered: the item's parents are asked, the item itself is not.
+        // An ignored event that is filtered goes to the item's parents, but not to the item.
         key->ignore();
         return true;
     default:

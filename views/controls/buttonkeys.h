@@ -4,9 +4,9 @@
 #include <QQmlParserStatus>
 #include <QtQml/qqmlregistration.h>
 
-/// Leaves Space alone of the keys that press a button to the button that it is declared in. Which
-/// others do (Return, Space with Ctrl) depends on the desktop and on Qt's version; they belong to
-/// the view around the button. Repeats of a key held down are swallowed.
+/// Sees to it that the button that it is declared in is pressed by Space and by no other key. Which
+/// other keys would press it (Return, Space with Ctrl) depends on the desktop and on Qt's version;
+/// they are passed on to the view around the button. Repetitions of a held Space are swallowed.
 class ButtonKeys : public QObject, public QQmlParserStatus
 {
     Q_OBJECT

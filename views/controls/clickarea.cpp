@@ -20,7 +20,7 @@ bool isControl(const QQuickItem &item)
 /// away than the item lacks to the least size.
 qreal distance(const QQuickItem &item, const QPointF &point)
 {
-    // The right and bottom edges are outside.
+    // The right and bottom edges lie outside of the item.
     const qreal right = std::nextafter(item.width(), 0);
     const qreal bottom = std::nextafter(item.height(), 0);
     const qreal x = std::max({-point.x(), point.x() - right, 0.0});

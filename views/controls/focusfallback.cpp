@@ -6,7 +6,8 @@ void FocusFallback::itemChange(ItemChange change, const ItemChangeData &data)
 {
     if (change == ItemSceneChange) {
         disconnect(m_focusChange);
-        // Queued: while a popup closes or a form is dropped, the focus is nowhere for a moment.
+        // The connection is queued: while a popup or a form closes, the focus is nowhere for a
+        // moment.
         if (data.window)
             m_focusChange = connect(data.window, &QQuickWindow::activeFocusItemChanged, this,
                                     &FocusFallback::follow, Qt::QueuedConnection);

@@ -82,7 +82,7 @@ void FocusReveal::reveal()
     const QQuickItem *const focus = m_window->activeFocusItem();
     if (!focus || !m_area->isAncestorOf(focus))
         return;
-    // From the inside out: what an inner one scrolls moves the control in the outer one.
+    // Inner ones come first, as what they scroll moves the control in the outer ones.
     QQuickItem *ancestor = focus->parentItem();
     for (; ancestor != m_area->parentItem(); ancestor = ancestor->parentItem()) {
         if (ancestor->inherits("QQuickFlickable"))

@@ -19,7 +19,7 @@ void LastInput::setIsPointer(bool isPointer)
 
 bool LastInput::eventFilter(QObject *watched, QEvent *event)
 {
-    // Before the window sees it, and thus before it hovers anything.
+    // This comes before the window sees the event, and thus before it hovers anything.
     if (watched->isWindowType()) {
         if (event->type() == QEvent::MouseMove)
             setIsPointer(true);

@@ -19,7 +19,7 @@ void LazyPart::follow()
         for (auto entry = now.cbegin(); entry != now.cend(); ++entry)
             m_part->setProperty(entry.key().toUtf8(), entry.value());
     } else if (m_part) {
-        // Its last binding may be what has led here.
+        // It must not be deleted now, as its own events may have led here.
         m_part->setProperty("visible", false);
         m_part->deleteLater();
         m_part.clear();

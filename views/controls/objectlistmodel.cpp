@@ -13,7 +13,7 @@ void ObjectListModel::setObjects(const QList<QObject *> &objects)
     QHash<QObject *, qsizetype> place;
     for (qsizetype i = 0; i < objects.size(); ++i)
         place.insert(objects.at(i), i);
-    // What stands behind something that it is to stand before goes, and comes again.
+    // An object that moves towards the beginning is removed and inserted again.
     QSet<QObject *> staying;
     qsizetype last = -1;
     for (QObject *object : std::as_const(m_objects)) {

@@ -61,7 +61,7 @@ void OnDemand::drop()
     gone->setProperty("parent", QVariant::fromValue<QQuickItem *>(nullptr));
     gone->deleteLater();
     setImplicitHeight(0);
-    // Told first: what was disabled meanwhile can take the focus again.
+    // The signal comes first, so that what was disabled meanwhile can take the focus again.
     Q_EMIT itemChanged();
     if (hadFocus && m_focusBefore && m_focusBefore->window() == window() &&
         m_focusBefore->isEnabled())

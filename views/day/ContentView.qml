@@ -15,7 +15,7 @@ FocusScope {
     readonly property real minimumHeight: 350
 
     focus: true
-    // From a control back to the day.
+    // Escape leads from a control back to the day.
     Keys.onEscapePressed: dayFocus.forceActiveFocus()
 
     Connections {
@@ -56,7 +56,7 @@ FocusScope {
     Item {
         id: mainColumn
 
-        // Behind an open alert nothing acts, whoever asks.
+        // Nothing behind an open alert may act, also when assistive technology asks.
         enabled: !alert.item
         anchors.left: parent.left
         anchors.right: sideColumn.left
@@ -96,7 +96,7 @@ FocusScope {
 
             objectName: "emptyDay"
             anchors.fill: list
-            // The last row fades out first.
+            // It appears once the last row has faded out.
             visible: content.viewModel.isEmpty && !(content.viewModel.isAnimated && list.hasRows)
         }
 

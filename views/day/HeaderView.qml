@@ -37,7 +37,7 @@ Rectangle {
         symbolColor: Theme.primary
     }
 
-    // A radio button of Qt's own: another button cannot take that role.
+    // This is Qt's own radio button, as no other button can take that role.
     component Segment: T.RadioButton {
         id: segment
 
@@ -96,7 +96,7 @@ Rectangle {
             onClicked: header.viewModel.startOrPause()
         }
 
-        // Around the button: a disabled one says why, too.
+        // The area lies around the button, because a disabled one shows its tooltip, too.
         HelpArea {
             anchors.fill: startButton
             text: header.viewModel.helpText
@@ -169,7 +169,7 @@ Rectangle {
                 opacity: 0.3
             }
 
-            // The selected half: round at the switch's end, square in its middle.
+            // The selected half is round at the switch's end and square in its middle.
             Rectangle {
                 objectName: "selectedSegment"
                 x: header.viewModel.showBillableTime ? width : 0

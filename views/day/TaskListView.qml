@@ -21,7 +21,7 @@ PlainList {
 
     function show(index: int) {
         positionViewAtIndex(index, ListView.Contain);
-        // The rows that this has made know only now how high they are.
+        // The rows that this has made know their heights only afterwards.
         forceLayout();
         positionViewAtIndex(index, ListView.Contain);
         if (index === 0)

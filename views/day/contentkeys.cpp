@@ -79,7 +79,7 @@ void ContentKeys::watch(QQuickWindow *window)
 bool ContentKeys::belongsToFocus(const QKeyEvent &event) const
 {
     const QQuickItem *const focus = m_window ? m_window->activeFocusItem() : nullptr;
-    // Nothing in particular has the focus: the keys are the day view's.
+    // Nothing in particular has the focus, so the keys belong to the day.
     if (!focus || focus == m_content || focus->isAncestorOf(m_content))
         return false;
     if (!m_content->isAncestorOf(focus))
@@ -89,6 +89,6 @@ bool ContentKeys::belongsToFocus(const QKeyEvent &event) const
         return !event.modifiers().testFlag(Qt::ControlModifier) ||
                !(isLowerCaseT(event) || event.key() == Qt::Key_Return ||
                  event.key() == Qt::Key_Enter);
-    // Of a control that Tab has reached, Space is the only key.
+    // Space is the only key that a control reached by Tab takes.
     return focus->activeFocusOnTab() && event.key() == Qt::Key_Space;
 }

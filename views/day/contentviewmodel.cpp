@@ -47,7 +47,7 @@ ContentViewModel::ContentViewModel(TimerManager &timerManager, ModelContext &mod
             &ContentViewModel::addTaskFromTemplate);
 
     connect(&m_tasks, &DayTasks::changed, this, &ContentViewModel::syncActiveTask);
-    // Whoever starts or stops a task before that has decided which one is active.
+    // A task that is started or stopped before that decides which one is active.
     connect(&timerManager, &TimerManager::activeTaskIDChanged, this,
             [this] { m_unsyncedDate.reset(); });
     syncActiveTask();
@@ -106,7 +106,7 @@ void ContentViewModel::selectTask(int index)
     if (index < 0)
         return;
     setSelectedTaskIndex(index);
-    // An open field keeps the keyboard: the day takes no keys meanwhile.
+    // An open field keeps the keyboard, and the day takes no keys meanwhile.
     if (!m_timerManager.isEditing())
         Q_EMIT keyboardWanted();
 }

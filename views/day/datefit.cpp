@@ -11,7 +11,7 @@ namespace
 
 qreal width(const QString &text, const QFont &font)
 {
-    // Rounded as a laid out text is.
+    // A laid out text is as wide as the next whole pixel.
     return std::ceil(QFontMetricsF(font).horizontalAdvance(text));
 }
 

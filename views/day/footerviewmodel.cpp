@@ -41,7 +41,7 @@ void FooterViewModel::update()
     for (const Task *task : tasks) {
         const qint64 taskSeconds = task->currentTotalSeconds();
         seconds = checkedSum(seconds, taskSeconds, [&tasks] { return adviceOn(tasks); });
-        // Rounded for each task, so that the sum is that of the rows.
+        // Each task is rounded by itself, so that the sum is that of the rows.
         hours += isBillable ? roundedDecimalHours(taskSeconds) : decimalHours(taskSeconds);
     }
 

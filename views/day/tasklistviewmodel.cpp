@@ -35,7 +35,7 @@ void TaskListViewModel::update()
     setRowsOf(m_tasks.sortedTasks(), m_rowOf, m_rows, [this](Task &task) {
         return std::make_shared<TaskRowViewModel>(task, m_timerManager, m_codeMenu);
     });
-    // Else the keyboard would stay dead: nobody is left to end the edit.
+    // Nobody is left to end the edit, and the day takes no keys while one is open.
     if (wasEditing && !isEditing())
         m_timerManager.setIsEditing(false);
 }

@@ -70,7 +70,7 @@ PlainButton {
     rightPadding: Metrics.padding
     topPadding: 6
     bottomPadding: 6
-    // The ring stays inside: the row is as wide as the panel.
+    // The focus ring stays inside, as the row is as wide as the panel.
     leftInset: 2
     rightInset: 2
     topInset: 0

@@ -89,7 +89,7 @@ Item {
             codeMenu: picker.codeMenu
             onCodeChosen: code => picker.codeChosen(code)
             onClosed: menu.active = false
-            // Not visible from the start: Qt 6.8 wants its parent first.
+            // It is shown only once it has its parent, which Qt 6.8 wants.
             Component.onCompleted: open()
         }
     }

@@ -106,7 +106,7 @@ FocusScope {
         anchors.left: startButton.right
         anchors.leftMargin: row.spacing
         anchors.verticalCenter: parent.verticalCenter
-        // Half of what it shares with the name; less where that would break a word of the name.
+        // It gets half of what it shares with the name, or less where that would break a word of the name.
         maximumWidth: Math.min((row.sharedWidth - 3 * row.spacing) / 2, row.sharedWidth - 2 * row.spacing - row.nameNeed)
         selectedCode: row.viewModel.projectCode
         codeMenu: row.viewModel.codeMenu
@@ -138,7 +138,7 @@ FocusScope {
 
             objectName: "nameText"
             anchors.verticalCenter: parent.verticalCenter
-            // Not by the text's own width, which breaking a word changes.
+            // The text's own width would not do, as it changes when a word is broken.
             width: Math.max(0, name.width - pencil.width - row.pencilGap)
             visible: !row.viewModel.isEditingName
             text: row.viewModel.shownName
@@ -161,7 +161,7 @@ FocusScope {
             symbolSize: 14
             symbolColor: Qt.alpha(Theme.brandAccent, 0.8)
             isShown: row.isHovered
-            // Not the button's own opacity: assistive technology does not see what is transparent.
+            // The button itself stays opaque, as assistive technology does not see what is transparent.
             contentItem.opacity: isShown ? 1 : 0
             onClicked: row.viewModel.startNameEditing()
         }

@@ -33,6 +33,6 @@ qreal NameFit::widestWord(const QString &text, const QFont &font)
         widest = std::max(widest, widthOnALine(word, font));
         begin = end;
     }
-    // Rounded as a laid out text is.
+    // A laid out text is as wide as the next whole pixel.
     return std::ceil(widest);
 }

@@ -53,7 +53,7 @@ void TaskRowViewModel::startTimeEditing()
 {
     if (!m_task)
         return;
-    // By the task itself: the timer manager goes on regarding it as the active one.
+    // The task is stopped directly, so the timer manager goes on regarding it as the active one.
     m_task->stop();
     setEditedTime(m_task->formattedTime());
     setIsEditingTime(true);
@@ -118,7 +118,7 @@ const TaskRowViewModel::Texts &TaskRowViewModel::texts() const
 
 TaskRowViewModel::Texts TaskRowViewModel::currentTexts() const
 {
-    // One reading of the clock for both figures.
+    // The clock is read once, so that both figures agree.
     const qint64 seconds = m_task->currentTotalSeconds();
     const double hours =
         m_timerManager.showBillableTime() ? roundedDecimalHours(seconds) : decimalHours(seconds);

@@ -97,7 +97,7 @@ Item {
         }
     }
 
-    // Keeps the focus on the one day that Tab stops at.
+    // The scope keeps the focus on the one day that Tab stops at.
     FocusScope {
         id: grid
 

@@ -31,7 +31,7 @@ PlainButton {
     onActiveFocusChanged: if (activeFocus)
         focusReason = Qt.TabFocusReason
 
-    // A bare text: there are many cells, and the button says what assistive technology is told.
+    // A bare text will do: there are many cells, and the button says what assistive technology is told.
     contentItem: Text {
         text: cell.day
         textFormat: Text.PlainText

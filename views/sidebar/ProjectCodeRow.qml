@@ -34,7 +34,7 @@ MarkedEntry {
         anchors.left: symbol.right
         anchors.leftMargin: row.spacing
         anchors.right: parent.right
-        // A spacer follows.
+        // A flexible spacer follows.
         anchors.rightMargin: row.spacing
         anchors.verticalCenter: parent.verticalCenter
         spacing: 1

@@ -42,7 +42,7 @@ MarkedEntry {
             ElidingLabel {
                 objectName: "nameText"
                 anchors.verticalCenter: parent.verticalCenter
-                // A spacer follows.
+                // A flexible spacer follows.
                 width: parent.width - x - entry.spacing
                 text: entry.name
                 font.pixelSize: 11

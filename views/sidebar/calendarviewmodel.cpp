@@ -18,7 +18,7 @@ CalendarViewModel::CalendarViewModel(const Clock &clock, Instant selectedDate)
 {
     connect(&clock, &Clock::calendarChanged, this, &CalendarViewModel::onCalendarChanged);
     updateToday();
-    // The month of now, should the selected date be beyond the calendar.
+    // If the selected date is beyond the calendar, the current month is shown.
     setDisplayedMonth(dayOf(clock.now()));
     follow();
 }
@@ -63,7 +63,7 @@ void CalendarViewModel::onCalendarChanged()
 {
     updateToday();
     const QDate selectedDay = dayOf(m_selectedDate);
-    // Paging away from the selected day's month is the user's doing, a new zone is not.
+    // The user may have paged away from the selected day's month, but a new zone must not do so.
     const bool isSelectedDayShown = m_daysInMonth.selectedIndex() >= 0;
     m_daysInMonth.setSelectedDay(selectedDay);
     setDisplayedMonth(isSelectedDayShown && selectedDay.isValid() ? selectedDay : m_displayedMonth);

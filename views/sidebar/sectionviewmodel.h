@@ -8,8 +8,8 @@
 
 #include <memory>
 
-/// What the side column's sections have in common: all records of one type in their order, and a form
-/// that adds one.
+/// What the side column's sections have in common: all records of one type in their order, and a
+/// form that adds one.
 class SectionViewModel : public QObject
 {
     Q_OBJECT
