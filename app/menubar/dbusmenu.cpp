@@ -1,6 +1,5 @@
 #include "app/menubar/dbusmenu.h"
 
-#include <QDBusArgument>
 #include <QDBusMetaType>
 
 #include <algorithm>
@@ -40,70 +39,6 @@ QVariantMap propertiesOf(const MenuLine &line)
 }
 
 } // namespace
-
-QDBusArgument &operator<<(QDBusArgument &argument, const DBusMenuLayout &layout)
-{
-    argument.beginStructure();
-    argument << layout.id << layout.properties << layout.children;
-    argument.endStructure();
-    return argument;
-}
-
-const QDBusArgument &operator>>(const QDBusArgument &argument, DBusMenuLayout &layout)
-{
-    argument.beginStructure();
-    argument >> layout.id >> layout.properties >> layout.children;
-    argument.endStructure();
-    return argument;
-}
-
-QDBusArgument &operator<<(QDBusArgument &argument, const DBusMenuProperties &properties)
-{
-    argument.beginStructure();
-    argument << properties.id << properties.properties;
-    argument.endStructure();
-    return argument;
-}
-
-const QDBusArgument &operator>>(const QDBusArgument &argument, DBusMenuProperties &properties)
-{
-    argument.beginStructure();
-    argument >> properties.id >> properties.properties;
-    argument.endStructure();
-    return argument;
-}
-
-QDBusArgument &operator<<(QDBusArgument &argument, const DBusMenuPropertyNames &names)
-{
-    argument.beginStructure();
-    argument << names.id << names.names;
-    argument.endStructure();
-    return argument;
-}
-
-const QDBusArgument &operator>>(const QDBusArgument &argument, DBusMenuPropertyNames &names)
-{
-    argument.beginStructure();
-    argument >> names.id >> names.names;
-    argument.endStructure();
-    return argument;
-}
-
-QDBusArgument &operator<<(QDBusArgument &argument, const DBusMenuEvent &event)
-{
-    argument.beginStructure();
-    argument << event.id << event.name << event.data << event.timestamp;
-    argument.endStructure();
-    return argument;
-}
-
-const QDBusArgument &operator>>(const QDBusArgument &argument, DBusMenuEvent &event)
-{
-    argument.beginStructure();
-    argument >> event.id >> event.name >> event.data >> event.timestamp;
-    argument.endStructure();
-    return argument;
-}
 
 DBusMenu::DBusMenu(const QDBusConnection &connection, const QString &path)
     : m_connection(connection)

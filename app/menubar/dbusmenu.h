@@ -1,16 +1,15 @@
 #pragma once
 
+#include "app/menubar/busstructure.h"
+
 #include <QDBusConnection>
 #include <QDBusContext>
 #include <QDBusVariant>
 #include <QList>
-#include <QMetaType>
 #include <QObject>
 #include <QVariantMap>
 
 #include <optional>
-
-class QDBusArgument;
 
 /// One line of a menu.
 struct MenuLine {
@@ -31,22 +30,37 @@ struct DBusMenuLayout {
     int id = 0;
     QVariantMap properties;
     QList<QDBusVariant> children;
+
+    template<class Self>
+    static auto members(Self &self)
+    {
+        return std::tie(self.id, self.properties, self.children);
+    }
 };
-Q_DECLARE_METATYPE(DBusMenuLayout)
 
 /// An item's properties, as the bus carries them.
 struct DBusMenuProperties {
     int id = 0;
     QVariantMap properties;
+
+    template<class Self>
+    static auto members(Self &self)
+    {
+        return std::tie(self.id, self.properties);
+    }
 };
-Q_DECLARE_METATYPE(DBusMenuProperties)
 
 /// Names of an item's properties, as the bus carries them.
 struct DBusMenuPropertyNames {
     int id = 0;
     QStringList names;
+
+    template<class Self>
+    static auto members(Self &self)
+    {
+        return std::tie(self.id, self.names);
+    }
 };
-Q_DECLARE_METATYPE(DBusMenuPropertyNames)
 
 /// What has happened to an item, as the bus carries it.
 struct DBusMenuEvent {
@@ -54,17 +68,13 @@ struct DBusMenuEvent {
     QString name;
     QDBusVariant data;
     uint timestamp = 0;
-};
-Q_DECLARE_METATYPE(DBusMenuEvent)
 
-QDBusArgument &operator<<(QDBusArgument &argument, const DBusMenuLayout &layout);
-const QDBusArgument &operator>>(const QDBusArgument &argument, DBusMenuLayout &layout);
-QDBusArgument &operator<<(QDBusArgument &argument, const DBusMenuProperties &properties);
-const QDBusArgument &operator>>(const QDBusArgument &argument, DBusMenuProperties &properties);
-QDBusArgument &operator<<(QDBusArgument &argument, const DBusMenuPropertyNames &names);
-const QDBusArgument &operator>>(const QDBusArgument &argument, DBusMenuPropertyNames &names);
-QDBusArgument &operator<<(QDBusArgument &argument, const DBusMenuEvent &event);
-const QDBusArgument &operator>>(const QDBusArgument &argument, DBusMenuEvent &event);
+    template<class Self>
+    static auto members(Self &self)
+    {
+        return std::tie(self.id, self.name, self.data, self.timestamp);
+    }
+};
 
 /// A flat menu that the desktop's bar shows in its own style. It tells the bar of what differs
 /// and of nothing else. Its names on the bus are fixed by the protocol.

@@ -3,7 +3,6 @@
 #include "resources/brandcolors.h"
 
 #include <QBuffer>
-#include <QDBusArgument>
 #include <QDir>
 #include <QImage>
 #include <QPainter>
@@ -30,22 +29,6 @@ QImage picture(int side)
 }
 
 } // namespace
-
-QDBusArgument &operator<<(QDBusArgument &argument, const IconPixmap &pixmap)
-{
-    argument.beginStructure();
-    argument << pixmap.width << pixmap.height << pixmap.pixels;
-    argument.endStructure();
-    return argument;
-}
-
-const QDBusArgument &operator>>(const QDBusArgument &argument, IconPixmap &pixmap)
-{
-    argument.beginStructure();
-    argument >> pixmap.width >> pixmap.height >> pixmap.pixels;
-    argument.endStructure();
-    return argument;
-}
 
 QIcon itemicon::icon()
 {

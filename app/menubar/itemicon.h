@@ -1,23 +1,24 @@
 #pragma once
 
+#include "app/menubar/busstructure.h"
+
 #include <QByteArray>
 #include <QIcon>
 #include <QList>
-#include <QMetaType>
 #include <QString>
-
-class QDBusArgument;
 
 /// One size of an icon as the bus carries it: ARGB32, most significant byte first.
 struct IconPixmap {
     int width = 0;
     int height = 0;
     QByteArray pixels;
-};
-Q_DECLARE_METATYPE(IconPixmap)
 
-QDBusArgument &operator<<(QDBusArgument &argument, const IconPixmap &pixmap);
-const QDBusArgument &operator>>(const QDBusArgument &argument, IconPixmap &pixmap);
+    template<class Self>
+    static auto members(Self &self)
+    {
+        return std::tie(self.width, self.height, self.pixels);
+    }
+};
 
 /// The menu-bar item's symbol "timer" in the forms that desktops ask for. Its colour can be seen on
 /// light and on dark bars: of those that do not recolour it, nothing tells which they are.

@@ -1,25 +1,8 @@
 #include "app/menubar/statusnotifieritem.h"
 
-#include <QDBusArgument>
 #include <QDBusMetaType>
 
 using namespace Qt::StringLiterals;
-
-QDBusArgument &operator<<(QDBusArgument &argument, const StatusNotifierToolTip &toolTip)
-{
-    argument.beginStructure();
-    argument << toolTip.iconName << toolTip.iconPixmap << toolTip.title << toolTip.text;
-    argument.endStructure();
-    return argument;
-}
-
-const QDBusArgument &operator>>(const QDBusArgument &argument, StatusNotifierToolTip &toolTip)
-{
-    argument.beginStructure();
-    argument >> toolTip.iconName >> toolTip.iconPixmap >> toolTip.title >> toolTip.text;
-    argument.endStructure();
-    return argument;
-}
 
 QString StatusNotifierItem::path()
 {

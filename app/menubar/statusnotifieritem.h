@@ -14,11 +14,13 @@ struct StatusNotifierToolTip {
     QString title;
     /// Hosts may read markup in it.
     QString text;
-};
-Q_DECLARE_METATYPE(StatusNotifierToolTip)
 
-QDBusArgument &operator<<(QDBusArgument &argument, const StatusNotifierToolTip &toolTip);
-const QDBusArgument &operator>>(const QDBusArgument &argument, StatusNotifierToolTip &toolTip);
+    template<class Self>
+    static auto members(Self &self)
+    {
+        return std::tie(self.iconName, self.iconPixmap, self.title, self.text);
+    }
+};
 
 /// The item as desktops see it over the bus: icon, label, tooltip, activation, and where its menu
 /// is. Its names on the bus are fixed by the protocol.
