@@ -3,13 +3,10 @@
 #include <QQuickItem>
 #include <QQuickWindow>
 
-void FixedSize::setSize(const QSizeF &size)
+FixedSize::FixedSize(QObject *parent)
+    : QObject(parent)
 {
-    if (m_size == size)
-        return;
-    m_size = size;
-    Q_EMIT sizeChanged();
-    apply();
+    connect(this, &FixedSize::sizeChanged, this, &FixedSize::apply);
 }
 
 void FixedSize::apply()

@@ -3,7 +3,7 @@
 #include <QObject>
 #include <QQmlParserStatus>
 #include <QSize>
-#include <QtQml/qqmlregistration.h>
+#include <QtQmlIntegration>
 
 /// Gives the window that it is declared in a size that only itself changes; tiling window managers
 /// let such a window float.
@@ -12,13 +12,10 @@ class FixedSize : public QObject, public QQmlParserStatus
     Q_OBJECT
     Q_INTERFACES(QQmlParserStatus)
     QML_ELEMENT
-    Q_PROPERTY(QSizeF size READ size WRITE setSize NOTIFY sizeChanged REQUIRED)
+    Q_PROPERTY(QSizeF size MEMBER m_size NOTIFY sizeChanged REQUIRED)
 
 public:
-    using QObject::QObject;
-
-    QSizeF size() const { return m_size; }
-    void setSize(const QSizeF &size);
+    explicit FixedSize(QObject *parent = nullptr);
 
     void classBegin() override {}
     void componentComplete() override { apply(); }

@@ -35,7 +35,6 @@ FocusScope {
     }
 
     ContentKeys {
-        content: content
         viewModel: content.viewModel
     }
 

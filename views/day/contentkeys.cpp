@@ -28,33 +28,12 @@ bool isDesktopKey(const QKeyEvent &event)
 ContentKeys::ContentKeys(QObject *parent)
     : QObject(parent)
 {
-}
-
-void ContentKeys::setContent(QQuickItem *content)
-{
-    if (m_content == content)
-        return;
-    if (m_content)
-        m_content->disconnect(this);
-    m_content = content;
-    if (content) {
-        connect(content, &QQuickItem::windowChanged, this, &ContentKeys::watch);
-        watch(content->window());
-    }
-    Q_EMIT contentChanged();
-}
-
-void ContentKeys::setViewModel(ContentViewModel *viewModel)
-{
-    if (m_viewModel == viewModel)
-        return;
-    m_viewModel = viewModel;
-    Q_EMIT viewModelChanged();
+    connect(this, &ContentKeys::viewModelChanged, this, &ContentKeys::begin);
 }
 
 bool ContentKeys::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() == QEvent::KeyPress && m_viewModel && m_content) {
+    if (event->type() == QEvent::KeyPress) {
         const auto &press = *static_cast<QKeyEvent *>(event);
         if (!isDesktopKey(press) && !belongsToFocus(press) &&
             m_viewModel->handleKey({static_cast<Qt::Key>(press.key()),
@@ -65,6 +44,13 @@ bool ContentKeys::eventFilter(QObject *watched, QEvent *event)
         }
     }
     return QObject::eventFilter(watched, event);
+}
+
+void ContentKeys::begin()
+{
+    m_content = qobject_cast<QQuickItem *>(parent());
+    connect(m_content, &QQuickItem::windowChanged, this, &ContentKeys::watch);
+    watch(m_content->window());
 }
 
 void ContentKeys::watch(QQuickWindow *window)
@@ -78,7 +64,7 @@ void ContentKeys::watch(QQuickWindow *window)
 
 bool ContentKeys::belongsToFocus(const QKeyEvent &event) const
 {
-    const QQuickItem *const focus = m_window ? m_window->activeFocusItem() : nullptr;
+    const QQuickItem *const focus = m_window->activeFocusItem();
     // Nothing in particular has the focus, so the keys belong to the day.
     if (!focus || focus == m_content || focus->isAncestorOf(m_content))
         return false;
