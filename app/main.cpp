@@ -17,6 +17,8 @@
 #include <cstdlib>
 #include <optional>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -24,7 +26,7 @@ namespace
 /// plugin and draws more sizes.
 QIcon windowIcon()
 {
-    QSvgRenderer drawing(QStringLiteral(":/timetracker/icons/dk.tulo.TimeTracker.svg"));
+    QSvgRenderer drawing(u":/timetracker/icons/dk.tulo.TimeTracker.svg"_s);
     QIcon icon;
     for (const int side : {16, 32, 64}) {
         QPixmap pixmap(side, side);
@@ -40,9 +42,9 @@ QIcon windowIcon()
 /// The names that desktops know the program by; the first one is the data directory's, too.
 void nameApplication()
 {
-    QApplication::setApplicationName(QStringLiteral("dk.tulo.TimeTracker"));
-    QApplication::setApplicationDisplayName(QStringLiteral("TULO Time Tracker"));
-    QApplication::setDesktopFileName(QStringLiteral("dk.tulo.TimeTracker"));
+    QApplication::setApplicationName(u"dk.tulo.TimeTracker"_s);
+    QApplication::setApplicationDisplayName(u"TULO Time Tracker"_s);
+    QApplication::setDesktopFileName(u"dk.tulo.TimeTracker"_s);
 }
 
 /// Whether this process is the first of its session. If not, the first one has been asked to show
@@ -66,9 +68,7 @@ bool isFirst(SingleInstance &instance, const StartTokens &tokens)
 /// performance.md tells what this gains.
 void prepareWhileTypesLoad()
 {
-    const auto answerTypeLoader = [] {
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::User);
-    };
+    const auto answerTypeLoader = [] { QCoreApplication::sendPostedEvents(nullptr, QEvent::User); };
     QFontInfo(QApplication::font()).family();
     answerTypeLoader();
     // For X11; on Wayland the desktop finds the icon by the program's name.
@@ -95,11 +95,11 @@ int main(int argc, char *argv[])
 
     // Loading the types takes as long as everything else up to the window, so it begins first.
     QQmlEngine engine;
-    engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
+    engine.addImportPath(u"qrc:/qt/qml"_s);
     const QQmlComponent types(&engine, MainWindow::source(), QQmlComponent::Asynchronous);
 
     // Claimed before the store is opened, and given back after it is closed.
-    SingleInstance instance(QDBusConnection::sessionBus(), QStringLiteral("dk.tulo.TimeTracker"));
+    SingleInstance instance(QDBusConnection::sessionBus(), u"dk.tulo.TimeTracker"_s);
     if (!isFirst(instance, tokens))
         return EXIT_SUCCESS;
     prepareWhileTypesLoad();

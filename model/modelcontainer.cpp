@@ -23,6 +23,8 @@
 #include <cerrno>
 #include <cstring>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -35,10 +37,10 @@ constexpr int busyMilliseconds = 500;
 constexpr qint64 sizeLookedThrough = 1'000'000;
 constexpr QFileDevice::Permissions ownerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
 
-const QString newStoreSuffix = QStringLiteral(".new");
-const QString logSuffix = QStringLiteral("-wal");
-const QString journalSuffix = QStringLiteral("-journal");
-const QString sharedIndexSuffix = QStringLiteral("-shm");
+const QString newStoreSuffix = u".new"_s;
+const QString logSuffix = u"-wal"_s;
+const QString journalSuffix = u"-journal"_s;
+const QString sharedIndexSuffix = u"-shm"_s;
 
 /// The advice on a refused file. A log that stays would be taken for that of the next file of that
 /// name.
@@ -302,8 +304,7 @@ std::unique_ptr<SQLite::Database> open(const QString &path)
 
 QString ModelContainer::defaultPath()
 {
-    return QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) +
-           QStringLiteral("/store.sqlite");
+    return QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + u"/store.sqlite"_s;
 }
 
 ModelContainer::ModelContainer(const QString &path, const Clock &clock, SaveDelays delays)

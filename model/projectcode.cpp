@@ -1,5 +1,7 @@
 #include "model/projectcode.h"
 
+using namespace Qt::StringLiterals;
+
 ProjectCode::ProjectCode(const Clock &clock, const QString &code, const QString &name,
                          qint64 sortOrder)
     : ProjectCode(Values{newValues(clock, sortOrder), code, name})
@@ -14,5 +16,5 @@ ProjectCode::ProjectCode(const Values &values)
 
 QString ProjectCode::displayName() const
 {
-    return name().isEmpty() ? code() : code() + QStringLiteral(" \u2013 ") + name();
+    return name().isEmpty() ? code() : code() + u" \u2013 "_s + name();
 }

@@ -74,7 +74,6 @@ Q_SIGNALS:
     void projectCodeChanged();
 
 private:
-
     Values &values() override { return m_values; }
 
     const Clock &m_clock;

@@ -3,7 +3,7 @@
 #include <QPointer>
 #include <QQmlParserStatus>
 #include <QQuickItem>
-#include <QtQml/qqmlregistration.h>
+#include <QtQmlIntegration>
 
 class QQuickWindow;
 

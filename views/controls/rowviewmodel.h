@@ -4,7 +4,7 @@
 
 #include <QHash>
 #include <QObject>
-#include <QtQml/qqmlregistration.h>
+#include <QtQmlIntegration>
 
 #include <memory>
 #include <utility>

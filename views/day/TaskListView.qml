@@ -104,6 +104,7 @@ PlainList {
         TaskRowView {
             id: row
 
+            objectName: "taskRow"
             focus: true
             x: 8
             width: parent.width - 16

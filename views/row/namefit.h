@@ -3,7 +3,7 @@
 #include <QFont>
 #include <QObject>
 #include <QString>
-#include <QtQml/qqmlregistration.h>
+#include <QtQmlIntegration>
 
 /// Measures names for the layout of a row.
 class NameFit : public QObject
