@@ -67,26 +67,36 @@ private:
 private Q_SLOTS:
     void shouldSaveWhenItQuits()
     {
+        // given
         const Fixture f;
         QVERIFY(f.addTask());
         QCOMPARE(f.storedTasks(), 0);
         // What comes after it in the same signal sees what it has done.
         qsizetype stored = -1;
         connect(qApp, &QCoreApplication::aboutToQuit, this, [&] { stored = f.storedTasks(); });
+
+        // when
         QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
         QCoreApplication::exec();
+
+        // then
         QCOMPARE(stored, 1);
     }
 
     void shouldSaveWhenTheSessionEnds()
     {
+        // given
         const Fixture f;
         QVERIFY(f.addTask());
         QCOMPARE(f.storedTasks(), 0);
         // Only a session has a manager; here is another object, and nobody looks at it.
         QObject manager;
+
+        // when
         QVERIFY(QMetaObject::invokeMethod(qApp, "commitDataRequest", Qt::DirectConnection,
                                           QGenericArgument("QSessionManager&", &manager)));
+
+        // then
         QCOMPARE(f.storedTasks(), 1);
     }
 };

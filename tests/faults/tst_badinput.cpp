@@ -135,6 +135,7 @@ private Q_SLOTS:
 
     void shouldReadATimeAsItIsReckonedOtherwise()
     {
+        // given
         int zero = 0;
         int fatal = 0;
         for (int time = 0; time < 100'000; ++time) {
@@ -145,8 +146,11 @@ private Q_SLOTS:
                 continue;
             }
             zero += *expected == 0;
+
+            // then
             QVERIFY2(secondsOfTimeEntry(entry) == *expected, qPrintable(QDebug::toString(entry)));
         }
+
         // Many of each kind, or there is nothing in this.
         QVERIFY2(zero > 1'000 && zero < 90'000, qPrintable(QString::number(zero)));
         QVERIFY2(fatal > 1'000 && fatal < 50'000, qPrintable(QString::number(fatal)));
@@ -154,6 +158,7 @@ private Q_SLOTS:
 
     void shouldEndOnATimeThatDoesNotFitWithAllBeforeItOnDisk()
     {
+        // given
         const FakeClock clock;
         int ends = 0;
         while (ends < 40) {
@@ -164,9 +169,13 @@ private Q_SLOTS:
             ++ends;
             TestStore store(clock);
             store.close();
+
+            // when
             QProcess probe;
             probe.start(QStringLiteral(ENTRYPROBE), {store.path(), entry});
             QVERIFY(probe.waitForFinished());
+
+            // then
             QCOMPARE(probe.exitStatus(), QProcess::NormalExit);
             QCOMPARE(probe.exitCode(), 1);
             QCOMPARE(probe.readAllStandardOutput(), QByteArray());
@@ -205,11 +214,15 @@ private Q_SLOTS:
         environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s,
                            u"unix:path="_s + home.path() + u"/bus"_s);
         const QString day = clock.calendar().dayOf(clock.now()).toString(Qt::ISODate);
+
         for (int start = 0; start < 2; ++start) {
+            // when
             QProcess program;
             program.setProcessEnvironment(environment);
             program.start(QStringLiteral(PROGRAM), {});
             QVERIFY(program.waitForFinished());
+
+            // then
             QCOMPARE(program.exitStatus(), QProcess::NormalExit);
             QCOMPARE(program.exitCode(), 1);
             const QString said = QString::fromUtf8(program.readAllStandardError());
@@ -218,7 +231,8 @@ private Q_SLOTS:
             QVERIFY2(said.contains(u"\"Den største\" of "_s + day), qPrintable(said));
             QVERIFY2(said.contains(u'"' + path + u'"'), qPrintable(said));
         }
-        // and nothing of it has been lost
+
+        // then nothing of it has been lost
         ModelContainer container(path, clock);
         LiveQuery<Task> tasks(container.mainContext(), allRecords(), QueryOrder::Store);
         QCOMPARE(tasks.results().size(), 2);
@@ -227,13 +241,18 @@ private Q_SLOTS:
 
     void shouldEnterATimeThatFits()
     {
+        // given
         const FakeClock clock;
         TestStore store(clock);
         store.close();
+
+        // when
         QProcess probe;
         probe.start(QStringLiteral(ENTRYPROBE),
                     {store.path(), u"2562047788015215:30:07"_s}); // the longest time that there is
         QVERIFY(probe.waitForFinished());
+
+        // then
         QCOMPARE(probe.readAllStandardOutput(), QByteArray("9223372036854775807\n"));
         QCOMPARE(probe.exitCode(), 0);
     }
@@ -269,9 +288,13 @@ private Q_SLOTS:
     {
         QFETCH(QString, entered);
         QFETCH(QString, kept);
+
+        // given
         const FakeClock clock;
         TestStore store(clock, {1h, 1h});
         Task *const task = store.insertTask({});
+
+        // when
         {
             TimerManager timer(clock, 1h);
             ProjectCodeMenuModel codeMenu(store.context());
@@ -295,9 +318,11 @@ private Q_SLOTS:
         QVERIFY(store.context().save());
         store.reopen();
 
+        // then
         LiveQuery<Task> tasks(store.context(), allRecords(), QueryOrder::Store);
         QCOMPARE(tasks.results().size(), 1);
         QVERIFY(tasks.results().constFirst()->name() == kept);
+        QVERIFY(tasks.results().constFirst()->projectCode()->contains(kept));
         LiveQuery<TaskTemplate> templates(store.context(), allRecords(), QueryOrder::Store);
         QCOMPARE(templates.results().size(), 1);
         QVERIFY(templates.results().constFirst()->name().contains(kept));

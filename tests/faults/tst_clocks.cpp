@@ -98,21 +98,40 @@ private Q_SLOTS:
         QFETCH(QString, time);
         QFETCH(QString, plainHours);
         QFETCH(QString, billableHours);
+
+        // given
         Run run(u"2026-11-20T08:00:00"_s);
+
+        // when
         run.clock.advance(by);
+
+        // then
         QCOMPARE(run.shownAfterATick(), (QStringList{time, billableHours}));
+
+        // when
         run.timer.setShowBillableTime(false);
+
+        // then
         QCOMPARE(run.shownAfterATick(), (QStringList{time, plainHours}));
 
-        // The tick goes on, and so does the time from there.
+        // when
         run.clock.advance(1);
+
+        // then the tick goes on, and so does the time from there
         QVERIFY(!run.shownAfterATick().isEmpty());
         QCOMPARE(run.task->currentTotalSeconds(), static_cast<qint64>(by + 1));
+
+        // when
         run.clock.advance(-1);
         run.timer.stopTask(run.task, run.store.context());
+
+        // then
         QTEST(run.task->accumulatedSeconds(), "banked");
-        // and what was banked is what is stored
+
+        // when
         run.store.reopen();
+
+        // then what was banked is what is stored
         LiveQuery<Task> tasks(run.store.context(), allRecords(), QueryOrder::Store);
         QTEST(tasks.results().constFirst()->accumulatedSeconds(), "banked");
     }
@@ -136,17 +155,28 @@ private Q_SLOTS:
         QFETCH(QString, from);
         QFETCH(QString, to);
         QFETCH(qint64, seconds);
+
+        // given
         Run run(from);
         const Instant day = run.task->date();
+
+        // when
         run.clock.set(to);
+
+        // then
         QCOMPARE(run.task->currentTotalSeconds(), seconds);
+
+        // when
         run.timer.stopTask(run.task, run.store.context());
+
+        // then
         QCOMPARE(run.task->accumulatedSeconds(), seconds);
         QVERIFY(run.task->date() == day);
     }
 
     void shouldKeepATaskWhenTheZoneChangesWhileItRuns()
     {
+        // given
         const QByteArray before = qgetenv("TZ");
         TravellersClock::travelTo("Europe/Copenhagen");
         TravellersClock clock;
@@ -157,23 +187,38 @@ private Q_SLOTS:
         TimerManager timer(clock, 1h);
         timer.startTask(task, all, store.context());
         clock.set(clock.now() + 7200);
-
-        TravellersClock::travelTo("America/New_York");
-        QCOMPARE(task->currentTotalSeconds(), 7200);
-        // Its day began while it was still the day before there.
         const auto tasksOf = [&](Instant moment) {
             return DayTasks(store.context(), clock.calendar().dayInterval(moment)).tasks();
         };
+
+        // when
+        TravellersClock::travelTo("America/New_York");
+
+        // then
+        QCOMPARE(task->currentTotalSeconds(), 7200);
+        // Its day began while it was still the day before there.
         QCOMPARE(tasksOf(clock.now()), QList<Task *>());
         QCOMPARE(tasksOf(clock.now() - 86400), QList<Task *>{task});
+
+        // when
         Task *const there = store.insertTask(u"Der"_s);
+
+        // then
         QCOMPARE(tasksOf(clock.now()), QList<Task *>{there});
+
+        // when
         timer.startTask(there, all, store.context());
+
+        // then
         QCOMPARE(task->accumulatedSeconds(), 7200);
         QVERIFY(!task->isRunning());
 
+        // when
         TravellersClock::travelTo("Europe/Copenhagen");
+
+        // then
         QCOMPARE(tasksOf(clock.now()), (QList<Task *>{task, there}));
+
         TravellersClock::travelTo(before.constData());
     }
 };

@@ -190,15 +190,21 @@ private Q_SLOTS:
 
     void shouldRefuseATruncatedStore()
     {
+        // given
         const qsizetype size = m_closed[QString()].size();
         QList<qsizetype> sizes{0, 1, 15, 16, 17, 99, 100, 101, 511, 512, 513};
         for (qsizetype at = pageSize; at < size; at += pageSize)
             sizes << at - 1 << at << at + 1;
         sizes << size - 1;
+
         for (const qsizetype truncated : std::as_const(sizes)) {
+            // when
             StoreImage image = m_closed;
             image[QString()].truncate(truncated);
-            QVERIFY2(!open(image).refusal.isEmpty(), qPrintable(QString::number(truncated)));
+            const Outcome outcome = open(image);
+
+            // then
+            QVERIFY2(!outcome.refusal.isEmpty(), qPrintable(QString::number(truncated)));
             if (QTest::currentTestFailed())
                 return;
         }
@@ -206,10 +212,14 @@ private Q_SLOTS:
 
     void shouldOpenOrRefuseAStoreWithABitFlipped()
     {
-        openDamaged(1500, [this](QByteArray &file) {
+        // given
+        const auto flip = [this](QByteArray &file) {
             const qsizetype at = below(file.size());
             file[at] = static_cast<char>(file[at] ^ (1 << below(8)));
-        });
+        };
+
+        // then
+        openDamaged(1500, flip);
     }
 
     void shouldOpenOrRefuseAStoreWithABitFlippedInItsHeader()
@@ -217,21 +227,29 @@ private Q_SLOTS:
         // The format's own 100 bytes, and where the tables are.
         for (qsizetype at = 0; at < 120; ++at) {
             for (int bit = 0; bit < 8; ++bit) {
-                openDamaged(1, [&](QByteArray &file) {
+                // given
+                const auto flip = [&](QByteArray &file) {
                     file[at] = static_cast<char>(file[at] ^ (1 << bit));
-                });
+                };
+
+                // then
+                openDamaged(1, flip);
             }
         }
     }
 
     void shouldOpenOrRefuseAStoreWithRandomBytes()
     {
-        openDamaged(300, [this](QByteArray &file) {
+        // given
+        const auto scribble = [this](QByteArray &file) {
             const qsizetype at = below(file.size());
             const qsizetype end = std::min(file.size(), at + 1 + below(16));
             std::generate(file.begin() + at, file.begin() + end,
                           [this] { return static_cast<char>(m_random()); });
-        });
+        };
+
+        // then
+        openDamaged(300, scribble);
     }
 
     void shouldRefuseAStoreWithAPageOfAnother_data()
@@ -243,33 +261,46 @@ private Q_SLOTS:
     void shouldRefuseAStoreWithAPageOfAnother()
     {
         QFETCH(bool, isZero);
+
+        // given
         int opened = m_opened;
         for (qsizetype at = 0; at < m_closed[QString()].size(); at += pageSize) {
             StoreImage image = m_closed;
             for (qsizetype byte = at; byte < at + pageSize; ++byte)
                 image[QString()][byte] = isZero ? '\0' : static_cast<char>(m_random());
-            // A page that only continues a long text may hold anything.
+
+            // when
             const Outcome outcome = open(image);
+
+            // then
             if (QTest::currentTestFailed())
                 return;
+            // A page that only continues a long text may hold anything.
             if (outcome.refusal.isEmpty()) {
                 QCOMPARE(outcome.contents.size(), m_closedContents.size());
                 QVERIFY(intactOf(m_closedContents, outcome.contents) >=
                         m_closedContents.size() - 1);
             }
         }
+
         QVERIFY(m_opened - opened < m_closed[QString()].size() / pageSize / 2);
     }
 
     void shouldOpenWithWhatIsIntactOfADamagedLog()
     {
         const auto openWithLog = [this](const QByteArray &log) {
+            // given
             StoreImage image = m_killed;
             image[u"-wal"_s] = log;
+
+            // when
             const Outcome outcome = open(image);
+
+            // then
             QVERIFY2(outcome.refusal.isEmpty(), qPrintable(outcome.refusal));
             QVERIFY(m_killedStates.contains(outcome.contents));
         };
+
         const QByteArray log = m_killed[u"-wal"_s];
         for (int time = 0; time < 300; ++time) {
             QByteArray damaged = log;
@@ -292,17 +323,28 @@ private Q_SLOTS:
     void shouldNotMakeANewStoreBesideTheLogOfAMissingOne()
     {
         QFETCH(QString, suffix);
+
+        // when
         const Outcome outcome = open({{suffix, m_killed[u"-wal"_s]}});
+
+        // then
         QVERIFY2(outcome.refusal.contains("is missing"_L1), qPrintable(outcome.refusal));
-        // An empty one has nothing to lose.
-        QVERIFY(open({{suffix, {}}}).refusal.isEmpty());
+
+        // when it is empty, with nothing to lose
+        const Outcome empty = open({{suffix, {}}});
+
+        // then
+        QVERIFY(empty.refusal.isEmpty());
     }
 
     void shouldReplaceWhatIsLeftOfAnUnfinishedStore()
     {
+        // when
         const Outcome outcome = open({{u".new"_s, m_closed[QString()].first(5000)},
                                       {u".new-wal"_s, m_killed[u"-wal"_s]},
                                       {u".new-journal"_s, m_closed[QString()]}});
+
+        // then
         QCOMPARE(outcome.refusal, QString());
         QVERIFY(outcome.contents.isEmpty());
     }
@@ -323,7 +365,12 @@ private Q_SLOTS:
             other.exec("ROLLBACK");
         }
         QVERIFY(image.contains(u"-journal"_s));
-        QVERIFY(!open(image).refusal.isEmpty());
+
+        // when
+        const Outcome outcome = open(image);
+
+        // then
+        QVERIFY(!outcome.refusal.isEmpty());
     }
 
     // A store so large that it is not looked through when it is opened.
@@ -339,6 +386,8 @@ private Q_SLOTS:
     {
         QFETCH(QString, index);
         QFETCH(bool, isTaskLost);
+
+        // given
         const QString path = newPath();
         writeImage(path, m_closed);
         const FakeClock clock;
@@ -358,30 +407,39 @@ private Q_SLOTS:
         StoreImage image = readImage(path);
         std::fill_n(image[QString()].begin() + (root - 1) * pageSize, pageSize, '\xff');
         writeImage(path, image);
-
         QUuid task;
         QUuid made;
         {
+            // when
             ModelContainer container(path, clock, {1h, 1h});
             ModelContext &context = container.mainContext();
             LiveQuery<Task> today(context, tasksOnDay(clock.calendar().dayInterval(clock.now())),
                                   QueryOrder::Store);
+
+            // then
             QCOMPARE(today.isAnswered(), index != "TaskByDate"_L1);
             QCOMPARE(today.results().size(), today.isAnswered() ? 10 : 0);
-            // A change that cannot be written keeps none of the others from it.
+
+            // when
             auto newTask = std::make_unique<Task>(clock, u"ny"_s, clock.now(), std::nullopt);
             task = newTask->id();
             context.insert(std::move(newTask));
             auto newTemplate = std::make_unique<TaskTemplate>(clock, u"ny"_s);
             made = newTemplate->id();
             context.insert(std::move(newTemplate));
+
+            // then a change that cannot be written keeps none of the others from it
             QCOMPARE(context.save(), !isTaskLost);
             QCOMPARE(context.hasChanges(), isTaskLost);
             // What could not be written is still shown.
             QCOMPARE(today.results().size(), today.isAnswered() ? 11 : 1);
         }
+
+        // when
         ModelContainer container(path, clock);
         const Contents contents = contentsOf(container.mainContext());
+
+        // then
         QCOMPARE(contents.contains(task), !isTaskLost);
         QVERIFY(contents.contains(made));
         QCOMPARE(intactOf(m_closedContents, contents), m_closedContents.size());
@@ -389,6 +447,7 @@ private Q_SLOTS:
 
     void shouldRefuseAStoreThatAnotherProcessHolds()
     {
+        // given
         const QString path = newPath();
         writeImage(path, m_closed);
         QProcess holder;
@@ -396,6 +455,7 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(holder.canReadLine(), 30'000);
         QCOMPARE(holder.readLine(), "open\n");
 
+        // when
         const FakeClock clock;
         QString why;
         try {
@@ -403,11 +463,16 @@ private Q_SLOTS:
         } catch (const StoreError &error) {
             why = QString::fromUtf8(error.what());
         }
+
+        // then
         QVERIFY2(why.contains("in use by another process"_L1), qPrintable(why));
 
+        // when
         holder.kill();
         QVERIFY(holder.waitForFinished());
         ModelContainer container(path, clock);
+
+        // then
         QVERIFY(contentsOf(container.mainContext()) == m_closedContents);
     }
 
@@ -428,6 +493,7 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, file);
         QFETCH(QByteArray, why);
+
         // given the real program and its directories
         const QTemporaryDir home;
         const QString path = home.filePath(u"dk.tulo.TimeTracker/store.sqlite"_s);
@@ -441,8 +507,12 @@ private Q_SLOTS:
                            u"unix:path="_s + home.path() + u"/bus"_s);
         environment.insert(u"QT_QPA_PLATFORM"_s, u"offscreen"_s);
         program.setProcessEnvironment(environment);
+
+        // when
         program.start(QStringLiteral(PROGRAM), {});
         QVERIFY(program.waitForFinished());
+
+        // then
         QCOMPARE(program.exitStatus(), QProcess::NormalExit);
         QCOMPARE(program.exitCode(), 1);
         const QByteArray said = program.readAllStandardError();
@@ -454,12 +524,17 @@ private Q_SLOTS:
     void shouldMakeOneStoreForManyProcessesThatStartAtOnce()
     {
         for (int time = 0; time < 3; ++time) {
+            // given
             const QString path = newPath();
             std::vector<std::unique_ptr<QProcess>> processes(6);
+
+            // when
             for (auto &process : processes) {
                 process = std::make_unique<QProcess>();
                 process->start(QStringLiteral(STOREPROBE), {path});
             }
+
+            // then
             QStringList holders;
             for (const auto &process : processes) {
                 QTRY_VERIFY_WITH_TIMEOUT(process->canReadLine(), 30'000);
@@ -469,11 +544,15 @@ private Q_SLOTS:
                 else
                     holders << said;
             }
+            QCOMPARE(holders.size(), 1);
+
+            // when they have ended
             for (const auto &process : processes) {
                 process->closeWriteChannel();
                 QTRY_COMPARE_WITH_TIMEOUT(process->state(), QProcess::NotRunning, 30'000);
             }
-            QCOMPARE(holders.size(), 1);
+
+            // then
             QVERIFY(contentsOf(readImage(path)).isEmpty());
         }
     }
@@ -491,6 +570,8 @@ private Q_SLOTS:
     {
         QFETCH(int, fileMode);
         QFETCH(int, directoryMode);
+
+        // given
         const QTemporaryDir directory;
         const QString path = directory.filePath(u"data/store.sqlite"_s);
         writeImage(path, m_closed);
@@ -506,6 +587,7 @@ private Q_SLOTS:
         QCOMPARE(::chmod(file.constData(), static_cast<mode_t>(fileMode)), 0);
         QCOMPARE(::chmod(folder.constData(), static_cast<mode_t>(directoryMode)), 0);
 
+        // when
         QString why;
         if (user == 0)
             QCOMPARE(::seteuid(nobody), 0);
@@ -519,6 +601,8 @@ private Q_SLOTS:
 
         QCOMPARE(::chmod(folder.constData(), 0700), 0);
         QCOMPARE(::chmod(file.constData(), 0600), 0);
+
+        // then
         QVERIFY(!why.isEmpty());
         QVERIFY(readImage(path) == m_closed);
     }

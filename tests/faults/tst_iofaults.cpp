@@ -375,6 +375,8 @@ private Q_SLOTS:
     {
         QFETCH(bool, isNew);
         QFETCH(bool, isMuch);
+
+        // given
         const FakeClock clock;
         std::mt19937 random(20261121); // NOLINT(cert-msc51-cpp): every run is to be the same
         int cuts = 0;
@@ -408,6 +410,8 @@ private Q_SLOTS:
                     images.append(image);
                 }
             });
+
+            // when
             user.emplace(path, before);
             if (!wasCut) {
                 if (isMuch)
@@ -417,44 +421,60 @@ private Q_SLOTS:
             }
             possibleAtTheEnd = user->possible();
             user.reset();
+
+            // then
             for (const StoreImage &image : std::as_const(images)) {
                 QVERIFY(isOneOf(image, possible));
                 ++cuts;
             }
         }
+
         QVERIFY(cuts > 0);
         qInfo("%d power cuts", cuts);
     }
 
     void shouldGiveANewStoreItsNameOnlyWhenItIsOnTheDisk()
     {
+        // given
         const QString path = newPath();
         const FaultVfs vfs;
         const FakeClock clock;
+
+        // when
         const ModelContainer container(path, clock);
+
+        // then
         QVERIFY(vfs.isSynced(path + u".new"_s));
     }
 
     void shouldNotTakeADayThatCannotBeReadForAnEmptyOne()
     {
+        // given
         const QString path = newPath();
         writeImage(path, m_used);
         FaultVfs vfs;
         const FakeClock clock;
         ModelContainer container(path, clock, {1h, 1ms});
+
+        // when
         vfs.failAt(FileOperation::Read, 1, SQLITE_IOERR_READ, FaultVfs::Duration::ForGood);
         const DayTasks day(container.mainContext(), clock.calendar().dayInterval(clock.now()));
+
+        // then
         QVERIFY(vfs.hasFailed());
         QVERIFY(day.tasks().isEmpty());
         QVERIFY(!day.isEmpty());
-        // It shows by itself when it can be read.
+
+        // when it can be read
         vfs.heal();
+
+        // then it shows by itself
         QTRY_COMPARE(day.tasks().size(), 3);
     }
 
     void shouldWriteEverythingOnceAFullDiskHasRoom()
     {
-        // A namespace of its own, so that the disk goes with this process.
+        // given a namespace of its own, so that the disk goes with this process
         const QTemporaryDir directory;
         const QByteArray mountPoint = QFile::encodeName(directory.path());
         if (::unshare(CLONE_NEWNS) != 0 ||
@@ -462,6 +482,8 @@ private Q_SLOTS:
             ::mount("tmpfs", mountPoint.constData(), "tmpfs", 0, "size=512k") != 0)
             QSKIP("There is no right to mount a small disk here");
         const QString filler = directory.filePath(u"filler"_s);
+
+        // then
         workOnAFullDisk(
             directory.path(),
             [&] {
@@ -471,16 +493,20 @@ private Q_SLOTS:
                 }
             },
             [&] { QVERIFY(QFile::remove(filler)); });
+
         ::umount(mountPoint.constData());
     }
 
     void shouldWriteEverythingOnceItsFilesMayGrow()
     {
+        // given
         struct rlimit before {
         };
         QCOMPARE(::getrlimit(RLIMIT_FSIZE, &before), 0);
         const auto handler = std::signal(SIGXFSZ, SIG_IGN);
         const QTemporaryDir directory;
+
+        // then
         workOnAFullDisk(
             directory.path(),
             [&] {
@@ -488,6 +514,7 @@ private Q_SLOTS:
                 QCOMPARE(::setrlimit(RLIMIT_FSIZE, &small), 0);
             },
             [&] { QCOMPARE(::setrlimit(RLIMIT_FSIZE, &before), 0); });
+
         ::setrlimit(RLIMIT_FSIZE, &before);
         std::signal(SIGXFSZ, handler);
     }

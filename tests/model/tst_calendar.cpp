@@ -31,8 +31,14 @@ private Q_SLOTS:
     {
         QFETCH(QString, noon);
         QFETCH(double, hours);
+
+        // given
         const FakeClock clock(noon);
+
+        // when
         const DayInterval day = clock.calendar().dayInterval(clock.now());
+
+        // then
         QCOMPARE(day.end - day.start, hours * 3600);
         QVERIFY(day.contains(day.start));
         QVERIFY(!day.contains(day.end));
@@ -68,8 +74,14 @@ private Q_SLOTS:
         QFETCH(QString, from);
         QFETCH(int, days);
         QFETCH(QString, to);
+
+        // given
         const FakeClock clock;
+
+        // when
         const auto moved = clock.calendar().addingDays(clock.at(from), days);
+
+        // then
         QVERIFY(moved);
         QCOMPARE(*moved, clock.at(to));
     }
@@ -78,16 +90,23 @@ private Q_SLOTS:
     {
         // given a zone whose clocks go forward at midnight
         const FakeClock clock(u"2018-11-04T12:00:00"_s, "America/Sao_Paulo");
-        QCOMPARE(clock.today(), clock.at(u"2018-11-04T01:00:00"_s));
+
+        // when
         const DayInterval day = clock.calendar().dayInterval(clock.now());
+
+        // then
+        QCOMPARE(clock.today(), clock.at(u"2018-11-04T01:00:00"_s));
         QCOMPARE(day.end - day.start, 23.0 * 3600);
     }
 
     void shouldStepIntoADayWhoseMidnightDoesNotExist()
     {
+        // given
         const FakeClock clock(u"2018-11-03T12:00:00"_s, "America/Sao_Paulo");
         const Calendar &calendar = clock.calendar();
         const Instant first = clock.at(u"2018-11-04T01:00:00"_s);
+
+        // then
         QCOMPARE(calendar.addingDays(clock.at(u"2018-11-03T00:00:00"_s), 1).value(), first);
         QCOMPARE(calendar.addingDays(clock.at(u"2018-11-05T00:00:00"_s), -1).value(), first);
     }
@@ -96,9 +115,13 @@ private Q_SLOTS:
     {
         // given a zone whose clocks go back from one o'clock to midnight
         const FakeClock clock(u"2025-11-01T12:00:00"_s, "America/Havana");
+
+        // when
         const Instant first = clock.calendar().startOfDay(QDate(2025, 11, 2)).value();
-        QCOMPARE(clock.calendar().addingDays(clock.at(u"2025-11-01T00:00:00"_s), 1).value(), first);
         const DayInterval day = clock.calendar().dayInterval(first);
+
+        // then
+        QCOMPARE(clock.calendar().addingDays(clock.at(u"2025-11-01T00:00:00"_s), 1).value(), first);
         QCOMPARE(day.end - day.start, 25.0 * 3600);
     }
 
@@ -109,6 +132,8 @@ private Q_SLOTS:
         const Calendar &calendar = clock.calendar();
         const Instant before = clock.at(u"2011-12-29T00:00:00"_s);
         const Instant after = clock.at(u"2011-12-31T00:00:00"_s);
+
+        // then
         QVERIFY(!calendar.startOfDay(QDate(2011, 12, 30)));
         QCOMPARE(calendar.addingDays(before, 1).value(), after);
         QCOMPARE(calendar.addingDays(after, -1).value(), before);
@@ -117,10 +142,13 @@ private Q_SLOTS:
 
     void shouldTellDaysApartByTheZone()
     {
+        // given
         const FakeClock clock;
         const Calendar &calendar = clock.calendar();
         const Instant late = clock.at(u"2026-11-20T23:59:59"_s);
         const Instant early = clock.at(u"2026-11-21T00:00:00"_s);
+
+        // then
         QVERIFY(!calendar.isSameDay(late, early));
         QVERIFY(calendar.isSameDay(early, clock.at(u"2026-11-21T23:59:59"_s)));
         QVERIFY(Calendar(QTimeZone::utc()).isSameDay(late, early));
@@ -136,7 +164,11 @@ private Q_SLOTS:
     void shouldYieldNothingBeyondTheCalendar()
     {
         QFETCH(double, instant);
+
+        // given
         const Calendar calendar;
+
+        // then
         QVERIFY(!calendar.dayOf(instant).isValid());
         QVERIFY(!calendar.addingDays(instant, 1));
         QVERIFY(!calendar.isSameDay(instant, instant));
@@ -145,14 +177,22 @@ private Q_SLOTS:
 
     void shouldFollowTheSystemsZone()
     {
+        // given
         const QByteArray before = qgetenv("TZ");
         qputenv("TZ", "Asia/Tokyo");
         const Calendar calendar;
+
+        // then
         QCOMPARE(calendar.startOfDay(QDate(2026, 11, 20)).value(),
                  FakeClock(u"2026-11-20T00:00:00"_s, "Asia/Tokyo").now());
+
+        // when
         qputenv("TZ", "America/New_York");
+
+        // then
         QCOMPARE(calendar.startOfDay(QDate(2026, 11, 20)).value(),
                  FakeClock(u"2026-11-20T00:00:00"_s, "America/New_York").now());
+
         qputenv("TZ", before);
     }
 };

@@ -78,8 +78,11 @@ private Q_SLOTS:
     void shouldShowHoursAsCDoesWithAFullStop()
     {
         QFETCH(double, hours);
+
         // given a locale that writes a comma
         QLocale::setDefault(QLocale(QLocale::Danish, QLocale::Denmark));
+
+        // then
         QTEST(hoursText(hours), "text");
     }
 };

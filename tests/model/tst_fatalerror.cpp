@@ -56,7 +56,11 @@ private Q_SLOTS:
     void shouldEndWithStatus1AndTheMessage()
     {
         QFETCH(QString, way);
+
+        // when
         const End end = runProbe({way});
+
+        // then
         QCOMPARE(end.how, QProcess::NormalExit);
         QCOMPARE(end.status, 1);
         QTEST(end.message, "message");
@@ -80,16 +84,24 @@ private Q_SLOTS:
     void shouldWriteWhatIsUnsavedFirst()
     {
         QFETCH(QString, way);
+
+        // given
         const FakeClock clock;
         TestStore store(clock);
         store.close();
 
+        // when
         const End end = runProbe({way, store.path()});
+
+        // then
         QCOMPARE(end.how, QProcess::NormalExit);
         QCOMPARE(end.status, 1);
 
+        // when
         store.open();
         LiveQuery<Task> tasks(store.context(), allRecords(), QueryOrder::Store);
+
+        // then
         QCOMPARE(tasks.results().size(), 2);
         QCOMPARE(tasks.results().constFirst()->accumulatedSeconds(),
                  std::numeric_limits<qint64>::max());
@@ -118,25 +130,32 @@ private Q_SLOTS:
         QFETCH(QString, message);
         QFETCH(QString, task);
         QFETCH(QString, values);
+
+        // given
         const FakeClock clock;
         TestStore store(clock);
         store.close();
 
+        // when
         const QStringList lines = runProbe({way, store.path()}).message.split(u'\n');
+
+        // then
         QCOMPARE(lines.size(), 3);
         QCOMPARE(lines.at(0), message);
         QVERIFY2(lines.at(1).contains(task), qPrintable(lines.at(1)));
         QVERIFY2(lines.at(1).contains(values), qPrintable(lines.at(1)));
         QVERIFY2(lines.at(1).contains(u'"' + store.path() + u'"'), qPrintable(lines.at(1)));
-
-        // and what it says puts an end to it, leaving the rest as it was
         const qsizetype statement = lines.at(1).indexOf(u"UPDATE "_s);
         QVERIFY(statement >= 0);
+
+        // when what it says is done
         SQLite::Database(QFile::encodeName(store.path()).constData(), SQLite::OPEN_READWRITE)
             .exec(lines.at(1).sliced(statement).toStdString());
         store.open();
         LiveQuery<Task> tasks(store.context(), allRecords(), QueryOrder::Store);
         Task *const repaired = tasks.results().constFirst();
+
+        // then that puts an end to it, leaving the rest as it was
         QVERIFY(task.contains(repaired->name()));
         QCOMPARE(repaired->formattedTime(), u"00:00:00"_s);
         QVERIFY(!repaired->isRunning());

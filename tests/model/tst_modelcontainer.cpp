@@ -63,10 +63,13 @@ private:
 private Q_SLOTS:
     void shouldMakeAnEmptyStoreAtTheFirstStart()
     {
+        // given
         TestStore store(m_clock);
         LiveQuery<Task> tasks(store.context(), allRecords(), QueryOrder::Store);
         LiveQuery<TaskTemplate> templates(store.context(), allRecords(), QueryOrder::SortOrder);
         LiveQuery<ProjectCode> codes(store.context(), allRecords(), QueryOrder::SortOrder);
+
+        // then
         QVERIFY(tasks.results().isEmpty() && tasks.isAnswered());
         QVERIFY(templates.results().isEmpty() && templates.isAnswered());
         QVERIFY(codes.results().isEmpty() && codes.isAnswered());
@@ -74,6 +77,7 @@ private Q_SLOTS:
 
     void shouldKeepEveryPropertyOfEveryRecordExactly()
     {
+        // given
         TestStore store(m_clock);
         m_clock.set(1795158000.123456);
         auto *const task =
@@ -88,8 +92,10 @@ private Q_SLOTS:
         const Instant created = task->createdAt();
         const Instant date = task->date();
 
+        // when
         store.reopen();
 
+        // then
         LiveQuery<Task> tasks(store.context(), allRecords(), QueryOrder::Store);
         QCOMPARE(tasks.results().size(), 2);
         const Task *const first = tasks.results().at(0);
@@ -123,10 +129,15 @@ private Q_SLOTS:
 
     void shouldKeepARunningTaskRunning()
     {
+        // given
         TestStore store(m_clock);
         store.insertTask(u"Kører"_s)->start();
+
+        // when
         store.reopen();
         m_clock.advance(3600);
+
+        // then
         LiveQuery<Task> running(store.context(), runningTasks(), QueryOrder::Store);
         QCOMPARE(running.results().size(), 1);
         QCOMPARE(running.results().at(0)->currentTotalSeconds(), 3600);
@@ -134,11 +145,16 @@ private Q_SLOTS:
 
     void shouldLeaveTheTasksOfADeletedCodeAlone()
     {
+        // given
         TestStore store(m_clock);
         auto *const code = store.insert<ProjectCode>(u"4711"_s, u""_s);
         store.insert<Task>(u"Møde"_s, m_clock.now(), u"4711"_s);
+
+        // when
         store.context().remove(code);
         store.reopen();
+
+        // then
         LiveQuery<Task> tasks(store.context(), allRecords(), QueryOrder::Store);
         QCOMPARE(tasks.results().at(0)->projectCode().value_or(u"none"_s), u"4711"_s);
         LiveQuery<ProjectCode> codes(store.context(), allRecords(), QueryOrder::SortOrder);
@@ -155,8 +171,12 @@ private Q_SLOTS:
     void shouldBeTheOwnersAloneWhateverTheUmask()
     {
         QFETCH(int, umask);
+
+        // given
         const QTemporaryDir directory;
         const QString path = directory.filePath(u"made/data/store.sqlite"_s);
+
+        // when
         const mode_t before = ::umask(static_cast<mode_t>(umask));
         ModelContainer container(path, m_clock);
         container.mainContext().insert(
@@ -164,6 +184,7 @@ private Q_SLOTS:
         QVERIFY(container.mainContext().save());
         ::umask(before);
 
+        // then
         QCOMPARE(mode(directory.filePath(u"made"_s)), 0700);
         QCOMPARE(mode(directory.filePath(u"made/data"_s)), 0700);
         const auto files = QFileInfo(path).dir().entryInfoList(QDir::Files);
@@ -191,23 +212,40 @@ private Q_SLOTS:
         const QString folder = QFileInfo(path).path();
         QCOMPARE(::chmod(QFile::encodeName(folder).constData(), 0777), 0);
 
-        QCOMPARE(failure(path), QString());
+        // when
+        const QString why = failure(path);
+
+        // then
+        QCOMPARE(why, QString());
         QCOMPARE(mode(path), 0600);
         QCOMPARE(mode(folder), 0700);
-        // and not of a directory that is not the program's own
+
+        // when the directory is not the program's own
         QCOMPARE(::chmod(QFile::encodeName(directory.path()).constData(), 0755), 0);
-        QCOMPARE(failure(directory.filePath(u"store.sqlite"_s)), QString());
+        const QString whyElsewhere = failure(directory.filePath(u"store.sqlite"_s));
+
+        // then it is left as it is
+        QCOMPARE(whyElsewhere, QString());
         QCOMPARE(mode(directory.path()), 0755);
+
         qunsetenv("XDG_DATA_HOME");
     }
 
     void shouldRefuseASecondWriter()
     {
+        // given
         TestStore store(m_clock);
+
+        // when
         const QString why = failure(store.path());
+
+        // then
         QVERIFY2(why.contains("in use by another process"_L1), qPrintable(why));
-        // and the first goes on
+
+        // when the first goes on
         store.insertTask(u"Møde"_s);
+
+        // then
         QVERIFY(store.context().save());
     }
 
@@ -226,10 +264,16 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, file);
         QFETCH(QString, why);
+
+        // given
         const QTemporaryDir directory;
         const QString path = directory.filePath(u"store.sqlite"_s);
         write(path, file);
+
+        // when
         const QString said = failure(path);
+
+        // then
         QVERIFY2(said.contains(why), qPrintable(said));
         QVERIFY(said.contains(path));
         QCOMPARE(contents(path), file);
@@ -254,11 +298,17 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, change);
         QFETCH(QString, why);
+
+        // given
         TestStore store(m_clock);
         store.close();
         execute(store.path(), change.constData());
         const QByteArray before = contents(store.path());
+
+        // when
         const QString said = failure(store.path());
+
+        // then
         QVERIFY2(said.contains(why), qPrintable(said));
         QCOMPARE(contents(store.path()), before);
     }
@@ -285,7 +335,10 @@ private Q_SLOTS:
         write(path, file);
         write(path + u"-wal"_s, log);
 
+        // when
         const QString why = failure(path);
+
+        // then
         QVERIFY2(why.contains("schema 2.0.0"_L1), qPrintable(why));
         QCOMPARE(contents(path), file);
         QCOMPARE(contents(path + u"-wal"_s), log);
@@ -303,7 +356,11 @@ private Q_SLOTS:
             QVERIFY(QFile::copy(store.path(), path));
             QVERIFY(QFile::copy(store.path() + u"-wal"_s, path + u"-wal"_s));
         }
+
+        // when
         ModelContainer container(path, m_clock);
+
+        // then
         LiveQuery<Task> tasks(container.mainContext(), allRecords(), QueryOrder::Store);
         QCOMPARE(tasks.results().size(), 1);
         QCOMPARE(tasks.results().at(0)->name(), u"Møde"_s);
@@ -315,40 +372,59 @@ private Q_SLOTS:
         const QTemporaryDir directory;
         const QString path = directory.filePath(u"data/store.sqlite"_s);
         write(path + u".new"_s, "half a store");
-        QCOMPARE(failure(path), QString());
+
+        // when
+        const QString why = failure(path);
+
+        // then
+        QCOMPARE(why, QString());
         QVERIFY(!QFile::exists(path + u".new"_s));
         QVERIFY(QFile::exists(path));
     }
 
     void shouldRefuseADirectoryOrALinkInTheFilesPlace()
     {
+        // given a directory in the file's place
         const QTemporaryDir directory;
         const QString path = directory.filePath(u"store.sqlite"_s);
         QVERIFY(QDir().mkpath(path));
-        QVERIFY(failure(path).contains("is not a plain file"_L1));
-        QVERIFY(QDir().rmdir(path));
 
+        // then
+        QVERIFY(failure(path).contains("is not a plain file"_L1));
+
+        // when a link to a store comes in its place
+        QVERIFY(QDir().rmdir(path));
         TestStore store(m_clock);
         store.close();
         QVERIFY(QFile::link(store.path(), path));
+
+        // then
         QVERIFY(failure(path).contains("is not a plain file"_L1));
         QVERIFY(QFileInfo(path).isSymLink());
 
-        // a link to nowhere is no invitation to make a store there
+        // when it is a link to nowhere, which is no invitation to make a store there
         QVERIFY(QFile::remove(path));
         QVERIFY(QFile::link(directory.filePath(u"nowhere"_s), path));
+
+        // then
         QVERIFY(failure(path).contains("is not a plain file"_L1));
         QVERIFY(!QFile::exists(directory.filePath(u"nowhere"_s)));
     }
 
     void shouldNotFollowALinkInTheNewFilesPlace()
     {
+        // given
         const QTemporaryDir directory;
         const QString path = directory.filePath(u"store.sqlite"_s);
         const QString other = directory.filePath(u"other"_s);
         write(other, "somebody else's");
         QVERIFY(QFile::link(other, path + u".new"_s));
-        QCOMPARE(failure(path), QString());
+
+        // when
+        const QString why = failure(path);
+
+        // then
+        QCOMPARE(why, QString());
         QCOMPARE(contents(other), "somebody else's");
         QVERIFY(!QFileInfo(path).isSymLink());
         QCOMPARE(QDir(directory.path()).entryList(QDir::Files),
@@ -357,34 +433,55 @@ private Q_SLOTS:
 
     void shouldLeaveOneFileWhenItCloses()
     {
+        // given
         const QTemporaryDir directory;
         const QString path = directory.filePath(u"store.sqlite"_s);
         const auto files = [&] { return QDir(directory.path()).entryList(QDir::Files); };
+
         for (int start = 0; start < 2; ++start) {
-            QCOMPARE(failure(path), QString());
+            // when
+            const QString why = failure(path);
+
+            // then
+            QCOMPARE(why, QString());
             QCOMPARE(files(), QStringList{u"store.sqlite"_s});
         }
-        // what was left by a program that was killed goes, too
+
+        // when a program that was killed has left more
         write(path + u"-wal"_s, {});
         write(path + u"-shm"_s, QByteArray(32768, '\0'));
-        QCOMPARE(failure(path), QString());
+        const QString why = failure(path);
+
+        // then that goes, too
+        QCOMPARE(why, QString());
         QCOMPARE(files(), QStringList{u"store.sqlite"_s});
     }
 
     void shouldFollowLinksInTheDirectoriesAbove()
     {
+        // given
         const QTemporaryDir directory;
         QVERIFY(QDir().mkpath(directory.filePath(u"real"_s)));
         QVERIFY(QFile::link(directory.filePath(u"real"_s), directory.filePath(u"link"_s)));
-        QCOMPARE(failure(directory.filePath(u"link/store.sqlite"_s)), QString());
+
+        // when
+        const QString why = failure(directory.filePath(u"link/store.sqlite"_s));
+
+        // then
+        QCOMPARE(why, QString());
         QVERIFY(QFile::exists(directory.filePath(u"real/store.sqlite"_s)));
     }
 
     void shouldSayWhenTheDirectoryCannotBeMade()
     {
+        // given
         const QTemporaryDir directory;
         write(directory.filePath(u"file"_s), "in the way");
+
+        // when
         const QString why = failure(directory.filePath(u"file/data/store.sqlite"_s));
+
+        // then
         QVERIFY2(why.contains("cannot be made"_L1), qPrintable(why));
     }
 };

@@ -52,20 +52,32 @@ private Q_SLOTS:
 
     void shouldShowAnInsertedTaskBeforeItIsWritten()
     {
+        // given
         TestStore store(m_clock);
+
+        // when
         store.insertTask(u"Ny"_s);
+
+        // then
         QVERIFY(store.context().hasChanges());
         QCOMPARE(storedNames(store.context()), QStringList{u"Ny"_s});
     }
 
     void shouldHaveOneObjectPerStoredRecord()
     {
+        // given
         TestStore store(m_clock);
         Task *const task = store.insertTask(u"Ny"_s);
         const QUuid id = task->id();
         const AllTasks all(store.context());
+
+        // then
         QCOMPARE(all.withID(id), task);
+
+        // when
         QVERIFY(store.context().save());
+
+        // then
         QCOMPARE(all.withID(id), task);
         LiveQuery<Task> day(store.context(),
                             tasksOnDay(m_clock.calendar().dayInterval(m_clock.now())),
@@ -75,14 +87,23 @@ private Q_SLOTS:
 
     void shouldMakeObjectsOnlyForWhatIsLookedAt()
     {
+        // given
         TestStore store(m_clock);
         const Instant today = m_clock.now();
         for (int day = 0; day < 100; ++day)
             store.insert<Task>(u"Gammel"_s, today - day * 86400.0, std::nullopt);
+
+        // when
         store.reopen();
+
+        // then
         QVERIFY(store.context().inMemory(RecordType::Task, allRecords()).isEmpty());
+
+        // when
         LiveQuery<Task> tasks(store.context(), tasksOnDay(m_clock.calendar().dayInterval(today)),
                               QueryOrder::Store);
+
+        // then
         QCOMPARE(tasks.results().size(), 1);
         QCOMPARE(store.context().inMemory(RecordType::Task, allRecords()).size(), 1);
     }
@@ -98,106 +119,168 @@ private Q_SLOTS:
     void shouldNeverReadTheHistoryAsAWhole()
     {
         QFETCH(RecordFilter, filter);
+
+        // given
         FakeClock clock;
         TestStore store(clock);
         store.close();
         SQLite::Database database(store.path().toStdString());
+
+        // when
         SQLite::Statement plan(database, "EXPLAIN QUERY PLAN " +
                                              selection(recordTable(RecordType::Task), filter));
         QVERIFY(plan.executeStep());
+
+        // then
         const QByteArray first(plan.getColumn("detail").getText());
         QVERIFY2(first.contains(" USING INDEX "), first);
     }
 
     void shouldSaveByItselfSoonAfterTheFirstChange()
     {
+        // given
         TestStore store(m_clock, {1ms, 1h});
+
+        // when
         store.insertTask(u"Ny"_s);
+
+        // then
         QTRY_VERIFY(!store.context().hasChanges());
+
+        // when
         store.reopen();
+
+        // then
         QCOMPARE(storedNames(store.context()), QStringList{u"Ny"_s});
     }
 
     void shouldNotPutASaveOffForLaterChanges()
     {
+        // given
         TestStore store(m_clock, {20ms, 1h});
         Task *const task = store.insertTask(u"Ny"_s);
-        // when changes come without end, faster than the delay
         bool wasSaved = false;
         int keys = 0;
+
+        // when changes come without end, faster than the delay
         QTimer typing;
         connect(&typing, &QTimer::timeout, this, [&] {
-            // then a save comes between two of them
             wasSaved = wasSaved || !store.context().hasChanges();
             task->setName(QString::number(++keys));
         });
         typing.start(0);
+
+        // then a save comes between two of them
         QTRY_VERIFY(wasSaved);
     }
 
     void shouldWriteEditsAndDeletions()
     {
+        // given
         TestStore store(m_clock);
         Task *const kept = store.insertTask(u"a"_s);
         Task *const gone = store.insertTask(u"b"_s);
         QVERIFY(store.context().save());
+
+        // when
         kept->setName(u"A"_s);
         store.context().remove(gone);
+
+        // then
         QCOMPARE(storedNames(store.context()), QStringList{u"A"_s});
+
+        // when
         store.reopen();
+
+        // then
         QCOMPARE(storedNames(store.context()), QStringList{u"A"_s});
     }
 
     void shouldWriteWhatIsUnsavedWhenItCloses()
     {
+        // given
         TestStore store(m_clock, {1h, 1h});
         store.insertTask(u"Ny"_s);
+
+        // when
         store.reopen();
+
+        // then
         QCOMPARE(storedNames(store.context()), QStringList{u"Ny"_s});
     }
 
     void shouldForgetARecordThatIsDeletedBeforeItWasWritten()
     {
+        // given
         TestStore store(m_clock);
+
+        // when
         store.context().remove(store.insertTask(u"Fortrudt"_s));
+
+        // then
         QVERIFY(!store.context().hasChanges());
+
+        // when
         store.reopen();
+
+        // then
         QCOMPARE(storedNames(store.context()), QStringList());
     }
 
     void shouldLetADeletedRecordGoOnlyInTheEventLoop()
     {
+        // given
         TestStore store(m_clock);
         const QPointer<Task> task = store.insertTask(u"Væk"_s);
         QVERIFY(store.context().save());
+
+        // when
         store.context().remove(task);
+
+        // then
         QVERIFY(task);
+
         // when somebody still holds it and changes it
         task->setName(u"Spøgelse"_s);
         store.context().remove(task);
+
+        // then
         QTRY_VERIFY(!task);
+
+        // when
         store.reopen();
+
+        // then
         QCOMPARE(storedNames(store.context()), QStringList());
     }
 
     void shouldKeepTheOrderOfInsertionWhenTheLastRowIsGivenAgain()
     {
+        // given
         TestStore store(m_clock);
         store.insertTask(u"a"_s);
         Task *const last = store.insertTask(u"b"_s);
         QVERIFY(store.context().save());
+
+        // when
         store.context().remove(last);
         store.insertTask(u"c"_s);
         QVERIFY(store.context().save());
         store.insertTask(u"d"_s);
+
+        // then
         QCOMPARE(storedNames(store.context()), (QStringList{u"a"_s, u"c"_s, u"d"_s}));
+
+        // when
         store.reopen();
+
+        // then
         QCOMPARE(storedNames(store.context()), (QStringList{u"a"_s, u"c"_s, u"d"_s}));
     }
 
     void shouldKeepChangesThatCouldNotBeWrittenAndTryAgain()
     {
-        // given a store whose writes fail
+        // given a store whose writes can fail
         const QTemporaryDir directory;
         const QString path = directory.filePath(u"store.sqlite"_s);
         {
@@ -211,15 +294,20 @@ private Q_SLOTS:
         context.insert(std::move(made));
         QVERIFY(context.save());
 
+        // when the disk is full
         diskIsFull = true;
         task->setName(u"A"_s);
         context.insert(std::make_unique<Task>(m_clock, u"b"_s, m_clock.now(), std::nullopt));
+
+        // then
         QVERIFY(!context.save());
         QVERIFY(context.hasChanges());
         QCOMPARE(storedNames(context), (QStringList{u"A"_s, u"b"_s}));
 
-        // when there is room again, then all is written without being asked
+        // when there is room again
         diskIsFull = false;
+
+        // then all is written without being asked
         QTRY_VERIFY(!context.hasChanges());
         ModelContext another(database, m_clock);
         QCOMPARE(storedNames(another), (QStringList{u"A"_s, u"b"_s}));
@@ -227,6 +315,7 @@ private Q_SLOTS:
 
     void shouldTryAgainAtOnceWithTheNextChange()
     {
+        // given
         const QTemporaryDir directory;
         const QString path = directory.filePath(u"store.sqlite"_s);
         {
@@ -238,8 +327,12 @@ private Q_SLOTS:
         diskIsFull = true;
         context.insert(std::make_unique<Task>(m_clock, u"a"_s, m_clock.now(), std::nullopt));
         QVERIFY(!context.save());
+
+        // when
         diskIsFull = false;
         context.insert(std::make_unique<Task>(m_clock, u"b"_s, m_clock.now(), std::nullopt));
+
+        // then
         QTRY_VERIFY(!context.hasChanges());
     }
 };

@@ -32,15 +32,17 @@ private Q_SLOTS:
 
     void shouldTakeCodesAndNamesAsTheyAre()
     {
+        // given
         const FakeClock clock;
         const ProjectCode code(clock, u" ab\t"_s, u" x "_s, 3);
+        const TaskTemplate taskTemplate(clock, u" Møde "_s, 5);
+
+        // then
         QCOMPARE(code.code(), u" ab\t"_s);
         QCOMPARE(code.name(), u" x "_s);
         QCOMPARE(code.sortOrder(), 3);
         QCOMPARE(code.createdAt(), clock.now());
         QVERIFY(!code.id().isNull());
-
-        const TaskTemplate taskTemplate(clock, u" Møde "_s, 5);
         QCOMPARE(taskTemplate.name(), u" Møde "_s);
         QCOMPARE(taskTemplate.sortOrder(), 5);
         QCOMPARE(taskTemplate.createdAt(), clock.now());

@@ -62,8 +62,11 @@ private:
 private Q_SLOTS:
     void shouldTellTheTime()
     {
+        // given
         const SystemClock clock;
         const Instant before = static_cast<double>(QDateTime::currentMSecsSinceEpoch()) / 1000.0;
+
+        // then
         QVERIFY(std::abs(clock.now() - before) < 10);
     }
 
@@ -78,6 +81,8 @@ private Q_SLOTS:
         const SystemClock clock{Calendar(QTimeZone(offset))};
         const QDate today = clock.calendar().dayOf(clock.now());
         QSignalSpy changed(&clock, &Clock::calendarChanged);
+
+        // then
         QTRY_COMPARE(changed.count(), 1);
         QCOMPARE(clock.calendar().dayOf(clock.now()), today.addDays(1));
     }
@@ -91,61 +96,95 @@ private Q_SLOTS:
 
     void shouldTellOfAnAlarmThoughTheDayIsTheSame()
     {
+        // given
         const SystemClock clock;
         QSignalSpy changed(&clock, &Clock::calendarChanged);
+
         // when the alarm goes off now
         const int alarm = s_alarm.descriptor;
         s_alarm = {};
         constexpr itimerspec soon{{}, {0, 1}};
         QCOMPARE(::syscall(SYS_timerfd_settime, alarm, 0, &soon, nullptr), 0);
+
+        // then that is told, and it is set again
         QTRY_COMPARE(changed.count(), 1);
-        // then it is set again
         QCOMPARE(s_alarm.descriptor, alarm);
         QVERIFY(s_alarm.flags & TFD_TIMER_CANCEL_ON_SET);
     }
 
     void shouldTellOfANewZone()
     {
+        // given
         const Zone zone;
         const SystemClock clock({}, zone.path("localtime"));
         QSignalSpy changed(&clock, &Clock::calendarChanged);
+
+        // when
         zone.leadTo("b");
+
+        // then
         QTRY_COMPARE(changed.count(), 1);
+
+        // when
         zone.leadTo("c");
+
+        // then
         QTRY_COMPARE(changed.count(), 2);
     }
 
     void shouldTellOfNewRulesInTheFileThatTheZoneLeadsTo()
     {
+        // given
         const Zone zone;
         const SystemClock clock({}, zone.path("localtime"));
         QSignalSpy changed(&clock, &Clock::calendarChanged);
-        // when another link comes, and then that one's file changes
+
+        // when another link comes
         zone.leadTo("b");
+
+        // then
         QTRY_COMPARE(changed.count(), 1);
+
+        // when that one's file changes
         zone.write("b", "other rules");
+
+        // then
         QTRY_VERIFY(changed.count() >= 2);
     }
 
     void shouldTellOfAZoneThatComesBack()
     {
+        // given
         const Zone zone;
         const SystemClock clock({}, zone.path("localtime"));
         QSignalSpy changed(&clock, &Clock::calendarChanged);
+
+        // when it goes
         QVERIFY(QFile::remove(zone.path("localtime")));
+
+        // then
         QTRY_COMPARE(changed.count(), 1);
+
+        // when it comes back
         zone.leadTo("b");
+
+        // then
         QTRY_COMPARE(changed.count(), 2);
     }
 
     void shouldNotTellOfOtherFilesBesideTheZone()
     {
+        // given
         const Zone zone;
         const SystemClock clock({}, zone.path("localtime"));
         QSignalSpy changed(&clock, &Clock::calendarChanged);
+
+        // when
         zone.write("resolv.conf", "nameserver");
         // What comes later is told, and nothing before it.
         zone.leadTo("b");
+
+        // then
         QTRY_VERIFY(changed.count() > 0);
         QCOMPARE(changed.count(), 1);
     }

@@ -69,8 +69,11 @@ private:
 private Q_SLOTS:
     void shouldBeginIdleOnTodayWithBillableTime()
     {
+        // given
         const FakeClock clock(u"2026-11-20T14:35:00"_s);
         const TimerManager timer(clock);
+
+        // then
         QCOMPARE(timer.selectedDate(), clock.at(u"2026-11-20T00:00:00"_s));
         QVERIFY(!timer.activeTaskID());
         QVERIFY(!timer.isAnyTaskRunning());
@@ -83,12 +86,17 @@ private Q_SLOTS:
 
     void shouldStopTheActiveTaskWhenAnotherStarts()
     {
+        // given
         Fixture f;
         Task *const a = f.store.insertTask(u"a"_s);
         Task *const b = f.store.insertTask(u"b"_s);
         f.timer.startTask(a, f.all, f.context);
         f.clock.advance(90.5);
+
+        // when
         f.timer.startTask(b, f.all, f.context);
+
+        // then
         QVERIFY(!a->isRunning());
         QCOMPARE(a->accumulatedSeconds(), 90);
         QVERIFY(b->isRunning());
@@ -99,12 +107,19 @@ private Q_SLOTS:
 
     void shouldBankAndGoOnWhenTheActiveTaskIsStartedAgain()
     {
+        // given
         Fixture f;
         Task *const a = f.store.insertTask(u"a"_s);
         f.timer.startTask(a, f.all, f.context);
         f.clock.advance(10.75);
+
+        // then
         QCOMPARE(a->currentTotalSeconds(), 10);
+
+        // when
         f.timer.startTask(a, f.all, f.context);
+
+        // then
         QVERIFY(a->isRunning());
         QCOMPARE(a->accumulatedSeconds(), 10);
         QCOMPARE(a->lastStartTime().value(), f.clock.now());
@@ -113,13 +128,18 @@ private Q_SLOTS:
 
     void shouldGoOnTickingWhenAnotherThanTheActiveTaskStops()
     {
+        // given
         Fixture f;
         Task *const a = f.store.insertTask(u"a"_s);
         Task *const b = f.store.insertTask(u"b"_s);
         b->start();
         f.timer.startTask(a, f.all, f.context);
         QVERIFY(b->isRunning());
+
+        // when
         f.timer.stopTask(b, f.context);
+
+        // then
         QVERIFY(!b->isRunning());
         QVERIFY(a->isRunning());
         QCOMPARE(f.timer.activeTaskID().value(), a->id());
@@ -128,12 +148,17 @@ private Q_SLOTS:
 
     void shouldFallIdleAndSaveWhenAStoppedActiveTaskIsStopped()
     {
+        // given
         Fixture f;
         Task *const a = f.store.insertTask(u"a"_s);
         f.timer.startTask(a, f.all, f.context);
         a->stop();
         QVERIFY(f.context.hasChanges());
+
+        // when
         f.timer.stopTask(a, f.context);
+
+        // then
         QVERIFY(!f.timer.activeTaskID());
         QVERIFY(!f.timer.isTicking());
         QVERIFY(!f.context.hasChanges());
@@ -141,11 +166,16 @@ private Q_SLOTS:
 
     void shouldFallIdleAndSaveWhenAllAreStoppedThoughNoneRuns()
     {
+        // given
         Fixture f;
         Task *const a = f.store.insertTask(u"a"_s);
         f.timer.startTask(a, f.all, f.context);
         a->stop();
+
+        // when
         f.timer.stopAllTasks(f.all, f.context);
+
+        // then
         QVERIFY(!f.timer.activeTaskID());
         QVERIFY(!f.timer.isTicking());
         QVERIFY(!f.context.hasChanges());
@@ -153,6 +183,7 @@ private Q_SLOTS:
 
     void shouldStopTheRunningTasksOfTheListAlone()
     {
+        // given
         Fixture f;
         Task *const a = f.store.insertTask(u"a"_s);
         Task *const b = f.store.insertTask(u"b"_s);
@@ -160,7 +191,11 @@ private Q_SLOTS:
         for (Task *task : {a, b, other})
             task->start();
         f.clock.advance(5);
+
+        // when
         f.timer.stopAllTasks(ListedTasks({a, b}), f.context);
+
+        // then
         QVERIFY(!a->isRunning());
         QVERIFY(!b->isRunning());
         QVERIFY(other->isRunning());
@@ -169,24 +204,38 @@ private Q_SLOTS:
 
     void shouldStopEveryTaskOfEveryDayGivenAllTasks()
     {
+        // given
         Fixture f;
         Task *const today = f.store.insertTask(u"i dag"_s);
         Task *const yesterday =
             f.store.insert<Task>(u"i går"_s, f.clock.now() - 86400, std::nullopt);
         today->start();
         yesterday->start();
+
+        // when
         f.timer.stopAllTasks(f.all, f.context);
+
+        // then
         QVERIFY(!today->isRunning());
         QVERIFY(!yesterday->isRunning());
     }
 
     void shouldDecideByTheTasksOwnStateWhenToggling()
     {
+        // given
         Fixture f;
         Task *const a = f.store.insertTask(u"a"_s);
+
+        // when
         f.timer.toggleTask(a, f.all, f.context);
+
+        // then
         QVERIFY(a->isRunning());
+
+        // when
         f.timer.toggleTask(a, f.all, f.context);
+
+        // then
         QVERIFY(!a->isRunning());
         QVERIFY(!f.timer.isAnyTaskRunning());
     }
@@ -201,8 +250,11 @@ private Q_SLOTS:
         a->stop();
         QCOMPARE(f.timer.activeTaskID().value(), a->id());
         QVERIFY(f.timer.isTicking());
-        // then toggling starts it, and nothing is banked twice
+
+        // when
         f.timer.toggleTask(a, f.all, f.context);
+
+        // then it starts, and nothing is banked twice
         QVERIFY(a->isRunning());
         QCOMPARE(a->accumulatedSeconds(), 5);
         QCOMPARE(f.timer.activeTaskID().value(), a->id());
@@ -210,24 +262,34 @@ private Q_SLOTS:
 
     void shouldStartATaskThoughTheActiveOneIsGone()
     {
+        // given
         Fixture f;
         Task *const a = f.store.insertTask(u"a"_s);
         Task *const b = f.store.insertTask(u"b"_s);
         f.timer.startTask(a, f.all, f.context);
         f.context.remove(a);
+
+        // when
         f.timer.startTask(b, f.all, f.context);
+
+        // then
         QVERIFY(b->isRunning());
         QCOMPARE(f.timer.activeTaskID().value(), b->id());
     }
 
     void shouldLeaveATaskAloneThatIsNotInTheGivenList()
     {
+        // given
         Fixture f;
         Task *const yesterday =
             f.store.insert<Task>(u"i går"_s, f.clock.now() - 86400, std::nullopt);
         Task *const today = f.store.insertTask(u"i dag"_s);
         f.timer.startTask(yesterday, f.all, f.context);
+
+        // when
         f.timer.startTask(today, ListedTasks({today}), f.context);
+
+        // then
         QVERIFY(yesterday->isRunning());
         QVERIFY(today->isRunning());
         QCOMPARE(f.timer.activeTaskID().value(), today->id());
@@ -235,49 +297,72 @@ private Q_SLOTS:
 
     void shouldTakeUpTodaysRunningTaskAfterARestart()
     {
+        // given
         Fixture f;
         Task *const a = f.store.insertTask(u"a"_s);
         a->start();
+
+        // when
         f.timer.syncActiveTask(ListedTasks({f.store.insertTask(u"b"_s), a}));
+
+        // then
         QCOMPARE(f.timer.activeTaskID().value(), a->id());
         QVERIFY(f.timer.isTicking());
     }
 
     void shouldTakeUpTheFirstOfTwoRunningTasks()
     {
+        // given
         Fixture f;
         Task *const a = f.store.insertTask(u"a"_s);
         Task *const b = f.store.insertTask(u"b"_s);
         a->start();
         b->start();
+
+        // when
         f.timer.syncActiveTask(ListedTasks({b, a}));
+
+        // then
         QCOMPARE(f.timer.activeTaskID().value(), b->id());
         QVERIFY(a->isRunning());
     }
 
     void shouldNotTakeUpATaskOfAnotherDay()
     {
+        // given
         Fixture f;
         Task *const yesterday =
             f.store.insert<Task>(u"i går"_s, f.clock.now() - 86400, std::nullopt);
         yesterday->start();
         Task *const today = f.store.insertTask(u"i dag"_s);
+
+        // when
         f.timer.syncActiveTask(ListedTasks({today}));
+
+        // then
         QVERIFY(!f.timer.activeTaskID());
         QVERIFY(!f.timer.isTicking());
         QVERIFY(yesterday->isRunning());
-        // and it goes on when another starts: two run at once
+
+        // when another starts
         f.timer.startTask(today, f.all, f.context);
+
+        // then yesterday's goes on: two run at once
         QVERIFY(yesterday->isRunning());
         QVERIFY(today->isRunning());
     }
 
     void shouldFallIdleWhenNoneOfTheGivenTasksRuns()
     {
+        // given
         Fixture f;
         Task *const a = f.store.insertTask(u"a"_s);
         f.timer.startTask(a, f.all, f.context);
+
+        // when
         f.timer.syncActiveTask(ListedTasks({}));
+
+        // then
         QVERIFY(!f.timer.activeTaskID());
         QVERIFY(!f.timer.isTicking());
         QVERIFY(a->isRunning());
@@ -285,31 +370,48 @@ private Q_SLOTS:
 
     void shouldTickWhileATaskRunsAndNeverGoBackToZero()
     {
+        // given
         Fixture f(1ms);
         Task *const a = f.store.insertTask(u"a"_s);
         QSignalSpy ticks(&f.timer, &TimerManager::tickChanged);
+
+        // when
         f.timer.startTask(a, f.all, f.context);
+
+        // then
         QCOMPARE(f.timer.tick(), 0);
         QTRY_VERIFY(f.timer.tick() >= 3);
+
+        // when
         f.timer.stopTask(a, f.context);
         const qint64 stopped = f.timer.tick();
+
+        // then
         QCOMPARE(ticks.count(), stopped);
+
+        // when
         f.timer.startTask(a, f.all, f.context);
+
+        // then
         QCOMPARE(f.timer.tick(), stopped);
         QTRY_VERIFY(f.timer.tick() > stopped);
     }
 
     void shouldTickOnceASecondAndNotBeforeTheFirstOne()
     {
-        // given the program's own beat, and timers that are due between its ticks
+        // given the program's own beat
         FakeClock clock;
         TestStore store(clock, {1h, 1h});
         TimerManager timer(clock);
+
+        // when a task runs, and timers are due between its ticks
         timer.startTask(store.insertTask(u"a"_s), AllTasks(store.context()), store.context());
         // However late they all are, timers go off in the order in which they are due.
         QList<qint64> ticks;
         for (const auto due : {900ms, 1900ms, 2900ms})
             QTimer::singleShot(due, Qt::PreciseTimer, this, [&] { ticks << timer.tick(); });
+
+        // then
         QTRY_COMPARE(ticks.size(), 3);
         QCOMPARE(ticks.at(0), 0);
         QCOMPARE(ticks.at(1), 1);
@@ -334,32 +436,49 @@ private Q_SLOTS:
         Task *const task = made.get();
         context.insert(std::move(made));
 
+        // when
         timer.startTask(task, all, context);
+
+        // then
         QVERIFY(task->isRunning());
         QCOMPARE(timer.activeTaskID().value(), task->id());
         QVERIFY(timer.isTicking());
         QVERIFY(context.hasChanges());
+
+        // when
         timer.stopTask(task, context);
+
+        // then
         QVERIFY(!timer.isTicking());
+
+        // when
         timer.toggleTask(task, all, context);
         timer.stopAllTasks(all, context);
+
+        // then
         QVERIFY(!task->isRunning());
         QVERIFY(context.hasChanges());
 
-        // then nothing is lost once it can be written
+        // when it can be written
         database.exec("ALTER TABLE Hidden RENAME TO Task");
         timer.startTask(task, all, context);
+
+        // then nothing is lost
         QVERIFY(!context.hasChanges());
     }
 
     void shouldHaveOneTimerHoweverOftenItStarts()
     {
+        // given
         Fixture f(1ms);
         Task *const a = f.store.insertTask(u"a"_s);
+
+        // when
         for (int i = 0; i < 5; ++i)
             f.timer.startTask(a, f.all, f.context);
         f.timer.stopTask(a, f.context);
-        // A timer that was left over would tick on.
+
+        // then no timer is left over that ticks on
         QSignalSpy ticks(&f.timer, &TimerManager::tickChanged);
         int beats = 0;
         QTimer beat;
@@ -371,24 +490,42 @@ private Q_SLOTS:
 
     void shouldBehaveTheSameWhileARowIsEdited()
     {
+        // given
         Fixture f;
         Task *const a = f.store.insertTask(u"a"_s);
         f.timer.setIsEditing(true);
+
+        // when
         f.timer.startTask(a, f.all, f.context);
+
+        // then
         QVERIFY(a->isRunning());
+
+        // when
         f.timer.stopAllTasks(f.all, f.context);
+
+        // then
         QVERIFY(!a->isRunning());
         QVERIFY(f.timer.isEditing());
     }
 
     void shouldSelectTheStartOfTheDayNavigatedTo()
     {
+        // given
         FakeClock clock;
         TimerManager timer(clock);
+
+        // when
         timer.navigateToDate(clock.at(u"2026-12-24T18:30:00"_s));
+
+        // then
         QCOMPARE(timer.selectedDate(), clock.at(u"2026-12-24T00:00:00"_s));
         QVERIFY(!timer.isToday());
+
+        // when
         timer.goToToday();
+
+        // then
         QCOMPARE(timer.selectedDate(), clock.at(u"2026-11-20T00:00:00"_s));
         QVERIFY(timer.isToday());
     }
@@ -410,13 +547,23 @@ private Q_SLOTS:
         QFETCH(QString, from);
         QFETCH(QString, previous);
         QFETCH(QString, next);
+
+        // given
         FakeClock clock;
         TimerManager timer(clock);
         timer.navigateToDate(clock.at(from));
+
+        // when
         timer.goToPreviousDay();
+
+        // then
         QCOMPARE(timer.selectedDate(), clock.at(previous));
+
+        // when
         timer.navigateToDate(clock.at(from));
         timer.goToNextDay();
+
+        // then
         QCOMPARE(timer.selectedDate(), clock.at(next));
     }
 
@@ -426,19 +573,32 @@ private Q_SLOTS:
         const FakeClock clock(u"2018-11-04T12:00:00"_s, "America/Sao_Paulo");
         TimerManager timer(clock);
         QCOMPARE(timer.selectedDate(), clock.at(u"2018-11-04T01:00:00"_s));
+
+        // when
         timer.goToNextDay();
+
+        // then
         QCOMPARE(timer.selectedDate(), clock.at(u"2018-11-05T01:00:00"_s));
+
+        // when
         timer.goToPreviousDay();
         timer.goToPreviousDay();
+
+        // then
         QCOMPARE(timer.selectedDate(), clock.at(u"2018-11-03T01:00:00"_s));
     }
 
     void shouldLeaveRunningTasksAloneWhenTheDayChanges()
     {
+        // given
         Fixture f;
         Task *const a = f.store.insertTask(u"a"_s);
         f.timer.startTask(a, f.all, f.context);
+
+        // when
         f.timer.goToPreviousDay();
+
+        // then
         QVERIFY(a->isRunning());
         QVERIFY(f.timer.isTicking());
         QCOMPARE(f.timer.activeTaskID().value(), a->id());
@@ -446,19 +606,28 @@ private Q_SLOTS:
 
     void shouldNotTellOfEqualValues()
     {
+        // given
         Fixture f;
         QSignalSpy date(&f.timer, &TimerManager::selectedDateChanged);
         QSignalSpy billable(&f.timer, &TimerManager::showBillableTimeChanged);
         QSignalSpy editing(&f.timer, &TimerManager::isEditingChanged);
         QSignalSpy active(&f.timer, &TimerManager::activeTaskIDChanged);
+
+        // when
         f.timer.goToToday();
         f.timer.setShowBillableTime(true);
         f.timer.setIsEditing(false);
         f.timer.stopAllTasks(f.all, f.context);
+
+        // then
         QCOMPARE(date.count() + billable.count() + editing.count() + active.count(), 0);
+
+        // when
         f.timer.setShowBillableTime(false);
         f.timer.setIsEditing(true);
         f.timer.goToNextDay();
+
+        // then
         QCOMPARE(billable.count(), 1);
         QCOMPARE(editing.count(), 1);
         QCOMPARE(date.count(), 1);

@@ -83,8 +83,13 @@ private Q_SLOTS:
 
     void shouldBecomeDarkWhereTheDesktopIs()
     {
+        // given
         const Portal portal(1U);
+
+        // when
         const Appearance appearance(m_bus);
+
+        // then
         QTRY_VERIFY(isDark());
     }
 
@@ -101,70 +106,113 @@ private Q_SLOTS:
     void shouldStayLightOtherwise()
     {
         QFETCH(QVariant, scheme);
+
+        // given
         Portal portal(scheme);
         const QPalette before = QGuiApplication::palette();
+
+        // when
         const Appearance appearance(m_bus);
         QTRY_COMPARE(portal.questions(), 1);
         portal.settle();
+
+        // then
         QCOMPARE(QGuiApplication::palette(), before);
     }
 
     void shouldFollowWhileRunning()
     {
+        // given
         Portal portal(0U);
         const QPalette platforms = QGuiApplication::palette();
         const Appearance appearance(m_bus);
         QTRY_COMPARE(portal.questions(), 1);
+
         for (const uint light : {2U, 0U}) {
+            // when
             portal.setColorScheme(1);
+
+            // then
             QTRY_VERIFY(isDark());
+
+            // when
             portal.setColorScheme(light);
+
+            // then
             QTRY_COMPARE(QGuiApplication::palette(), platforms);
         }
     }
 
     void shouldBeHeardByTheTheme()
     {
+        // given
         Portal portal(0U);
         const Theme theme;
         const Appearance appearance(m_bus);
         QTRY_COMPARE(portal.questions(), 1);
+
+        // when
         portal.setColorScheme(1);
+
+        // then
         QTRY_VERIFY(theme.isDark());
+
+        // when
         portal.setColorScheme(0);
+
+        // then
         QTRY_VERIFY(!theme.isDark());
     }
 
     void shouldIgnoreOtherSettings()
     {
+        // given
         Portal portal(0U);
         const Appearance appearance(m_bus);
         QTRY_COMPARE(portal.questions(), 1);
+
+        // when
         portal.change(u"org.freedesktop.appearance"_s, u"contrast"_s, 1);
         portal.change(u"org.gnome.desktop.interface"_s, u"color-scheme"_s, 1);
         portal.settle();
+
+        // then
         QVERIFY(!isDark());
     }
 
     void shouldFindAPortalThatComesLater()
     {
+        // given
         const Appearance appearance(m_bus);
         QVERIFY(!isDark());
+
+        // when
         const Portal portal(1U);
+
+        // then
         QTRY_VERIFY(isDark());
     }
 
     void shouldKeepWhatItKnowsWhenThePortalGoes()
     {
+        // given
         auto portal = std::make_unique<Portal>(1U);
         const Appearance appearance(m_bus);
         QTRY_VERIFY(isDark());
         QDBusServiceWatcher watcher(u"org.freedesktop.portal.Desktop"_s, m_bus);
         QSignalSpy gone(&watcher, &QDBusServiceWatcher::serviceUnregistered);
+
+        // when
         portal.reset();
         QTRY_COMPARE(gone.size(), 1);
+
+        // then
         QVERIFY(isDark());
+
+        // when
         const Portal another(0U);
+
+        // then
         QTRY_VERIFY(!isDark());
     }
 
@@ -183,8 +231,12 @@ private Q_SLOTS:
         // then
         const auto window = [] { return QGuiApplication::palette().color(QPalette::Window); };
         QCOMPARE(window(), QColor(0x30, 0x20, 0x20));
+
+        // when
         portal.setColorScheme(2);
         portal.settle();
+
+        // then
         QCOMPARE(window(), QColor(0x30, 0x20, 0x20));
     }
 
@@ -208,7 +260,10 @@ private Q_SLOTS:
 
     void shouldDoWithoutABus()
     {
+        // given
         const Appearance appearance(QDBusConnection(u"none"_s));
+
+        // then
         QVERIFY(!isDark());
     }
 };

@@ -194,13 +194,16 @@ private Q_SLOTS:
     {
         QFETCH(QPalette, palette);
         QFETCH(bool, isDark);
+
         // given
         QGuiApplication::setPalette(palette);
         const Fixture f;
         QCOMPARE(Theme().isDark(), isDark);
 
-        // then
+        // when
         f.window->hover({1, 1});
+
+        // then
         readAll(*f.window, 60);
     }
 
@@ -209,6 +212,7 @@ private Q_SLOTS:
     void shouldShowTheMarksUnderThePointerReadably()
     {
         QFETCH(QPalette, palette);
+
         // given
         QGuiApplication::setPalette(palette);
         const Fixture f;
@@ -225,6 +229,7 @@ private Q_SLOTS:
     void shouldShowAnEmptyDayReadably()
     {
         QFETCH(QPalette, palette);
+
         // given
         QGuiApplication::setPalette(palette);
         Fixture f;
@@ -242,6 +247,7 @@ private Q_SLOTS:
     void shouldTellTheFieldsOfTheSideColumnFromTheirGround()
     {
         QFETCH(QPalette, palette);
+
         // given
         QGuiApplication::setPalette(palette);
         const Fixture f;

@@ -33,13 +33,18 @@ private Q_SLOTS:
     void shouldHaveNoBusStarted()
     {
         QFETCH(QByteArray, address);
+
+        // given
         qputenv("DBUS_SESSION_BUS_ADDRESS", address);
         // What is named like the bus, but is none.
         QFile file(m_folder.filePath(u"bus"_s));
         QVERIFY(file.open(QFile::WriteOnly));
 
+        // when
         neverStartABus();
         const QDBusConnection bus = QDBusConnection::sessionBus();
+
+        // then
         QVERIFY(!bus.isConnected());
         QCOMPARE(bus.lastError().name(), u"org.freedesktop.DBus.Error.BadAddress"_s);
         QVERIFY(file.remove());
@@ -47,16 +52,26 @@ private Q_SLOTS:
 
     void shouldLeaveTheBusThatIsPromised()
     {
+        // given
         qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/there");
+
+        // when
         neverStartABus();
+
+        // then
         QCOMPARE(qgetenv("DBUS_SESSION_BUS_ADDRESS"), "unix:path=/there");
     }
 
     void shouldReadTheTokensAndLeaveThem()
     {
+        // given
         qputenv("XDG_ACTIVATION_TOKEN", "token");
         qputenv("DESKTOP_STARTUP_ID", "id");
+
+        // when
         const StartTokens tokens = StartTokens::fromEnvironment();
+
+        // then
         QCOMPARE(tokens.activationToken, u"token"_s);
         QCOMPARE(tokens.startupId, u"id"_s);
         QCOMPARE(qgetenv("XDG_ACTIVATION_TOKEN"), "token");

@@ -162,35 +162,49 @@ private Q_SLOTS:
 
     void shouldHandOverToTheFirst()
     {
+        // given
         const auto running = start();
         QTRY_VERIFY_WITH_TIMEOUT(running->isFirst(), deadline);
 
+        // when another comes with a token
         QProcessEnvironment withToken = environment();
         withToken.insert(u"XDG_ACTIVATION_TOKEN"_s, u"a token"_s);
         withToken.insert(u"DESKTOP_STARTUP_ID"_s, u"an id"_s);
         const auto later = start(withToken);
+
+        // then
         QTRY_VERIFY_WITH_TIMEOUT(later->hasEnded(), deadline);
         QCOMPARE(later->status(), 0);
         QCOMPARE(later->lines(), QStringList());
         QTRY_COMPARE_WITH_TIMEOUT(running->lines(),
                                   QStringList({u"first"_s, u"activated:a token"_s}), deadline);
 
+        // when another comes with an id only
         QProcessEnvironment withId = environment();
         withId.insert(u"DESKTOP_STARTUP_ID"_s, u"an id"_s);
         const auto third = start(withId);
+
+        // then
         QTRY_COMPARE_WITH_TIMEOUT(third->status(), 0, deadline);
         QTRY_COMPARE_WITH_TIMEOUT(running->lines().value(2), u"activated:an id"_s, deadline);
 
+        // when another comes with neither
         const auto fourth = start();
+
+        // then
         QTRY_COMPARE_WITH_TIMEOUT(fourth->status(), 0, deadline);
         QTRY_COMPARE_WITH_TIMEOUT(running->lines().value(3), u"activated:"_s, deadline);
     }
 
     void shouldHaveOneFirstOfMany()
     {
+        // given
         std::vector<std::unique_ptr<Probe>> probes(8);
+
+        // when
         std::generate(probes.begin(), probes.end(), [this] { return start(); });
 
+        // then
         const auto ended = [&] {
             return std::count_if(probes.begin(), probes.end(),
                                  [](const auto &probe) { return probe->hasEnded(); });
@@ -210,25 +224,37 @@ private Q_SLOTS:
 
     void shouldSucceedOneThatWasKilled()
     {
+        // given
         const auto killed = start();
         QTRY_VERIFY_WITH_TIMEOUT(killed->isFirst(), deadline);
         killed->send(SIGKILL);
         QTRY_VERIFY_WITH_TIMEOUT(killed->hasEnded(), deadline);
 
+        // when
         const auto next = start();
+
+        // then
         QTRY_VERIFY_WITH_TIMEOUT(next->isFirst(), deadline);
+
+        // when
         const auto last = start();
+
+        // then
         QTRY_COMPARE_WITH_TIMEOUT(last->status(), 0, deadline);
         QTRY_COMPARE_WITH_TIMEOUT(next->lines().size(), 2, deadline);
     }
 
     void shouldFailIfTheFirstIsSilent()
     {
+        // given
         const auto stopped = start();
         QTRY_VERIFY_WITH_TIMEOUT(stopped->isFirst(), deadline);
         stopped->send(SIGSTOP);
 
+        // when
         const auto later = start(Impatient);
+
+        // then
         QTRY_VERIFY_WITH_TIMEOUT(later->hasEnded(), deadline);
         QCOMPARE(later->status(), 1);
         QCOMPARE(later->lines(), QStringList());
@@ -236,6 +262,7 @@ private Q_SLOTS:
 
     void shouldSucceedAnOwnerThatVanishes()
     {
+        // given
         const QString connection = u"vanishing"_s;
         VanishingOwner owner(connection);
         {
@@ -245,17 +272,22 @@ private Q_SLOTS:
             QVERIFY(bus.registerService(m_service));
         }
 
+        // when
         const auto next = start();
+
+        // then
         QTRY_VERIFY_WITH_TIMEOUT(next->isFirst(), deadline);
         QVERIFY(owner.wasCalled());
     }
 
     void shouldNotLoseWhatComesBeforeTheEventLoop()
     {
+        // given
         const auto held = start(Patient, {u"held"_s});
         QTRY_VERIFY_WITH_TIMEOUT(held->isFirst(), deadline);
-
         QDBusConnection bus = connectToBus();
+
+        // when
         const QDBusPendingCall answer =
             bus.asyncCall(call(u"Activate"_s, {QVariantMap{{u"activation-token"_s, u"early"_s}}}));
         // The bus has passed it on once it answers what came after.
@@ -263,8 +295,14 @@ private Q_SLOTS:
                                                         u"/org/freedesktop/DBus"_s,
                                                         u"org.freedesktop.DBus"_s, u"GetId"_s))
                     .type() == QDBusMessage::ReplyMessage);
+
+        // then
         QVERIFY(!answer.isFinished());
+
+        // when
         held->letGo();
+
+        // then
         QTRY_COMPARE_WITH_TIMEOUT(held->lines(), QStringList({u"first"_s, u"activated:early"_s}),
                                   deadline);
         QTRY_VERIFY_WITH_TIMEOUT(answer.isFinished(), deadline);
@@ -280,32 +318,46 @@ private Q_SLOTS:
     void shouldBeFirstWhereThereIsNoBus()
     {
         QFETCH(QString, address);
+
+        // given
         const auto withBus = start();
         QTRY_VERIFY_WITH_TIMEOUT(withBus->isFirst(), deadline);
-
         QProcessEnvironment withoutBus = environment();
         withoutBus.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, address);
         withoutBus.remove(u"XDG_RUNTIME_DIR"_s);
+
+        // when
         const auto other = start(withoutBus);
+
+        // then
         QTRY_VERIFY_WITH_TIMEOUT(other->isFirst(), deadline);
         QCOMPARE(withBus->lines(), QStringList{u"first"_s});
     }
 
     void shouldFindTheBusInTheRuntimeFolder()
     {
+        // given
         QProcessEnvironment withoutAddress = environment();
         withoutAddress.remove(u"DBUS_SESSION_BUS_ADDRESS"_s);
         withoutAddress.insert(u"XDG_RUNTIME_DIR"_s, m_folder->path());
+
+        // when
         const auto first = start(withoutAddress);
+
+        // then
         QTRY_VERIFY_WITH_TIMEOUT(first->isFirst(), deadline);
 
+        // when
         QVERIFY(connectToBus().call(call(u"Activate"_s, {QVariantMap()})).type() ==
                 QDBusMessage::ReplyMessage);
+
+        // then
         QTRY_COMPARE_WITH_TIMEOUT(first->lines().size(), 2, deadline);
     }
 
     void shouldDoAsTheDesktopAsks()
     {
+        // given
         const auto first = start();
         QTRY_VERIFY_WITH_TIMEOUT(first->isFirst(), deadline);
         const QDBusConnection bus = connectToBus();
@@ -313,26 +365,37 @@ private Q_SLOTS:
             return bus.call(call(method, arguments)).type() == QDBusMessage::ReplyMessage;
         };
 
+        // when
         const QVariantMap data{{u"activation-token"_s, u"t"_s}, {u"desktop-startup-id"_s, u"i"_s}};
         QVERIFY(isAnswered(u"Activate"_s, {data}));
         QVERIFY(isAnswered(u"Open"_s, {QStringList{u"file:///x"_s}, QVariantMap()}));
         QVERIFY(isAnswered(u"ActivateAction"_s, {u"unknown"_s, QVariantList(), QVariantMap()}));
+
+        // then
         QTRY_COMPARE_WITH_TIMEOUT(
             first->lines(), QStringList({u"first"_s, u"activated:t"_s, u"activated:"_s}), deadline);
 
-        // Data that make no sense are no data.
+        // when the data make no sense
         QVERIFY(isAnswered(u"Activate"_s, {QVariantMap{{u"activation-token"_s, QVariantList{7}}}}));
+
+        // then they are no data
         QTRY_COMPARE_WITH_TIMEOUT(first->lines().value(3), u"activated:"_s, deadline);
         QVERIFY(!first->hasEnded());
 
+        // when
         QVERIFY(isAnswered(u"ActivateAction"_s, {u"quit"_s, QVariantList(), QVariantMap()}));
+
+        // then
         QTRY_COMPARE_WITH_TIMEOUT(first->status(), 0, deadline);
     }
 
     void shouldOfferWhatTheInterfaceSays()
     {
+        // given
         const auto first = start();
         QTRY_VERIFY_WITH_TIMEOUT(first->isFirst(), deadline);
+
+        // when
         const QDBusMessage reply = connectToBus().call(QDBusMessage::createMethodCall(
             m_service, m_objectPath, u"org.freedesktop.DBus.Introspectable"_s, u"Introspect"_s));
         QString interface = reply.arguments().value(0).toString();
@@ -340,6 +403,7 @@ private Q_SLOTS:
                          interface.indexOf("<interface name=\"org.freedesktop.Application\">"_L1));
         interface.truncate(interface.indexOf("</interface>"_L1));
 
+        // then
         QString types;
         static const QRegularExpression each(u"method name=\"(\\w+)\"|<arg.*type=\"([^\"]+)\""_s);
         for (const auto &match : each.globalMatch(interface))

@@ -50,6 +50,7 @@ private:
 private Q_SLOTS:
     void shouldGiveItsLayout()
     {
+        // given
         Fixture f;
         MenuLine disabled = line(1, u"I dag 7.25 t"_s);
         disabled.isEnabled = false;
@@ -60,7 +61,10 @@ private Q_SLOTS:
         checked.isChecked = true;
         f.menu.setLines({disabled, separator, checked});
 
+        // when
         const DBusMenuLayout root = f.layout();
+
+        // then
         QCOMPARE(root.id, 0);
         QCOMPARE(root.properties.value(u"children-display"_s), u"submenu"_s);
         QCOMPARE(root.children.size(), 3);
@@ -79,8 +83,11 @@ private Q_SLOTS:
 
     void shouldGiveNoMoreOfItsLayoutThanWasAskedFor()
     {
+        // given
         Fixture f;
         f.menu.setLines({line(1, u"A"_s), line(2, u"B"_s)});
+
+        // then
         QVERIFY(f.layout(0, 0).children.isEmpty());
         QCOMPARE(f.layout(0, 1).children.size(), 2);
         QCOMPARE(f.layout(2).id, 2);
@@ -91,6 +98,7 @@ private Q_SLOTS:
 
     void shouldGivePropertiesOneByOneAndInGroups()
     {
+        // given
         Fixture f;
         f.menu.setLines({line(1, u"A"_s), line(2, u"B"_s)});
         const auto group = [&f](const QList<int> &ids) {
@@ -99,13 +107,20 @@ private Q_SLOTS:
             return qdbus_cast<QList<DBusMenuProperties>>(
                 reply.arguments().at(0).value<QDBusArgument>());
         };
+
+        // when
         const QList<DBusMenuProperties> some = group({2, 99});
+
+        // then
         QCOMPARE(some.size(), 1);
         QCOMPARE(some[0].id, 2);
         QCOMPARE(some[0].properties, QVariantMap({{u"label"_s, u"B"_s}}));
         QCOMPARE(group({}).size(), 3);
 
+        // when
         const QDBusMessage one = f.call(u"GetProperty"_s, {1, u"label"_s});
+
+        // then
         QCOMPARE(one.arguments().at(0).value<QDBusVariant>().variant(), u"A"_s);
         for (const QVariantList &unknown :
              {QVariantList{1, u"none"_s}, QVariantList{99, u"label"_s}})
@@ -114,11 +129,16 @@ private Q_SLOTS:
 
     void shouldTellOfANewLayoutWhenLinesComeOrGo()
     {
+        // given
         Fixture f;
         f.menu.setLines({line(1, u"A"_s)});
         const uint revision = f.revision();
         f.host.listenTo(f.service);
+
+        // when
         f.menu.setLines({line(1, u"A"_s), line(2, u"B"_s)});
+
+        // then
         const QList<QDBusMessage> heard = f.host.heardMessages(f.service);
         QCOMPARE(heard.size(), 1);
         QCOMPARE(heard[0].member(), u"LayoutUpdated"_s);
@@ -128,10 +148,15 @@ private Q_SLOTS:
 
     void shouldTellOfThoseLinesThatDiffer()
     {
+        // given
         Fixture f;
         f.menu.setLines({line(1, u"A"_s), line(2, u"B"_s)});
         f.host.listenTo(f.service);
+
+        // when
         f.menu.setLines({line(1, u"A"_s), line(2, u"C"_s)});
+
+        // then
         const QList<QDBusMessage> heard = f.host.heardMessages(f.service);
         QCOMPARE(heard.size(), 1);
         QCOMPARE(heard[0].member(), u"ItemsPropertiesUpdated"_s);
@@ -140,37 +165,55 @@ private Q_SLOTS:
         QCOMPARE(updated.size(), 1);
         QCOMPARE(updated[0].id, 2);
         QCOMPARE(updated[0].properties.value(u"label"_s), u"C"_s);
+
+        // when
         f.menu.setLines({line(1, u"A"_s), line(2, u"C"_s)});
+
+        // then
         QCOMPARE(f.host.heard(f.service), QStringList());
     }
 
     void shouldTellWhichLineWasChosen()
     {
+        // given
         Fixture f;
         MenuLine disabled = line(1, u"A"_s);
         disabled.isEnabled = false;
         f.menu.setLines({disabled, line(2, u"B"_s)});
         QSignalSpy chosen(&f.menu, &DBusMenu::chosen);
+
+        // when
         f.event(2, u"clicked"_s);
+
+        // then
         QCOMPARE(chosen.size(), 1);
         QCOMPARE(chosen.takeFirst().at(0), 2);
+
+        // when
         f.event(1, u"clicked"_s);
         f.event(2, u"hovered"_s);
+
+        // then
         QCOMPARE(chosen.size(), 0);
         QCOMPARE(f.event(99, u"clicked"_s).type(), QDBusMessage::ErrorMessage);
     }
 
     void shouldTakeEventsInGroups()
     {
+        // given
         Fixture f;
         f.menu.setLines({line(2, u"B"_s)});
         QSignalSpy chosen(&f.menu, &DBusMenu::chosen);
         const QDBusVariant none{QString()};
+
+        // when
         const QDBusMessage reply =
             f.call(u"EventGroup"_s,
                    {QVariant::fromValue(QList<DBusMenuEvent>{{0, u"opened"_s, none, 0},
                                                              {2, u"clicked"_s, none, 0},
                                                              {99, u"clicked"_s, none, 0}})});
+
+        // then
         QCOMPARE(qdbus_cast<QList<int>>(reply.arguments().at(0)), QList<int>{99});
         QCOMPARE(chosen.size(), 1);
         QVERIFY(f.menu.isOpen());
@@ -178,33 +221,54 @@ private Q_SLOTS:
 
     void shouldKnowWhetherItIsOpen()
     {
+        // given
         Fixture f;
         QVERIFY(!f.menu.isOpen());
+
+        // when
         f.event(0, u"opened"_s);
+
+        // then
         QVERIFY(f.menu.isOpen());
+
+        // when
         f.event(0, u"closed"_s);
+
+        // then
         QVERIFY(!f.menu.isOpen());
     }
 
     void shouldBeBroughtUpToDateBeforeItIsShown()
     {
+        // given
         Fixture f;
         f.menu.setLines({line(1, u"A"_s)});
         QVERIFY(!f.aboutToShow());
+
+        // when somebody brings it up to date
         connect(&f.menu, &DBusMenu::aboutToShow, this, [&f] {
             f.menu.setLines({line(1, u"A"_s), line(2, u"B"_s)});
         });
+
+        // then
         QVERIFY(f.aboutToShow());
         QVERIFY(!f.aboutToShow());
+
+        // when
         const QDBusMessage group =
             f.call(u"AboutToShowGroup"_s, {QVariant::fromValue(QList<int>{0, 1, 99})});
+
+        // then
         QCOMPARE(qdbus_cast<QList<int>>(group.arguments().at(0)), QList<int>());
         QCOMPARE(qdbus_cast<QList<int>>(group.arguments().at(1)), QList<int>{99});
     }
 
     void shouldSpeakTheProtocolsThirdVersion()
     {
+        // given
         Fixture f;
+
+        // then
         QCOMPARE(f.host.property(f.service, f.path, f.interface, u"Version"_s), 3u);
         QCOMPARE(f.host.property(f.service, f.path, f.interface, u"Status"_s), u"normal"_s);
         QCOMPARE(f.host.property(f.service, f.path, f.interface, u"TextDirection"_s), u"ltr"_s);

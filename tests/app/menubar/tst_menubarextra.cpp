@@ -71,9 +71,14 @@ private Q_SLOTS:
 
     void shouldBeAnItemInTheDesktopsPanel()
     {
+        // given
         Fixture f;
         const Watcher watcher;
+
+        // when
         f.start();
+
+        // then
         QTRY_COMPARE(f.extra->backend(), Backend::StatusNotifier);
         QTRY_COMPARE(watcher.items(), QStringList{f.bus.baseService()});
         QVERIFY(!f.clockWindow());
@@ -81,6 +86,7 @@ private Q_SLOTS:
 
     void shouldShowTheRunningTasksClockEachSecond()
     {
+        // given
         Fixture f(1h, 1ms);
         const Watcher watcher;
         Task *const task = f.store.insertTask(u"A"_s);
@@ -88,21 +94,38 @@ private Q_SLOTS:
         f.start();
         QTRY_COMPARE(watcher.items().size(), 1);
         QCOMPARE(f.label(), u""_s);
+
+        // when
         f.timer.startTask(task, AllTasks(f.store.context()), f.store.context());
+
+        // then
         QCOMPARE(f.label(), u"01:02:05"_s);
+
+        // when
         f.clock.advance(1);
+
+        // then
         QTRY_COMPARE(f.label(), u"01:02:06"_s);
+
+        // when
         f.timer.stopTask(task, f.store.context());
+
+        // then
         QCOMPARE(f.label(), u""_s);
     }
 
     void shouldShowATaskThatWasLeftRunningBeforeAnythingTicks()
     {
+        // given
         Fixture f;
         const Watcher watcher;
         f.store.insertTask(u"A"_s)->start();
         f.clock.advance(90);
+
+        // when
         f.start();
+
+        // then
         QTRY_COMPARE(watcher.items().size(), 1);
         QCOMPARE(f.label(), u"00:01:30"_s);
         QVERIFY(!f.timer.isTicking());
@@ -110,6 +133,7 @@ private Q_SLOTS:
 
     void shouldStaySilentWhileNothingChanges()
     {
+        // given
         Fixture f(1h, 1ms);
         Watcher watcher;
         Task *const task = f.store.insertTask(u"A"_s);
@@ -117,10 +141,17 @@ private Q_SLOTS:
         QTRY_COMPARE(watcher.items().size(), 1);
         f.host.listenTo(f.bus.baseService());
         f.host.heard(f.bus.baseService());
+
+        // when
         f.clock.advance(600);
+
+        // then
         QCOMPARE(f.host.heard(f.bus.baseService()), QStringList());
-        // Ticks within one second change no text.
+
+        // when
         f.timer.startTask(task, AllTasks(f.store.context()), f.store.context());
+
+        // then
         QStringList heard;
         const auto hasHeard = [&](const QString &signal) {
             heard += f.host.heard(f.bus.baseService());
@@ -129,25 +160,39 @@ private Q_SLOTS:
         QTRY_VERIFY(hasHeard(u"XAyatanaNewLabel"_s));
         // The menu follows a little later.
         QTRY_VERIFY(hasHeard(u"ItemsPropertiesUpdated"_s));
+
+        // when
         const qint64 tick = f.timer.tick();
         QTRY_VERIFY(f.timer.tick() > tick + 5);
+
+        // then ticks within one second change no text
         QCOMPARE(f.host.heard(f.bus.baseService()), QStringList());
     }
 
     void shouldOpenAndCloseThePanelWithClicksOnTheItem()
     {
+        // given
         Fixture f;
         const Watcher watcher;
         f.start();
         QTRY_COMPARE(watcher.items().size(), 1);
+
+        // when
         f.callItem(u"Activate"_s, {700, 10});
+
+        // then
         QVERIFY(f.extra->panel().isOpen());
+
+        // when
         f.callItem(u"Activate"_s, {700, 10});
+
+        // then
         QVERIFY(!f.extra->panel().isOpen());
     }
 
     void shouldPassTheActivationTokenToTheMainWindowOnce()
     {
+        // given
         Fixture f;
         const Watcher watcher;
         f.start();
@@ -155,14 +200,20 @@ private Q_SLOTS:
         QSignalSpy open(f.extra.get(), &MenuBarExtra::openMainWindow);
         f.callItem(u"ProvideXdgActivationToken"_s, {u"token"_s});
         f.callItem(u"Activate"_s, {700, 10});
+
         for (const QString &token : {u"token"_s, QString()}) {
+            // given the open panel, the second time without a token
             if (!f.extra->panel().isOpen())
                 f.callItem(u"Activate"_s, {700, 10});
             QQuickWindow *const window = f.extra->panel().window();
             QVERIFY(QTest::qWaitForWindowExposed(window, 30'000));
+
+            // when
             QTest::mouseClick(
                 window, Qt::LeftButton, {},
                 qmltest::centre(qmltest::findItem(window->contentItem(), u"openButton"_s)));
+
+            // then
             QCOMPARE(open.size(), 1);
             QCOMPARE(open.takeFirst().at(0), token);
             QVERIFY(!f.extra->panel().isOpen());
@@ -171,11 +222,16 @@ private Q_SLOTS:
 
     void shouldShowTheClockWindowWhereNoTrayComes()
     {
+        // given
         Fixture f(1ms);
         Task *const task = f.store.insertTask(u"A"_s);
         task->setAccumulatedSeconds(3725);
         task->start();
+
+        // when
         f.start();
+
+        // then
         QCOMPARE(f.extra->backend(), Backend::None);
         QTRY_COMPARE(f.extra->backend(), Backend::ClockWindow);
         auto *const window = qobject_cast<QQuickWindow *>(f.clockWindow());
@@ -184,55 +240,87 @@ private Q_SLOTS:
         QCOMPARE(window->size(), QSize(120, 28));
         QCOMPARE(qmltest::findItem(window->contentItem(), u"labelText"_s)->property("text"),
                  u"01:02:05"_s);
+
+        // when
         QTest::mouseClick(window, Qt::LeftButton, {}, {60, 14});
+
+        // then
         QVERIFY(f.extra->panel().isOpen());
     }
 
     void shouldOpenThePanelFromTheClockWindowByKey()
     {
         for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space}) {
+            // given
             Fixture f(1ms);
             f.start();
             QTRY_COMPARE(f.extra->backend(), Backend::ClockWindow);
             QWindow *const window = f.clockWindow();
             window->requestActivate();
             QVERIFY(QTest::qWaitForWindowActive(window, 30'000));
+
+            // when
             QTest::keyClick(window, key);
+
+            // then
             QVERIFY(f.extra->panel().isOpen());
         }
     }
 
     void shouldGrowTheClockWindowWithALongClock()
     {
+        // given
         Fixture f(1ms);
         Task *const task = f.store.insertTask(u"A"_s);
         task->setAccumulatedSeconds(qint64(123456789) * 3600);
         f.start();
         QTRY_COMPARE(f.extra->backend(), Backend::ClockWindow);
+
+        // when
         task->start();
+
+        // then
         QTRY_VERIFY(f.clockWindow()->width() > 120);
     }
 
     void shouldWorkWithoutABus()
     {
+        // given
         Fixture f(1ms);
         f.bus = QDBusConnection(u"none"_s);
+
+        // when
         f.start();
+
+        // then
         QTRY_COMPARE(f.extra->backend(), Backend::ClockWindow);
     }
 
     void shouldChangeItsBackendAsTraysComeAndGo()
     {
+        // given
         Fixture f(1ms);
         f.start();
         QTRY_COMPARE(f.extra->backend(), Backend::ClockWindow);
+
+        // when
         auto watcher = std::make_unique<Watcher>();
+
+        // then
         QTRY_COMPARE(f.extra->backend(), Backend::StatusNotifier);
         QTRY_COMPARE(watcher->items().size(), 1);
         QVERIFY(!f.clockWindow());
+
+        // when
         watcher.reset();
+
+        // then
         QTRY_COMPARE(f.extra->backend(), Backend::ClockWindow);
+
+        // when
         watcher = std::make_unique<Watcher>();
+
+        // then
         QTRY_COMPARE(f.extra->backend(), Backend::StatusNotifier);
         QTRY_COMPARE(watcher->items().size(), 1);
         QCOMPARE(f.label(), u""_s);
@@ -240,13 +328,18 @@ private Q_SLOTS:
 
     void shouldKeepTheClockWindowUntilSomethingBetterIsThere()
     {
+        // given
         Fixture f(1ms);
         f.start();
         QTRY_COMPARE(f.extra->backend(), Backend::ClockWindow);
         const QWindow *const window = f.clockWindow();
         QSignalSpy changes(f.extra.get(), &MenuBarExtra::backendChanged);
+
+        // when a watcher comes, and then its host
         Watcher watcher(false);
         watcher.registerHost();
+
+        // then
         QTRY_COMPARE(f.extra->backend(), Backend::StatusNotifier);
         QCOMPARE(changes.size(), 1);
         QVERIFY(window != f.clockWindow());
@@ -254,28 +347,45 @@ private Q_SLOTS:
 
     void shouldGiveAPanelThatRestartsTimeToComeBack()
     {
+        // given
         Fixture f;
         auto watcher = std::make_unique<Watcher>();
         f.start();
         QTRY_COMPARE(f.extra->backend(), Backend::StatusNotifier);
+
+        // when
         watcher.reset();
+
+        // then
         QTRY_COMPARE(f.extra->backend(), Backend::None);
         QVERIFY(!f.clockWindow());
     }
 
     void shouldQuitWhenItsClockWindowIsTheLastToClose()
     {
+        // given
         Fixture f(1ms);
         f.start();
         QTRY_COMPARE(f.extra->backend(), Backend::ClockWindow);
         QSignalSpy quit(f.extra.get(), &MenuBarExtra::quit);
+
+        // when
         f.clockWindow()->close();
+
+        // then
         QCOMPARE(quit.size(), 0);
         QVERIFY(!f.clockWindow()->isVisible());
-        // Without it no window would lead to the program.
+
+        // when no other window would lead to the program
         f.extra->setIsMainWindowOpen(false);
+
+        // then
         QVERIFY(f.clockWindow()->isVisible());
+
+        // when
         f.clockWindow()->close();
+
+        // then
         QCOMPARE(quit.size(), 1);
     }
 

@@ -82,7 +82,10 @@ private:
 private Q_SLOTS:
     void shouldMirrorAnEmptyPanel()
     {
+        // given
         Fixture f;
+
+        // then
         QCOMPARE(f.labels(), QStringList({u"I dag 0.00 t"_s, u"-"_s, u"Ingen opgaver i dag"_s,
                                           u"-"_s, u"Åbn Time Tracker"_s, u"Afslut"_s}));
         QCOMPARE(f.lines().at(0).properties.value(u"enabled"_s), false);
@@ -91,11 +94,16 @@ private Q_SLOTS:
 
     void shouldMirrorTodaysTasks()
     {
+        // given
         Fixture f;
+
+        // when
         f.store.insert<Task>(u"en_to"_s, f.clock.now(), u"K1"_s, 0)->setAccumulatedSeconds(3725);
         f.store.insertTask(QString(), 1)->start();
         f.store.insert<Task>(u"I går"_s, f.clock.now() - 86400, std::nullopt);
         settle();
+
+        // then
         QCOMPARE(f.labels(),
                  QStringList({u"I dag 1.03 t"_s, u"-"_s, u"[ ] 01:02:05   en__to (K1)"_s,
                               u"[x] 00:00:00   Unavngivet"_s, u"-"_s, u"Åbn Time Tracker"_s,
@@ -104,21 +112,31 @@ private Q_SLOTS:
 
     void shouldMirrorTodayAsItIsInANewZone()
     {
+        // given
         Fixture f;
         f.store.insertTask(u"Hjemme"_s);
         settle();
         QVERIFY(f.idOf(u"Hjemme"_s) >= 0);
+
+        // when
         f.clock.travelTo("America/New_York");
         settle();
+
+        // then
         QVERIFY(f.idOf(u"Ingen opgaver i dag"_s) >= 0);
         QCOMPARE(f.idOf(u"Hjemme"_s), -1);
     }
 
     void shouldKeepALongNameShortAndOnOneLine()
     {
+        // given
         Fixture f;
+
+        // when
         f.store.insertTask(QString(u"😀"_s).repeated(100) + u"\nmere"_s);
         settle();
+
+        // then
         const QString label = f.labels().at(2);
         QVERIFY(label.size() < 80);
         QVERIFY(label.endsWith(u"😀…"_s));
@@ -126,96 +144,156 @@ private Q_SLOTS:
 
     void shouldStartAndStopATask()
     {
+        // given
         Fixture f;
         Task *const task = f.store.insertTask(u"A"_s);
         Task *const other = f.store.insertTask(u"B"_s, 1);
         settle();
+
+        // when
         f.event(f.idOf(u"   A"_s), u"clicked"_s);
+
+        // then
         QVERIFY(task->isRunning());
+
+        // when
         f.event(f.idOf(u"   B"_s), u"clicked"_s);
+
+        // then
         QVERIFY(!task->isRunning());
         QVERIFY(other->isRunning());
+
+        // when
         f.event(f.idOf(u"   B"_s), u"clicked"_s);
+
+        // then
         QVERIFY(!other->isRunning());
     }
 
     void shouldOpenTheMainWindowAndQuit()
     {
+        // given
         Fixture f;
         QSignalSpy open(&f.menu, &MenuBarMenu::openMainWindow);
         QSignalSpy quit(&f.menu, &MenuBarMenu::quit);
+
+        // when
         f.event(f.idOf(u"Åbn"_s), u"clicked"_s);
+
+        // then
         QCOMPARE(open.size(), 1);
         QCOMPARE(quit.size(), 0);
+
+        // when
         f.event(f.idOf(u"Afslut"_s), u"clicked"_s);
+
+        // then
         QCOMPARE(quit.size(), 1);
     }
 
     void shouldTellOfATaskThatStartsAlsoWhileItIsClosed()
     {
+        // given
         Fixture f;
         Task *const task = f.store.insertTask(u"A"_s);
         settle();
         f.host.listenTo(f.service);
+
+        // when
         task->start();
+
+        // then
         QCOMPARE(f.host.heard(f.service), QStringList{u"ItemsPropertiesUpdated"_s});
     }
 
     void shouldTellOfSeveralChangesOnce()
     {
+        // given
         Fixture f;
         f.host.listenTo(f.service);
+
+        // when
         f.store.insertTask(u"A"_s);
         f.store.insertTask(u"B"_s);
+
+        // then
         QCOMPARE(f.host.heard(f.service), QStringList{u"LayoutUpdated"_s});
     }
 
     void shouldFollowTheClockWhileItIsOpenAndBeSilentWhileItIsClosed()
     {
+        // given
         Fixture f(1ms);
         Task *const task = f.store.insertTask(u"A"_s);
         f.timer.startTask(task, AllTasks(f.store.context()), f.store.context());
         settle();
         f.host.listenTo(f.service);
-
         const auto aTickWithANewSecond = [&f] {
             f.clock.advance(1);
             const qint64 tick = f.timer.tick();
             return QTest::qWaitFor([&] { return f.timer.tick() > tick; }, 30'000);
         };
+
+        // when
         QVERIFY(aTickWithANewSecond());
+
+        // then
         QCOMPARE(f.host.heard(f.service), QStringList());
+
+        // when
         f.event(0, u"opened"_s);
+
+        // then
         QCOMPARE(f.host.heard(f.service), QStringList{u"ItemsPropertiesUpdated"_s});
+
+        // when
         QVERIFY(aTickWithANewSecond());
+
+        // then
         QCOMPARE(f.host.heard(f.service), QStringList{u"ItemsPropertiesUpdated"_s});
         QVERIFY(f.labels().contains(u"[x] 00:00:02   A"_s));
+
+        // when
         f.event(0, u"closed"_s);
         QVERIFY(aTickWithANewSecond());
+
+        // then
         QCOMPARE(f.host.heard(f.service), QStringList());
     }
 
     void shouldBeUpToDateWhenItIsAboutToShow()
     {
+        // given
         Fixture f;
         f.store.insertTask(u"A"_s)->start();
         settle();
         f.clock.advance(60);
+
+        // when
         f.call(u"AboutToShow"_s, {0});
+
+        // then
         QVERIFY(f.labels().contains(u"[x] 00:01:00   A"_s));
     }
 
     void shouldKeepATasksLineAsOthersComeAndGo()
     {
+        // given
         Fixture f;
         Task *const first = f.store.insertTask(u"A"_s);
         f.store.insertTask(u"B"_s, 1);
         settle();
         const int id = f.idOf(u"   B"_s);
+
+        // when
         f.store.context().remove(first);
+        f.store.insertTask(u"C"_s);
         settle();
+
+        // then
         QCOMPARE(f.idOf(u"   B"_s), id);
         QCOMPARE(f.idOf(u"   A"_s), -1);
+        QVERIFY(f.idOf(u"   C"_s) > 0);
     }
 };
 

@@ -40,9 +40,12 @@ private Q_SLOTS:
 
     void shouldStandBesideAPanelAtTheLeftOrRightEdge()
     {
+        // given
         const PanelScreen left{{0, 0, 1000, 800}, {40, 0, 960, 800}, 1};
-        QCOMPARE(place({{}, QPoint(20, 100)}, {left}), QPoint(40, 101));
         const PanelScreen right{{0, 0, 1000, 800}, {0, 0, 960, 800}, 1};
+
+        // then
+        QCOMPARE(place({{}, QPoint(20, 100)}, {left}), QPoint(40, 101));
         QCOMPARE(place({{}, QPoint(980, 700)}, {right}), QPoint(720, 500));
     }
 
@@ -79,9 +82,11 @@ private Q_SLOTS:
 
     void shouldGoToTheScreenThatWasClicked()
     {
-        // The second screen is scaled; its corner keeps its physical place.
+        // given a second screen that is scaled; its corner keeps its physical place
         const QList<PanelScreen> screens{withTopBar(),
                                          {{1000, 0, 960, 540}, {1000, 0, 960, 510}, 2}};
+
+        // then
         QCOMPARE(place({{}, QPoint(1500, 525)}, screens), QPoint(1500 - 120, 510 - 200));
         QCOMPARE(place({{2000, 1050}, std::nullopt}, screens), QPoint(1500 - 120, 510 - 200));
         QCOMPARE(place({{}, QPoint(500, 15)}, screens), QPoint(380, 30));
@@ -89,8 +94,11 @@ private Q_SLOTS:
 
     void shouldWorkLeftOfAndAboveTheFirstScreen()
     {
+        // given
         const QList<PanelScreen> screens{withTopBar(),
                                          {{-1280, -200, 1280, 1024}, {-1280, -170, 1280, 994}, 1}};
+
+        // then
         QCOMPARE(place({{}, QPoint(-100, -190)}, screens), QPoint(-240, -170));
     }
 

@@ -39,7 +39,10 @@ private Q_SLOTS:
 
     void shouldShowItsPropertiesAsTheProtocolWantsThem()
     {
+        // given
         Fixture f;
+
+        // then
         QCOMPARE(f.property(u"Category"_s), u"ApplicationStatus"_s);
         QCOMPARE(f.property(u"Id"_s), u"dk.tulo.TimeTracker"_s);
         QCOMPARE(f.property(u"Title"_s), u"TULO Time Tracker"_s);
@@ -59,9 +62,14 @@ private Q_SLOTS:
 
     void shouldGiveItsIconAsPicturesInNetworkByteOrder()
     {
+        // given
         Fixture f;
+
+        // when
         const auto pixmaps =
             qdbus_cast<QList<IconPixmap>>(f.property(u"IconPixmap"_s).value<QDBusArgument>());
+
+        // then
         QList<int> sizes;
         for (const IconPixmap &pixmap : pixmaps) {
             sizes << pixmap.width;
@@ -84,8 +92,13 @@ private Q_SLOTS:
 
     void shouldNameAPictureThatEveryPanelCanRead()
     {
+        // given
         Fixture f;
+
+        // when
         const QString path = f.property(u"IconName"_s).toString();
+
+        // then
         QVERIFY(QFileInfo(path).isAbsolute());
         QVERIFY(path.startsWith(m_cache.path()));
         QCOMPARE(QImage(path).size(), QSize(48, 48));
@@ -93,14 +106,20 @@ private Q_SLOTS:
 
     void shouldNameNoPictureWhereNoneCanBeWritten()
     {
+        // given
         qputenv("XDG_CACHE_HOME", "/proc/nowhere");
+
+        // when
         Fixture f;
         qputenv("XDG_CACHE_HOME", m_cache.path().toLocal8Bit());
+
+        // then
         QCOMPARE(f.property(u"IconName"_s), u""_s);
     }
 
     void shouldNameTheSymbolicIconWhereItIsInstalled()
     {
+        // given
         const QTemporaryDir data;
         const QString folder = data.filePath(u"icons/hicolor/symbolic/apps"_s);
         QVERIFY(QDir().mkpath(folder));
@@ -108,33 +127,55 @@ private Q_SLOTS:
         QVERIFY(file.open(QIODevice::WriteOnly));
         const QByteArray before = qgetenv("XDG_DATA_DIRS");
         qputenv("XDG_DATA_DIRS", data.path().toLocal8Bit());
+
+        // when
         Fixture f;
         qputenv("XDG_DATA_DIRS", before);
+
+        // then
         QCOMPARE(f.property(u"IconName"_s), u"dk.tulo.TimeTracker-symbolic"_s);
     }
 
     void shouldTellOfEachNewLabelOnce()
     {
+        // given
         Fixture f;
         f.host.listenTo(f.service);
+
+        // when
         f.item.setLabel(u"01:02:05"_s);
+
+        // then
         const QList<QDBusMessage> heard = f.host.heardMessages(f.service);
         QCOMPARE(heard.size(), 2);
         QCOMPARE(heard[0].member(), u"XAyatanaNewLabel"_s);
         QCOMPARE(heard[0].arguments(), QVariantList({u"01:02:05"_s, u"00:00:00"_s}));
         QCOMPARE(heard[1].member(), u"NewToolTip"_s);
         QCOMPARE(f.property(u"XAyatanaLabel"_s), u"01:02:05"_s);
+
+        // when it is the same
         f.item.setLabel(u"01:02:05"_s);
+
+        // then
         QCOMPARE(f.host.heard(f.service), QStringList());
+
+        // when
         f.item.setLabel({});
+
+        // then
         QCOMPARE(f.host.heard(f.service), QStringList({u"XAyatanaNewLabel"_s, u"NewToolTip"_s}));
         QCOMPARE(f.property(u"XAyatanaLabel"_s), u""_s);
     }
 
     void shouldShowTheClockInItsTooltip()
     {
+        // given
         Fixture f;
+
+        // when
         f.item.setLabel(u"01:02:05"_s);
+
+        // then
         const auto tip =
             qdbus_cast<StatusNotifierToolTip>(f.property(u"ToolTip"_s).value<QDBusArgument>());
         QCOMPARE(tip.title, u"TULO Time Tracker"_s);
@@ -143,24 +184,42 @@ private Q_SLOTS:
 
     void shouldTellOfEveryKindOfClick()
     {
+        // given
         Fixture f;
         QSignalSpy clicks(&f.item, &StatusNotifierItem::activated);
+
         for (const QString &method : {u"Activate"_s, u"SecondaryActivate"_s, u"ContextMenu"_s}) {
+            // when
             f.call(method, {900, 14});
+
+            // then
             QCOMPARE(clicks.size(), 1);
             QCOMPARE(clicks.takeFirst().at(0).toPoint(), QPoint(900, 14));
         }
+
+        // when
         f.call(u"XAyatanaSecondaryActivate"_s, {0u});
+
+        // then
         QCOMPARE(clicks.takeFirst().at(0).toPoint(), QPoint());
+
+        // when
         f.call(u"Scroll"_s, {1, u"vertical"_s});
+
+        // then
         QCOMPARE(clicks.size(), 0);
     }
 
     void shouldPassOnActivationTokens()
     {
+        // given
         Fixture f;
         QSignalSpy tokens(&f.item, &StatusNotifierItem::activationTokenProvided);
+
+        // when
         f.call(u"ProvideXdgActivationToken"_s, {u"token"_s});
+
+        // then
         QCOMPARE(tokens.size(), 1);
         QCOMPARE(tokens.at(0).at(0), u"token"_s);
     }

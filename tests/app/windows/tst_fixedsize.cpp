@@ -15,6 +15,7 @@ class TestFixedSize : public QObject
 private Q_SLOTS:
     void shouldHaveItsSizeBeforeItIsShownAndFollowIt()
     {
+        // given
         const qmltest::WarningsAreFailures guard;
         QQmlEngine engine;
         engine.addImportPath(u"qrc:/qt/qml"_s);
@@ -30,13 +31,21 @@ private Q_SLOTS:
         const std::unique_ptr<QObject> root(component.create());
         auto *const window = qobject_cast<QQuickWindow *>(root.get());
         QVERIFY2(window, qPrintable(component.errorString()));
+
         for (const int height : {50, 120, 30}) {
+            // when
             window->setProperty("wanted", height);
+
+            // then
             QCOMPARE(window->size(), QSize(240, height));
             QCOMPARE(window->minimumSize(), window->size());
             QCOMPARE(window->maximumSize(), window->size());
+
+            // when
             window->show();
             QVERIFY(QTest::qWaitForWindowExposed(window, 30'000));
+
+            // then
             QCOMPARE(window->size(), QSize(240, height));
         }
     }

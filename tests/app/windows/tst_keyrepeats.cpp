@@ -86,10 +86,15 @@ private Q_SLOTS:
 
     void shouldPassARepetitionOnceThatQtHasRecognised()
     {
+        // given
         const KeyRepeats repeats;
         KeyWindow window;
+
+        // when
         send(window, QEvent::KeyRelease, Return, 1500, true);
         send(window, QEvent::KeyPress, Return, 1500, true);
+
+        // then
         QCOMPARE(window.told, (QList<Told>{{QEvent::KeyRelease, true}, {QEvent::KeyPress, true}}));
     }
 
@@ -104,19 +109,30 @@ private Q_SLOTS:
     {
         QFETCH(quint32, scanCode);
         QFETCH(quint64, timestamp);
+
+        // given
         const KeyRepeats repeats;
         KeyWindow window;
+
+        // when
         send(window, QEvent::KeyRelease, Return, 1500);
         send(window, QEvent::KeyPress, scanCode, timestamp);
+
+        // then
         QCOMPARE(window.told.constLast(), (Told{QEvent::KeyPress, false}));
     }
 
     void shouldLeaveKeysAloneThatNoKeyboardHas()
     {
+        // given
         const KeyRepeats repeats;
         KeyWindow window;
+
+        // when
         send(window, QEvent::KeyRelease, 0, 1500);
         send(window, QEvent::KeyPress, 0, 1500);
+
+        // then
         QCOMPARE(window.told.constLast(), (Told{QEvent::KeyPress, false}));
     }
 

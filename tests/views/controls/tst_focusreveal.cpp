@@ -75,39 +75,57 @@ private Q_SLOTS:
 
     void shouldScrollToWhatTabReaches()
     {
+        // given
         QSet<QQuickItem *> reached;
         QQuickItem *last = nullptr;
+
+        // when Tab goes through them all, with each in sight as it is reached
         for (int i = 0; i < 8; ++i) {
             QTest::keyClick(window.get(), Qt::Key_Tab);
             last = window->activeFocusItem();
             reached.insert(last);
             verifyInSight(last);
         }
+
+        // then
         QCOMPARE(reached.size(), 8);
         QCOMPARE(last->objectName(), u"last"_s);
         QCOMPARE(y("area"), 130.0 - 60);
         QCOMPARE(y("list"), 100.0 - 50);
-        // and back again
+
+        // when Backtab goes back again
         for (int i = 0; i < 7; ++i) {
             QTest::keyClick(window.get(), Qt::Key_Backtab);
             verifyInSight(window->activeFocusItem());
         }
+
+        // then
         QCOMPARE(y("area"), 0.0);
         QCOMPARE(y("list"), 0.0);
     }
 
     void shouldNotScrollToWhatIsInSight()
     {
+        // given
         window->item(u"area"_s)->setProperty("contentY", 12);
+
+        // when
         window->item(u"second"_s)->forceActiveFocus(Qt::TabFocusReason);
+
+        // then
         QCOMPARE(y("area"), 12.0);
     }
 
     void shouldNotScrollAListsMarginAway()
     {
+        // given
         showRows();
         QCOMPARE(y("rows"), -4.0);
+
+        // when
         window->item(u"field0"_s)->forceActiveFocus(Qt::TabFocusReason);
+
+        // then
         QCOMPARE(y("rows"), -4.0);
     }
 
@@ -116,35 +134,57 @@ private Q_SLOTS:
         // given a field whose last pixel is in sight
         showRows();
         window->item(u"rows"_s)->setProperty("contentY", 34 + 8 + 14 - 60);
+
+        // when
         window->item(u"field1"_s)->forceActiveFocus(Qt::TabFocusReason);
+
+        // then
         QCOMPARE(y("rows"), 34.0 + 8 + 14 - 60);
+
+        // when it lies at the upper edge and gets the focus again
         window->item(u"rows"_s)->setProperty("contentY", 34 + 8);
         window->item(u"field2"_s)->forceActiveFocus(Qt::TabFocusReason);
         window->item(u"field1"_s)->forceActiveFocus(Qt::TabFocusReason);
+
+        // then
         QCOMPARE(y("rows"), 34.0 + 8);
     }
 
     void shouldBringAListsMarginBack()
     {
+        // given
         showRows();
+
+        // when
         for (int i = 0; i < 6; ++i)
             QTest::keyClick(window.get(), Qt::Key_Tab);
+
+        // then
         QCOMPARE(window->activeFocusItem()->objectName(), u"field5"_s);
         QCOMPARE(y("rows"), 6.0 * 34 - 4 + 4 - 60);
+
+        // when
         for (int i = 0; i < 5; ++i)
             QTest::keyClick(window.get(), Qt::Key_Backtab);
+
+        // then
         QCOMPARE(window->activeFocusItem()->objectName(), u"field0"_s);
         QCOMPARE(y("rows"), -4.0);
     }
 
     void shouldScrollBackToTheFieldThatIsTypedIn()
     {
+        // given
         showRows();
         QQuickItem *const field = window->item(u"field0"_s);
         field->forceActiveFocus();
         window->item(u"rows"_s)->setProperty("contentY", 100);
         QCOMPARE(y("rows"), 100.0);
+
+        // when
         QTest::keyClick(window.get(), Qt::Key_A);
+
+        // then
         QCOMPARE(y("rows"), -4.0);
         QCOMPARE(field->property("text").toString(), u"xa"_s);
     }

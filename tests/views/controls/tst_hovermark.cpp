@@ -58,51 +58,88 @@ private Q_SLOTS:
 
     void shouldBeDrawnOnlyWhileShown()
     {
+        // given
         const QPointF onDisc = mark()->mapToScene({mark()->width() / 2, 3});
         QCOMPARE(window->colorAt(onDisc), QColor(0x10, 0x20, 0x30));
+
+        // when
         root()->setProperty("isShown", true);
+
+        // then
         QTRY_VERIFY(window->colorAt(onDisc) != QColor(0x10, 0x20, 0x30));
         QCOMPARE(mark()->size(), QSizeF(16, 16));
+
+        // when
+        root()->setProperty("isShown", false);
+
+        // then
+        QTRY_COMPARE(window->colorAt(onDisc), QColor(0x10, 0x20, 0x30));
     }
 
     void shouldLeaveClicksToWhatLiesUnderItWhileNotShown()
     {
+        // when
         click();
+
+        // then
         QCOMPARE(root()->property("taps").toInt(), 1);
         QCOMPARE(root()->property("deletions").toInt(), 0);
+
+        // when
         root()->setProperty("isShown", true);
         click();
+
+        // then
         QCOMPARE(root()->property("taps").toInt(), 1);
         QCOMPARE(root()->property("deletions").toInt(), 1);
     }
 
     void shouldLeaveTouchesToWhatLiesUnderItWhileNotShown()
     {
+        // given
         const std::unique_ptr<QPointingDevice> finger(QTest::createTouchDevice());
+
+        // when
         QTest::touchEvent(window.get(), finger.get()).press(0, centre(mark()));
         QTest::touchEvent(window.get(), finger.get()).release(0, centre(mark()));
+
+        // then
         QTRY_COMPARE(root()->property("taps").toInt(), 1);
         QCOMPARE(root()->property("deletions").toInt(), 0);
     }
 
     void shouldBeFoundAndPressedByNameWhileNotShown()
     {
+        // given
         QAccessibleInterface *const found = QAccessible::queryAccessibleInterface(mark());
         QVERIFY(found);
+
+        // then
         QCOMPARE(found->role(), QAccessible::Button);
         QCOMPARE(found->text(QAccessible::Name), u"Slet skabelon Møde"_s);
         QVERIFY(!found->state().invisible);
         QVERIFY(!found->state().disabled);
+
+        // when
         found->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+
+        // then
         QCOMPARE(root()->property("deletions").toInt(), 1);
     }
 
     void shouldBeReachedByTab()
     {
+        // when
         QTest::keyClick(window.get(), Qt::Key_Tab);
         QTest::keyClick(window.get(), Qt::Key_Tab);
+
+        // then
         QVERIFY(mark()->hasActiveFocus());
+
+        // when
         QTest::keyClick(window.get(), Qt::Key_Space);
+
+        // then
         QCOMPARE(root()->property("deletions").toInt(), 1);
     }
 
@@ -200,15 +237,24 @@ private Q_SLOTS:
 
         // then
         QCOMPARE(root()->property("deletions").toInt(), 0);
+
+        // when the double click's time is over
         clickAt(point, 5000 + interval());
+
+        // then
         QCOMPARE(root()->property("deletions").toInt(), 1);
     }
 
     void shouldTakeBothClicksOfADoubleClickWhereItHasBeen()
     {
+        // given
         root()->setProperty("isShown", true);
+
+        // when
         clickAt(centre(mark()), 1000);
         clickAt(centre(mark()), 1100);
+
+        // then
         QCOMPARE(root()->property("deletions").toInt(), 2);
     }
 

@@ -56,8 +56,13 @@ private Q_SLOTS:
 
     void shouldKeepWhatItWasTold()
     {
+        // given
         LastInput input;
+
+        // when
         input.setIsPointer(true);
+
+        // then
         QVERIFY(input.isPointer());
     }
 };

@@ -108,6 +108,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, before);
         QFETCH(QString, after);
+
         // given
         Fixture f(26);
         f.start(before);
@@ -130,10 +131,11 @@ private Q_SLOTS:
         std::mt19937 random(20250303);
 
         for (int round = 0; round < 500; ++round) {
-            // when
             QList<QObject *> target = f.all;
             std::shuffle(target.begin(), target.end(), random);
             target.resize(std::uniform_int_distribution<>(0, 12)(random));
+
+            // when
             f.model.setObjects(target);
 
             // then
@@ -191,6 +193,8 @@ private Q_SLOTS:
 
         // then
         QCOMPARE(model->objects(), QList<QObject *>{&second});
+
+        // when it goes before an object that it holds
         model.reset();
     }
 
@@ -201,12 +205,22 @@ private Q_SLOTS:
         f.start(u"abc"_s);
         QSignalSpy countChanged(&f.model, &ObjectListModel::countChanged);
 
-        // when / then
+        // when
         f.model.setObjects(f.of(u"cab"_s));
+
+        // then
         QCOMPARE(countChanged.size(), 0);
+
+        // when
         f.model.setObjects(f.of(u"cde"_s));
+
+        // then
         QCOMPARE(countChanged.size(), 0);
+
+        // when
         f.model.setObjects(f.of(u"cd"_s));
+
+        // then
         QCOMPARE(countChanged.size(), 1);
         QCOMPARE(f.model.property("count").toInt(), 2);
     }

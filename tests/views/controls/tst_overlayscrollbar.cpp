@@ -43,7 +43,10 @@ private Q_SLOTS:
 
     void shouldLieOverTheRightEdge()
     {
+        // given
         const QQuickItem *const bar = window->item(u"bar"_s);
+
+        // then
         QCOMPARE(bar->mapRectToScene(QRectF(0, 0, bar->width(), bar->height())),
                  QRectF(54, 0, 6, 100));
         const QColor background = window->colorAt({30, 90});
@@ -53,35 +56,52 @@ private Q_SLOTS:
 
     void shouldBeThereOnlyWhileThereIsSomethingToScroll()
     {
+        // given
         QVERIFY(window->item(u"bar"_s)->isVisible());
+
+        // when
         list()->setProperty("model", 5);
+
+        // then
         QTRY_VERIFY(!window->item(u"bar"_s)->isVisible());
+
+        // when
         list()->setProperty("model", 6);
+
+        // then
         QTRY_VERIFY(window->item(u"bar"_s)->isVisible());
     }
 
     void shouldScrollWhenDragged()
     {
+        // when
         QTest::mousePress(window.get(), Qt::LeftButton, {}, {57, 5});
         QTest::mouseMove(window.get(), {57, 30});
         QTest::mouseMove(window.get(), {57, 55});
         QTest::mouseRelease(window.get(), Qt::LeftButton, {}, {57, 55});
-        // half its length, half the content
+
+        // then the content has moved by half its height, as the handle has by half the bar's
         const double y = list()->property("contentY").toDouble();
         QVERIFY2(y > 190 && y < 210, qPrintable(QString::number(y)));
     }
 
     void shouldStayLargeEnoughToBeSeen()
     {
+        // given
         list()->setProperty("model", 10000);
         const QQuickItem *const handle =
             window->item(u"bar"_s)->property("contentItem").value<QQuickItem *>();
+
+        // then
         QTRY_VERIFY(handle->height() >= 14 && handle->height() < 20);
     }
 
     void shouldNotTakeTheKeyboard()
     {
+        // when
         QTest::mouseClick(window.get(), Qt::LeftButton, {}, centre(window->item(u"bar"_s)));
+
+        // then
         QVERIFY(!window->item(u"bar"_s)->hasActiveFocus());
     }
 

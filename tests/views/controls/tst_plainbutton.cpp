@@ -188,7 +188,11 @@ private Q_SLOTS:
 
         // then
         QCOMPARE(clicked.size(), 0);
+
+        // when
         QTest::keyClick(window.get(), Qt::Key_Tab);
+
+        // then
         QVERIFY(first()->hasActiveFocus());
     }
 
@@ -207,11 +211,22 @@ private Q_SLOTS:
 
     void shouldTakeTheFocusByTab()
     {
+        // when
         QTest::keyClick(window.get(), Qt::Key_Tab);
+
+        // then
         QVERIFY(first()->hasActiveFocus());
+
+        // when
         QTest::keyClick(window.get(), Qt::Key_Tab);
+
+        // then
         QVERIFY(second()->hasActiveFocus());
+
+        // when
         QTest::keyClick(window.get(), Qt::Key_Backtab, Qt::ShiftModifier);
+
+        // then
         QVERIFY(first()->hasActiveFocus());
     }
 
@@ -258,18 +273,22 @@ private Q_SLOTS:
         // given
         QSignalSpy clicked(first(), SIGNAL(clicked()));
         QTest::keyClick(window.get(), Qt::Key_Tab);
-
-        // when the window system repeats the key as X does
         const auto send = [this](QEvent::Type type, bool isRepeat) {
             QKeyEvent event(type, Qt::Key_Space, Qt::NoModifier, u" "_s, isRepeat);
             QCoreApplication::sendEvent(window.get(), &event);
         };
+
+        // when the window system repeats the key as X does
         send(QEvent::KeyPress, false);
         for (int i = 0; i < 5; ++i) {
             send(QEvent::KeyRelease, true);
             send(QEvent::KeyPress, true);
         }
+
+        // then
         QCOMPARE(clicked.size(), 0);
+
+        // when the key is let go
         send(QEvent::KeyRelease, false);
 
         // then
@@ -300,6 +319,7 @@ private Q_SLOTS:
     {
         QFETCH(Qt::Key, key);
         QFETCH(Qt::KeyboardModifiers, modifiers);
+
         // given
         QSignalSpy clicked(first(), SIGNAL(clicked()));
         QTest::keyClick(window.get(), Qt::Key_Tab);
@@ -366,8 +386,11 @@ private Q_SLOTS:
 
     void shouldBeAButtonToAssistiveTechnology()
     {
+        // given
         QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(first());
         QVERIFY(accessible);
+
+        // then
         QCOMPARE(accessible->role(), QAccessible::Button);
         QCOMPARE(accessible->text(QAccessible::Name), u"Første"_s);
         QVERIFY(accessible->state().focusable);
@@ -433,6 +456,8 @@ private Q_SLOTS:
 
         // then
         QTRY_VERIFY(!shownTip());
+
+        // The button is let go for the tests that follow.
         QTest::mouseRelease(window.get(), Qt::LeftButton, {}, centre(first()));
     }
 
@@ -520,7 +545,10 @@ private Q_SLOTS:
 
     void shouldDrawASymbolOnACircle()
     {
+        // given
         const QColor accent = Theme().brandAccent();
+
+        // then
         QCOMPARE(window->colorAt({122, 42}), QColor(Qt::white)); // the triangle
         QCOMPARE(window->colorAt({122, 24}), accent);            // the circle above it
         QCOMPARE(window->colorAt({103, 42}), accent);

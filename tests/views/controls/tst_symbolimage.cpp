@@ -100,8 +100,9 @@ private Q_SLOTS:
     void shouldDrawEachSymbolSharplyInItsColour()
     {
         QFETCH(QString, name);
-        qmltest::WarningsAreFailures guard;
+
         // given a box of 24 at (20, 20), which lies on whole pixels at each scale
+        qmltest::WarningsAreFailures guard;
         const QColor color(200, 30, 60);
         qmltest::Window window(qml("name: \"" + name.toUtf8() +
                                    "\"; fontSize: 18.5; "
@@ -127,6 +128,7 @@ private Q_SLOTS:
     void shouldBeCentredInItsBox()
     {
         QFETCH(QString, name);
+
         // given
         const int side = 240;
         QImage image = drawn(name, side, Qt::black);
@@ -161,7 +163,11 @@ private Q_SLOTS:
     {
         QFETCH(QString, name);
         QFETCH(QPoint, inGlyph);
+
+        // given
         const QImage image = drawn(name, 240, Qt::black);
+
+        // then
         QCOMPARE(image.pixelColor(inGlyph), QColor(Qt::white));
         QCOMPARE(image.pixelColor(120, 30), QColor(Qt::black));
     }
@@ -176,6 +182,7 @@ private Q_SLOTS:
     void shouldConsistOfFilledPathsForThemedIcons()
     {
         QFETCH(QString, name);
+
         // given
         QFile file(path(name));
         QVERIFY(file.open(QIODevice::ReadOnly));
@@ -210,16 +217,22 @@ private Q_SLOTS:
     void shouldTakeItsSizeFromTheFontSize()
     {
         QFETCH(qreal, fontSize);
+
+        // given
         SymbolImage symbol;
+
+        // when
         symbol.setProperty("fontSize", fontSize);
+
+        // then
         QTEST(symbol.implicitWidth(), "side");
         QTEST(symbol.implicitHeight(), "side");
     }
 
     void shouldCentreItsBoxInALargerItem()
     {
-        qmltest::WarningsAreFailures guard;
         // given
+        qmltest::WarningsAreFailures guard;
         qmltest::Window window(
             qml("name: \"plus\"; fontSize: 18.5; color: \"black\"; width: 48; height: 32"));
 
@@ -236,24 +249,30 @@ private Q_SLOTS:
 
     void shouldRedrawWhenItsColourOrNameChanges()
     {
-        qmltest::WarningsAreFailures guard;
         // given
+        qmltest::WarningsAreFailures guard;
         qmltest::Window window(qml("name: \"minus.circle.fill\"; fontSize: 18.5; color: \"red\""));
         QQuickItem *symbol = window.item(u"symbol"_s);
         QCOMPARE(window.colorAt({32, 25}), QColor(Qt::red));
 
-        // when / then
+        // when
         symbol->setProperty("color", QColor(Qt::blue));
+
+        // then
         QTRY_COMPARE(window.colorAt({32, 25}), QColor(Qt::blue));
         QCOMPARE(window.colorAt({32, 32}), QColor(Qt::white));
+
+        // when
         symbol->setProperty("name", u"plus"_s);
+
+        // then
         QTRY_COMPARE(window.colorAt({32, 32}), QColor(Qt::blue));
     }
 
     void shouldTakeATranslucentColour()
     {
-        qmltest::WarningsAreFailures guard;
         // given
+        qmltest::WarningsAreFailures guard;
         qmltest::Window window(
             qml("name: \"minus.circle.fill\"; fontSize: 18.5; color: Qt.rgba(0, 0, 0, 0.5)"));
 
@@ -264,8 +283,8 @@ private Q_SLOTS:
 
     void shouldWarnOnceAboutAnUnknownName()
     {
-        qmltest::WarningsAreFailures guard;
         // given
+        qmltest::WarningsAreFailures guard;
         qmltest::Window window(R"(
             import QtQuick
             import TimeTracker.Views.Controls
@@ -283,15 +302,18 @@ private Q_SLOTS:
 
     void shouldDrawNothingWithoutAName()
     {
+        // given
         qmltest::WarningsAreFailures guard;
         qmltest::Window window(qml(""));
+
+        // then
         QCOMPARE(window.colorAt({28, 28}), QColor(Qt::white));
     }
 
     void shouldNotBeSeenByAssistiveTechnology()
     {
-        qmltest::WarningsAreFailures guard;
         // given
+        qmltest::WarningsAreFailures guard;
         qmltest::Window window(qml("name: \"plus\""));
 
         // when

@@ -64,15 +64,25 @@ private Q_SLOTS:
 
     void shouldTakeTheFocusByAClick()
     {
+        // when
         QTest::mouseClick(window.get(), Qt::LeftButton, {}, centre(filled()));
+
+        // then
         QVERIFY(filled()->hasActiveFocus());
     }
 
     void shouldTakeTheFocusByTab()
     {
+        // when
         QTest::keyClick(window.get(), Qt::Key_Tab);
+
+        // then
         QVERIFY(plain()->hasActiveFocus());
+
+        // when
         QTest::keyClick(window.get(), Qt::Key_Tab);
+
+        // then
         QVERIFY(filled()->hasActiveFocus());
     }
 
@@ -105,10 +115,13 @@ private Q_SLOTS:
 
     void shouldHaveNoBorderAndNoBackgroundUnlessFilled()
     {
+        // given
         const QColor under(0x10, 0x20, 0x30);
         const auto at = [&](QQuickItem *field, qreal x, qreal y) {
             return window->colorAt(field->mapToScene({x, y}));
         };
+
+        // then
         QCOMPARE(at(plain(), 98, 3), under);
         QCOMPARE(at(plain(), 98, plain()->height() / 2), under);
         QCOMPARE(at(filled(), 98, filled()->height() / 2), Theme().textBackground());
@@ -118,6 +131,7 @@ private Q_SLOTS:
 
     void shouldPadItsTextWhenFilled()
     {
+        // then
         QCOMPARE(filled()->property("leftPadding").toReal(), 6.0);
         QCOMPARE(filled()->property("rightPadding").toReal(), 6.0);
         QCOMPARE(filled()->property("topPadding").toReal(), 4.0);
@@ -149,6 +163,7 @@ private Q_SLOTS:
     void shouldBeAcceptedByReturn()
     {
         QFETCH(Qt::Key, key);
+
         // given
         QSignalSpy accepted(filled(), SIGNAL(accepted()));
         filled()->forceActiveFocus();
@@ -178,6 +193,7 @@ private Q_SLOTS:
     {
         QFETCH(Qt::Key, key);
         QFETCH(int, cursor);
+
         // given
         filled()->forceActiveFocus();
         filled()->setProperty("cursorPosition", cursor);
@@ -191,18 +207,32 @@ private Q_SLOTS:
 
     void shouldMoveItsCursorByArrows()
     {
+        // given
         filled()->forceActiveFocus();
         filled()->setProperty("cursorPosition", 1);
+
+        // when
         QTest::keyClick(window.get(), Qt::Key_Right);
+
+        // then
         QCOMPARE(filled()->property("cursorPosition").toInt(), 2);
+
+        // when
         QTest::keyClick(window.get(), Qt::Key_Left);
+
+        // then
         QCOMPARE(filled()->property("cursorPosition").toInt(), 1);
     }
 
     void shouldLeaveEscapeToTheView()
     {
+        // given
         filled()->forceActiveFocus();
+
+        // when
         QTest::keyClick(window.get(), Qt::Key_Escape);
+
+        // then
         QCOMPARE(keys(), QVariantList{int(Qt::Key_Escape)});
     }
 
@@ -223,12 +253,19 @@ private Q_SLOTS:
 
     void shouldBeATextFieldToAssistiveTechnology()
     {
+        // given
         QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(plain());
         QVERIFY(accessible);
+
+        // then
         QCOMPARE(accessible->role(), QAccessible::EditableText);
         QCOMPARE(accessible->text(QAccessible::Name), u"Opgavenavn"_s);
         QVERIFY(accessible->state().focusable);
+
+        // when
         filled()->forceActiveFocus();
+
+        // then
         QVERIFY(QAccessible::queryAccessibleInterface(filled())->state().focused);
     }
 

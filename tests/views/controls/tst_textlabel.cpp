@@ -30,8 +30,8 @@ class TestTextLabel : public QObject
 private Q_SLOTS:
     void shouldShowItsTextInThePrimaryColour()
     {
-        qmltest::WarningsAreFailures guard;
         // given a letter that is all ink
+        qmltest::WarningsAreFailures guard;
         qmltest::Window window(qml("TextLabel", "text: \"\u2588\u2588\u2588\""));
 
         // then
@@ -42,8 +42,8 @@ private Q_SLOTS:
 
     void shouldShowMarkupAsItIs()
     {
-        qmltest::WarningsAreFailures guard;
         // given
+        qmltest::WarningsAreFailures guard;
         qmltest::Window window(qml("TextLabel", "text: \"<b>fed</b>\""));
         const QQuickItem *label = window.item(u"label"_s);
 
@@ -54,8 +54,8 @@ private Q_SLOTS:
 
     void shouldBeATextToAssistiveTechnology()
     {
-        qmltest::WarningsAreFailures guard;
         // given
+        qmltest::WarningsAreFailures guard;
         qmltest::Window window(qml("TextLabel", "text: \"I alt:\""));
         QQuickItem *label = window.item(u"label"_s);
 
@@ -66,14 +66,18 @@ private Q_SLOTS:
         QVERIFY(accessible);
         QCOMPARE(accessible->role(), QAccessible::StaticText);
         QCOMPARE(accessible->text(QAccessible::Name), u"I alt:"_s);
+
+        // when
         label->setProperty("text", u"I dag"_s);
+
+        // then
         QCOMPARE(accessible->text(QAccessible::Name), u"I dag"_s);
     }
 
     void shouldShowTheWholeTextOfAnElidedOne()
     {
-        qmltest::WarningsAreFailures guard;
         // given
+        qmltest::WarningsAreFailures guard;
         qmltest::Window window(
             qml("ElidingLabel", "text: \"Et langt navn på en opgave\"; width: 60"));
         window.hover({150, 100});
@@ -84,7 +88,11 @@ private Q_SLOTS:
         // then
         QTRY_VERIFY(tip(window));
         QCOMPARE(tip(window)->property("text").toString(), u"Et langt navn på en opgave"_s);
+
+        // when
         window.hover({150, 100});
+
+        // then
         QTRY_VERIFY(!tip(window));
     }
 
@@ -104,8 +112,9 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, type);
         QFETCH(QByteArray, properties);
-        qmltest::WarningsAreFailures guard;
+
         // given a second handler, which shows that the pointer has arrived
+        qmltest::WarningsAreFailures guard;
         qmltest::Window window(
             qml(type, properties + "; HoverHandler { objectName: \"arrived\" }"));
         window.hover({150, 100});
@@ -121,8 +130,8 @@ private Q_SLOTS:
 
     void shouldNotKeepThePointerFromTheButtonAroundIt()
     {
-        qmltest::WarningsAreFailures guard;
         // given
+        qmltest::WarningsAreFailures guard;
         qmltest::Window window(R"(
             import QtQuick
             import TimeTracker.Views.Controls
@@ -147,7 +156,11 @@ private Q_SLOTS:
         // then
         QTRY_VERIFY(button->property("hovered").toBool());
         QTRY_VERIFY(tip(window));
+
+        // when
         QTest::mouseClick(&window, Qt::LeftButton, {}, qmltest::centre(button));
+
+        // then
         QCOMPARE(button->property("clicks").toInt(), 1);
     }
 
@@ -162,8 +175,9 @@ private Q_SLOTS:
     void shouldStandAtTheLeadingEdgeAlsoFromRightToLeft()
     {
         QFETCH(QByteArray, type);
-        qmltest::WarningsAreFailures guard;
+
         // given
+        qmltest::WarningsAreFailures guard;
         qmltest::Window window(qml(type, "width: 150; text: \"פגישה\""));
 
         // then
@@ -173,12 +187,12 @@ private Q_SLOTS:
 
     void shouldExplainFromTheLeadingEdge()
     {
-        qmltest::WarningsAreFailures guard;
         // given
+        qmltest::WarningsAreFailures guard;
         qmltest::Window window(qml("ElidingLabel", "text: \"פגישה עם הלקוח החדש\"; width: 60"));
+        window.hover({150, 100});
 
         // when
-        window.hover({150, 100});
         window.hover({30, 15});
 
         // then
@@ -195,8 +209,9 @@ private Q_SLOTS:
     void shouldShowAnEndlessTextAsFarAsTheWindowHoldsIt()
     {
         QFETCH(QString, text);
-        qmltest::WarningsAreFailures guard;
+
         // given
+        qmltest::WarningsAreFailures guard;
         qmltest::Window window(qml("ElidingLabel", "width: 60"), {500, 300});
         window.item(u"label"_s)->setProperty("text", text);
         window.hover({450, 250});
@@ -214,9 +229,9 @@ private Q_SLOTS:
         QVERIFY(QRectF(0, 0, 500, 300).contains(place()));
         QVERIFY(place().height() > 250);
         QVERIFY(tip(window)->property("truncated").toBool());
+        QVERIFY(place().contains(QPointF(32, 16)));
 
         // when the pointer moves where the tooltip lies over the label
-        QVERIFY(place().contains(QPointF(32, 16)));
         window.hover({32, 16});
 
         // then it still points at the label
@@ -225,8 +240,8 @@ private Q_SLOTS:
 
     void shouldShrinkFiguresThatHaveTooLittleRoom()
     {
-        qmltest::WarningsAreFailures guard;
         // given
+        qmltest::WarningsAreFailures guard;
         qmltest::Window window(qml("MonospacedLabel", "text: \"1000000:00:00\"; width: 60"));
         QQuickItem *label = window.item(u"label"_s);
 
@@ -234,22 +249,30 @@ private Q_SLOTS:
         QVERIFY(label->implicitWidth() > 60);
         QVERIFY(label->property("contentWidth").toDouble() <= 60);
         QVERIFY(label->property("contentWidth").toDouble() > 50);
+
+        // when
         label->setProperty("text", u"01:02"_s);
+
+        // then
         QCOMPARE(label->property("contentWidth").toDouble(), label->implicitWidth());
     }
 
     void shouldUseTheFixedFontWhenMonospaced()
     {
-        qmltest::WarningsAreFailures guard;
         // given
+        qmltest::WarningsAreFailures guard;
         qmltest::Window window(qml("MonospacedLabel", "text: \"01:02:05\"; font.pixelSize: 14"));
         QQuickItem *label = window.item(u"label"_s);
+        const qreal width = label->width();
 
         // then
         QCOMPARE(label->property("font").value<QFont>().family(),
                  QFontDatabase::systemFont(QFontDatabase::FixedFont).family());
-        const qreal width = label->width();
+
+        // when
         label->setProperty("text", u"11:11:11"_s);
+
+        // then
         QCOMPARE(label->width(), width);
         QCOMPARE(QAccessible::queryAccessibleInterface(label)->text(QAccessible::Name),
                  u"11:11:11"_s);

@@ -63,6 +63,7 @@ private Q_SLOTS:
 
     void shouldMeasureContrast()
     {
+        // then
         QCOMPARE(contrastRatio(Qt::black, Qt::white), 21.0);
         QCOMPARE(contrastRatio(Qt::red, Qt::red), 1.0);
         QVERIFY(qAbs(contrastRatio(QColor(0x77, 0x77, 0x77), Qt::white) - 4.478) < 0.001);
@@ -108,6 +109,7 @@ private Q_SLOTS:
     {
         QFETCH(QPalette, palette);
         QFETCH(bool, isDark);
+
         // given
         QGuiApplication::setPalette(palette);
 
@@ -127,6 +129,7 @@ private Q_SLOTS:
     void shouldKeepEverythingReadable()
     {
         QFETCH(QPalette, palette);
+
         // given
         QGuiApplication::setPalette(palette);
 
@@ -153,8 +156,13 @@ private Q_SLOTS:
 
     void shouldLeaveAReadableBackgroundAsItIs()
     {
+        // then
         QCOMPARE(Theme().windowBackground(), QColor(0xef, 0xef, 0xef));
+
+        // when
         QGuiApplication::setPalette(Dark);
+
+        // then
         QCOMPARE(Theme().windowBackground(), QColor(0x2d, 0x2d, 0x2d));
     }
 
@@ -170,9 +178,14 @@ private Q_SLOTS:
 
     void shouldTellWindowAndControlsApart()
     {
+        // given each palette
         for (const QPalette &palette : {Light, Dark}) {
             QGuiApplication::setPalette(palette);
+
+            // when
             const Theme theme;
+
+            // then
             QVERIFY(theme.windowBackground() != theme.controlBackground());
         }
     }
@@ -182,6 +195,7 @@ private Q_SLOTS:
     void shouldTellTextFieldsFromTheirGround()
     {
         QFETCH(QPalette, palette);
+
         // given
         QGuiApplication::setPalette(palette);
 
@@ -195,7 +209,10 @@ private Q_SLOTS:
 
     void shouldLeaveTextFieldsAsThePaletteHasThemWhereTheyAreToldApart()
     {
+        // given
         QGuiApplication::setPalette(paletteOf("#ffffff", "#404040", "#101010"));
+
+        // then
         QCOMPARE(Theme().textBackground(), QColor(0x10, 0x10, 0x10));
     }
 
@@ -217,8 +234,8 @@ private Q_SLOTS:
 
     void shouldRedrawWhatUsesItWhenThePaletteChanges()
     {
-        qmltest::WarningsAreFailures guard;
         // given
+        qmltest::WarningsAreFailures guard;
         qmltest::Window window(R"(
             import QtQuick
             import TimeTracker.Views.Controls
@@ -236,8 +253,8 @@ private Q_SLOTS:
 
     void shouldDrawADividerOnePixelHigh()
     {
-        qmltest::WarningsAreFailures guard;
         // given
+        qmltest::WarningsAreFailures guard;
         qmltest::Window window(R"(
             import QtQuick
             import TimeTracker.Views.Controls

@@ -42,8 +42,11 @@ private Q_SLOTS:
 
     void shouldTrimEverySpaceSeparator()
     {
+        // given
         const QString spaces =
             u" \u00a0\u1680\u2000\u2001\u2002\u2003\u2004\u2005\u2006\u2007\u2008\u2009\u200a\u202f\u205f\u3000"_s;
+
+        // then
         for (const QChar space : spaces) {
             QCOMPARE(trimmedOfBlanks(space + u"a"_s + space), u"a"_s);
             QCOMPARE(trimmedOfBlanksAndLineBreaks(space + u"a"_s + space), u"a"_s);

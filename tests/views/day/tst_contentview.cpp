@@ -1,3 +1,4 @@
+#include "../../support/layout.h"
 #include "../../support/qmltest.h"
 #include "../../support/teststore.h"
 #include "model/projectcode.h"
@@ -172,15 +173,19 @@ private:
     };
 
     static QString text(const QQuickItem *item) { return item->property("text").toString(); }
-    static QFont font(const QQuickItem *item) { return item->property("font").value<QFont>(); }
 
 private Q_SLOTS:
     void shouldBreakAWordThatIsWiderThanItsRow()
     {
+        // given
         Fixture f(1);
         f.store.insertTask(
             u"mellemrumognogetsåndsvagtlangtordsomikkekanbrydesnogetstedoverhovedet"_s, 1);
+
+        // when
         f.show();
+
+        // then
         const QQuickItem *const name = f.inRow(1, "nameText");
         const QQuickItem *const pencil = f.inRow(1, "pencil");
         QVERIFY(name->property("lineCount").toInt() > 1);
@@ -190,21 +195,31 @@ private Q_SLOTS:
 
     void shouldDivideTheWindow()
     {
+        // given
         const Fixture f(1);
-        const QRectF header = f.place("header");
-        const QRectF list = f.place("taskList");
-        const QRectF footer = f.place("footer");
-        const QRectF side = f.place("sideColumn");
 
-        QCOMPARE(side, QRectF(470, 0, 180, 450));
-        QCOMPARE(header.topLeft(), QPointF(0, 0));
-        QCOMPARE(header.width(), 470.0);
-        QCOMPARE(header.height(), 2.0 + 12 + 44 + 12);
-        QCOMPARE(list.top(), header.bottom() + 1);
-        QCOMPARE(list.width(), 470.0);
-        QCOMPARE(footer.bottom(), 450.0);
-        QCOMPARE(list.bottom() + 1, footer.top());
-        QCOMPARE(f.place("accentBar"), QRectF(0, 0, 650, 2));
+        // then
+        // clang-format off
+        QCOMPARE(layout::deviations(f.root(), {
+                     {u"accentBar.left"_s, 0},
+                     {u"accentBar.top"_s, 0},
+                     {u"accentBar.width"_s, 650},
+                     {u"accentBar.height"_s, 2},
+                     {u"header.left"_s, 0},
+                     {u"header.top"_s, 0},
+                     {u"header.width"_s, 470},
+                     {u"header.height"_s, 2 + 12 + 44 + 12},
+                     {u"taskList.top - header.bottom"_s, 1},
+                     {u"taskList.width"_s, 470},
+                     {u"footer.top - taskList.bottom"_s, 1},
+                     {u"footer.bottom"_s, 450},
+                     {u"sideColumn.left"_s, 470},
+                     {u"sideColumn.top"_s, 0},
+                     {u"sideColumn.width"_s, 180},
+                     {u"sideColumn.height"_s, 450},
+                 }),
+                 QStringList());
+        // clang-format on
         QCOMPARE(f.root()->property("minimumWidth").toReal(), 550.0);
         QCOMPARE(f.root()->property("minimumHeight").toReal(), 350.0);
 
@@ -218,33 +233,56 @@ private Q_SLOTS:
 
     void shouldShowTheDayAsItIsEastward()
     {
+        // given
         Fixture f(1);
+
+        // when
         f.clock.travelTo("Asia/Tokyo");
+
+        // then
         QCOMPARE(f.dateText(), u"fredag 20. november 2026"_s);
+
+        // when
         f.click("addTaskButton");
+
+        // then
         QTRY_COMPARE(f.rows().size(), 2);
         QCOMPARE(f.tasks().size(), 2);
-        // and the days of the calendar begin as they do there
+
+        // when
         f.click(f.dayCell(21));
+
+        // then the days of the calendar begin as they do there
         QCOMPARE(f.timer.selectedDate(), f.clock.at(u"2026-11-21T00:00:00"_s));
         QCOMPARE(f.dateText(), u"lørdag 21. november 2026"_s);
     }
 
     void shouldShowTheDayAsItIsWestward()
     {
+        // given
         Fixture f(1);
+
+        // when
         f.clock.travelTo("America/New_York");
-        // the selected day began there on the evening before
+
+        // then the selected day began there on the evening before
         QCOMPARE(f.dateText(), u"torsdag 19. november 2026"_s);
         QCOMPARE(f.rows().size(), 1);
         QVERIFY(f.dayCell(19)->property("isSelected").toBool());
         QVERIFY(f.dayCell(20)->property("isToday").toBool());
 
+        // when
         f.click(f.dayCell(20));
+
+        // then
         QCOMPARE(f.dateText(), u"fredag 20. november 2026"_s);
         QVERIFY(f.dayCell(20)->property("isSelected").toBool());
         QTRY_COMPARE(f.rows().size(), 0);
+
+        // when
         f.click("addTaskButton");
+
+        // then
         QTRY_COMPARE(f.rows().size(), 1);
         QCOMPARE(f.tasks().constFirst()->date(), f.clock.today());
     }
@@ -253,41 +291,52 @@ private Q_SLOTS:
     {
         // given a window with room for the date on one line
         const Fixture f(1, {900, 450});
-        const QRectF start = f.place("startPauseButton");
-        const QRectF previous = f.place("previousDay");
-        const QRectF date = f.place("dateText");
-        const QRectF next = f.place("nextDay");
-        const QRectF billable = f.place("billableSwitch");
 
-        QCOMPARE(start, QRectF(16, 14, 44, 44));
-        QCOMPARE(previous.size(), QSizeF(32, 32));
-        QCOMPARE(next.size(), QSizeF(32, 32));
-        QCOMPARE(date.left(), previous.right() + 8);
-        QCOMPARE(next.left(), date.right() + 8);
-        QCOMPARE(billable.width(), 150.0);
-        QCOMPARE(billable.right(), 720.0 - 16);
-        // the flexible spacers are equal
-        QVERIFY(std::abs((previous.left() - start.right()) - (billable.left() - next.right())) <=
-                1);
-        QVERIFY(previous.left() - start.right() >= 16);
-        QCOMPARE(f.item("startPauseButton")->property("symbolSize").toInt(), 20);
-        QCOMPARE(f.item("previousDay")->property("symbolSize").toInt(), 14);
-        QCOMPARE(font(f.item("dateText")).pixelSize(), 16);
-        QCOMPARE(font(f.item("dateText")).weight(), QFont::Medium);
+        // then
+        // clang-format off
+        QCOMPARE(layout::deviations(f.root(), {
+                     {u"startPauseButton.left"_s, 16},
+                     {u"startPauseButton.top"_s, 14},
+                     {u"startPauseButton.width"_s, 44},
+                     {u"startPauseButton.height"_s, 44},
+                     {u"startPauseButton.symbolSize"_s, 20},
+                     {u"previousDay.width"_s, 32},
+                     {u"previousDay.height"_s, 32},
+                     {u"previousDay.symbolSize"_s, 14},
+                     {u"dateText.left - previousDay.right"_s, 8},
+                     {u"dateText.font.pixelSize"_s, 16},
+                     {u"dateText.font.weight"_s, QFont::Medium},
+                     {u"dateText.lineCount"_s, 1},
+                     {u"nextDay.left - dateText.right"_s, 8},
+                     {u"nextDay.width"_s, 32},
+                     {u"nextDay.height"_s, 32},
+                     {u"billableSwitch.width"_s, 150},
+                     {u"header.right - billableSwitch.right"_s, 16},
+                     {u"header.right"_s, 720},
+                     {u"actualSegment.width"_s, 75},
+                     {u"actualSegment.height - actualSegment.contentItem.implicitHeight"_s, 12},
+                     {u"actualSegment.contentItem.font.pixelSize"_s, 11},
+                     {u"billableSegment.left - actualSegment.right"_s, 0},
+                 }),
+                 QStringList());
+        // clang-format on
         QCOMPARE(f.dateText(), u"fredag 20. november 2026"_s);
-        QCOMPARE(f.item("dateText")->property("lineCount").toInt(), 1);
-        const auto *const label =
-            f.item("actualSegment")->property("contentItem").value<QQuickItem *>();
-        QCOMPARE(font(label).pixelSize(), 11);
-        QCOMPARE(f.place("actualSegment").width(), 75.0);
-        QCOMPARE(f.place("actualSegment").height(), label->implicitHeight() + 12);
-        QCOMPARE(f.place("billableSegment").left(), f.place("actualSegment").right());
+        // the flexible spacers are equal
+        const double before = f.place("previousDay").left() - f.place("startPauseButton").right();
+        const double behind = f.place("billableSwitch").left() - f.place("nextDay").right();
+        QVERIFY(std::abs(before - behind) <= 1);
+        QVERIFY(before >= 16);
     }
 
     void shouldShowTheWholeDateInTheSmallestWindow()
     {
+        // given
         Fixture f(0, {550, 350});
+
+        // when
         f.timer.navigateToDate(f.clock.at(u"2026-09-30T00:00:00"_s));
+
+        // then
         const QQuickItem *const date = f.item("dateText");
         QVERIFY(!date->property("truncated").toBool());
         QVERIFY(date->property("contentWidth").toReal() <= date->width());
@@ -312,20 +361,31 @@ private Q_SLOTS:
 
     void shouldLayOutTheFooter()
     {
+        // given
         Fixture f(1);
         f.tasks().at(0)->setAccumulatedSeconds(3725);
-        const QRectF add = f.place("addTaskButton");
-        const QRectF time = f.place("totalTime");
-        const QRectF hours = f.place("totalHours");
-        QCOMPARE(add.left(), 16.0);
-        QCOMPARE(hours.right(), 470.0 - 16);
-        QCOMPARE(time.right() + 16, hours.left());
-        QCOMPARE(text(f.item("totalTime")), u"01:02:05"_s);
-        QCOMPARE(text(f.item("totalHours")), u"1.00 t"_s);
-        QCOMPARE(font(f.item("totalTime")).pixelSize(), 14);
-        QCOMPARE(font(f.item("totalTime")).weight(), QFont::DemiBold);
-        QCOMPARE(f.place("footer").height(), std::max(add.height(), time.height()) + 24);
+
+        // then
+        // clang-format off
+        QCOMPARE(layout::deviations(f.root(), {
+                     {u"addTaskButton.left"_s, 16},
+                     {u"totalTime.text"_s, u"01:02:05"_s},
+                     {u"totalTime.font.pixelSize"_s, 14},
+                     {u"totalTime.font.weight"_s, QFont::DemiBold},
+                     {u"totalHours.left - totalTime.right"_s, 16},
+                     {u"totalHours.text"_s, u"1.00 t"_s},
+                     {u"footer.right - totalHours.right"_s, 16},
+                     {u"footer.right"_s, 470},
+                 }),
+                 QStringList());
+        // clang-format on
+        QCOMPARE(f.place("footer").height(),
+                 std::max(f.place("addTaskButton").height(), f.place("totalTime").height()) + 24);
+
+        // when
         f.click("actualSegment");
+
+        // then
         QCOMPARE(text(f.item("totalHours")), u"1.03 t"_s);
         QCOMPARE(text(f.item("totalTime")), u"01:02:05"_s);
     }
@@ -342,6 +402,7 @@ private Q_SLOTS:
     {
         QFETCH(qint64, hours);
         QFETCH(bool, isWhole);
+
         // given the smallest window
         Fixture f(1, {550, 350});
         const double height = f.place("footer").height();
@@ -367,29 +428,45 @@ private Q_SLOTS:
 
     void shouldLayOutTheRows()
     {
+        // given
         const Fixture f(3);
-        const double top = f.place("taskList").top();
-        for (int i = 0; i < 3; ++i) {
-            const QQuickItem *const row = f.rows().at(i);
-            QCOMPARE(row->mapRectToScene(QRectF(0, 0, row->width(), row->height())),
-                     QRectF(8, top + 4 + i * (44 + 4), 470 - 16, 44));
-        }
+
+        // then
+        // clang-format off
+        QCOMPARE(layout::deviations(f.root(), {
+                     {u"taskRow[0].left"_s, 8},
+                     {u"taskRow[0].top - taskList.top"_s, 4},
+                     {u"taskRow[0].width"_s, 470 - 16},
+                     {u"taskRow[0].height"_s, 44},
+                     {u"taskRow[1].top - taskRow[0].bottom"_s, 4},
+                     {u"taskRow[2].top - taskRow[1].bottom"_s, 4},
+                     {u"taskRow[2].bottom - taskRow[2].top"_s, 44},
+                 }),
+                 QStringList());
+        // clang-format on
     }
 
     void shouldShowTheEmptyStateOnADayWithoutTasks()
     {
+        // given
         Fixture f;
+
+        // then
         QVERIFY(f.item("emptyDay")->isVisible());
         QVERIFY(!f.item("taskList")->isVisible());
-        const QRectF symbol = f.place("emptySymbol");
-        QCOMPARE(f.item("emptySymbol")->property("fontSize").toInt(), 40);
-        QCOMPARE(f.item("emptySymbol")->opacity(), 0.5);
-        QCOMPARE(symbol.center().x(), 235.0);
+
+        // when
         f.press(Qt::Key_Space);
         f.press(Qt::Key_Up);
         f.press(Qt::Key_Down);
+
+        // then
         QVERIFY(f.running().isEmpty());
+
+        // when
         f.press(Qt::Key_Return, Qt::ControlModifier);
+
+        // then
         QVERIFY(!f.item("emptyDay")->isVisible());
         QVERIFY(f.item("taskList")->isVisible());
         QTRY_COMPARE(f.names(), QStringList{u"Unavngivet opgave"_s});
@@ -397,57 +474,78 @@ private Q_SLOTS:
 
     void shouldSayInTheEmptyStateWhatToDo()
     {
+        // given
         const Fixture f;
-        const Theme theme;
-        const QQuickItem *const symbol = f.item("emptySymbol");
-        const QQuickItem *const statement = findItem(f.item("emptyDay"), u"emptyText"_s);
-        const QQuickItem *const hint = f.item("emptyHint");
-        const auto colour = [](const QQuickItem *item) {
-            return item->property("color").value<QColor>();
-        };
-        const auto place = [](const QQuickItem *item) {
-            return item->mapRectToScene(QRectF(0, 0, item->width(), item->height()));
-        };
-        QCOMPARE(symbol->property("name").toString(), u"clock"_s);
-        QCOMPARE(colour(symbol), theme.secondary());
-        QCOMPARE(text(statement), u"Ingen opgaver for denne dag"_s);
-        QCOMPARE(font(statement).pixelSize(), 14);
-        QCOMPARE(colour(statement), theme.secondary());
-        QCOMPARE(text(hint), u"Klik på \"Ny opgave\" for at tilføje en"_s);
-        QCOMPARE(font(hint).pixelSize(), 12);
-        QCOMPARE(colour(hint), theme.tertiary());
 
-        // one below the other, and all of them in the middle
-        const QRectF whole = place(symbol) | place(statement) | place(hint);
-        const QRectF room = f.place("emptyDay");
-        QCOMPARE(place(statement).top(), place(symbol).bottom() + 12);
-        QCOMPARE(place(hint).top(), place(statement).bottom() + 12);
-        QVERIFY(std::abs(whole.center().y() - room.center().y()) <= 0.5);
-        for (const QQuickItem *const line : {statement, hint}) {
-            QCOMPARE(place(line).center().x(), room.center().x());
-            QCOMPARE(line->property("horizontalAlignment").toInt(), int(Qt::AlignHCenter));
-        }
+        // then
+        const Theme theme;
+        // clang-format off
+        QCOMPARE(layout::deviations(f.root(), {
+                     {u"emptySymbol.name"_s, u"clock"_s},
+                     {u"emptySymbol.fontSize"_s, 40},
+                     {u"emptySymbol.color"_s, theme.secondary()},
+                     {u"emptySymbol.opacity"_s, 0.5},
+                     {u"emptyDay/emptyText.top - emptySymbol.bottom"_s, 12},
+                     {u"emptyDay/emptyText.left - emptyDay.left"_s, 0},
+                     {u"emptyDay.right - emptyDay/emptyText.right"_s, 0},
+                     {u"emptyDay/emptyText.horizontalAlignment"_s, Qt::AlignHCenter},
+                     {u"emptyDay/emptyText.text"_s, u"Ingen opgaver for denne dag"_s},
+                     {u"emptyDay/emptyText.font.pixelSize"_s, 14},
+                     {u"emptyDay/emptyText.color"_s, theme.secondary()},
+                     {u"emptyHint.top - emptyDay/emptyText.bottom"_s, 12},
+                     {u"emptyHint.left - emptyDay.left"_s, 0},
+                     {u"emptyDay.right - emptyHint.right"_s, 0},
+                     {u"emptyHint.horizontalAlignment"_s, Qt::AlignHCenter},
+                     {u"emptyHint.text"_s, u"Klik på \"Ny opgave\" for at tilføje en"_s},
+                     {u"emptyHint.font.pixelSize"_s, 12},
+                     {u"emptyHint.color"_s, theme.tertiary()},
+                 }),
+                 QStringList());
+        // clang-format on
+
+        // all of them in the middle
+        const QRectF whole = f.place("emptySymbol") | f.place("emptyHint");
+        QCOMPARE(f.place("emptySymbol").center().x(), 235.0);
+        QVERIFY(std::abs(whole.center().y() - f.place("emptyDay").center().y()) <= 0.5);
     }
 
     void shouldListTasksBySortOrderAndSelectByTheirPlace()
     {
+        // given
         Fixture f;
+
+        // when
         f.store.insertTask(u"c"_s, 2);
         f.store.insertTask(u"a"_s, 0);
         f.store.insertTask(u"b"_s, 1);
+
+        // then
         QTRY_COMPARE(f.names(), (QStringList{u"a"_s, u"b"_s, u"c"_s}));
         QCOMPARE(f.selectedRow(), -1);
+
+        // when
         f.click(f.inRow(1, "nameText"));
+
+        // then
         QCOMPARE(f.selectedRow(), 1);
     }
 
     void shouldTakeKeysWithoutAClickFirst()
     {
+        // given
         Fixture f(2);
+
+        // when
         f.press(Qt::Key_Down);
+
+        // then
         QCOMPARE(f.selectedRow(), 0);
+
+        // when
         f.press(Qt::Key_Down);
         f.press(Qt::Key_Space);
+
+        // then
         QCOMPARE(f.running(), QList<Task *>{f.tasks().at(1)});
         QVERIFY(f.isActive(1));
     }
@@ -464,6 +562,7 @@ private Q_SLOTS:
     void shouldShowNoRowAsSelectedWhenTheSelectionIsPastTheEnd()
     {
         QFETCH(int, key);
+
         // given
         Fixture f(3);
         f.press(Qt::Key_Up);
@@ -480,9 +579,9 @@ private Q_SLOTS:
             QVERIFY(!f.inRow(row, "rowBorder")->isVisible());
             QVERIFY(!f.inRow(row, "rowBackground")->isVisible());
         }
+        QTRY_VERIFY(f.item("dayFocus")->hasActiveFocus());
 
         // when
-        QTRY_VERIFY(f.item("dayFocus")->hasActiveFocus());
         f.press(static_cast<Qt::Key>(key));
 
         // then
@@ -492,55 +591,90 @@ private Q_SLOTS:
 
     void shouldStartOneRowAndStopTheOther()
     {
+        // given
         Fixture f(2);
         f.click(f.inRow(0, "startButton"));
         f.clock.advance(3);
+
+        // when
         f.click(f.inRow(1, "startButton"));
+
+        // then
         QCOMPARE(f.running(), QList<Task *>{f.tasks().at(1)});
         QCOMPARE(f.tasks().at(0)->accumulatedSeconds(), 3);
     }
 
     void shouldLeaveATaskOfAnotherDayRunningWhenARowIsStarted()
     {
+        // given
         Fixture f(1);
         f.click(f.inRow(0, "startButton"));
         f.timer.goToNextDay();
         f.store.insert<Task>(u"i morgen"_s, f.timer.selectedDate(), std::nullopt);
         QTRY_COMPARE(f.names(), QStringList{u"i morgen"_s});
+
+        // when
         f.click(f.inRow(0, "startButton"));
+
+        // then
         QCOMPARE(f.running().size(), 2);
     }
 
     void shouldShowEveryRunningRowAsRunning()
     {
+        // given
         Fixture f(2);
+
+        // when
         f.tasks().at(1)->start();
+
+        // then
         QVERIFY(!f.isActive(0));
         QVERIFY(f.isActive(1));
     }
 
     void shouldStartAndPauseFromTheHeader()
     {
+        // given a day without tasks
         Fixture f;
         const QQuickItem *const button = f.item("startPauseButton");
+
+        // then
         QVERIFY(!button->isEnabled());
         QCOMPARE(button->opacity(), 0.5);
         QCOMPARE(button->property("symbol").toString(), u"play.fill"_s);
+
+        // when
         f.click(button);
+
+        // then
         QVERIFY(!f.timer.isAnyTaskRunning());
 
+        // when
         f.store.insertTask(u"a"_s);
+
+        // then
         QVERIFY(button->isEnabled());
         QCOMPARE(button->opacity(), 1.0);
+
+        // when
         f.click(button);
+
+        // then
         QCOMPARE(f.running(), f.tasks());
         QCOMPARE(button->property("symbol").toString(), u"pause.fill"_s);
         QCOMPARE(f.selectedRow(), -1);
 
-        // on another day, without tasks, it pauses all the same
+        // when
         f.click("nextDay");
+
+        // then on another day, without tasks, it pauses all the same
         QVERIFY(button->isEnabled());
+
+        // when
         f.click(button);
+
+        // then
         QVERIFY(f.running().isEmpty());
         QVERIFY(!button->isEnabled());
     }
@@ -581,6 +715,7 @@ private Q_SLOTS:
     {
         QFETCH(int, tasks);
         QFETCH(bool, isRunning);
+
         // given
         Fixture f(tasks);
         if (isRunning)
@@ -642,6 +777,7 @@ private Q_SLOTS:
 
     void shouldSwitchBetweenActualAndBillableHours()
     {
+        // given
         Fixture f(1);
         const Theme theme;
         const auto colour = [&](const char *segment) {
@@ -650,13 +786,23 @@ private Q_SLOTS:
                 .value<QQuickItem *>()
                 ->property("color");
         };
+
+        // then
         QVERIFY(f.timer.showBillableTime());
         QCOMPARE(colour("billableSegment").value<QColor>(), QColor(Qt::white));
         QCOMPARE(colour("actualSegment").value<QColor>(), theme.primary());
+
+        // when
         f.click("billableSegment");
         f.click("billableSegment");
+
+        // then
         QVERIFY(f.timer.showBillableTime());
+
+        // when
         f.click("actualSegment");
+
+        // then
         QVERIFY(!f.timer.showBillableTime());
         QCOMPARE(colour("actualSegment").value<QColor>(), QColor(Qt::white));
         const QRectF actual = f.place("actualSegment");
@@ -670,34 +816,56 @@ private Q_SLOTS:
 
     void shouldStepThroughDaysAndClearTheSelection()
     {
+        // given
         Fixture f(2);
         f.press(Qt::Key_Down);
+
+        // when
         f.click("previousDay");
+
+        // then
         QCOMPARE(f.dateText(), u"torsdag 19. november 2026"_s);
         QVERIFY(f.item("emptyDay")->isVisible());
+
+        // when
         f.press(Qt::Key_Right);
+
+        // then
         QTRY_COMPARE(f.rows().size(), 2);
         QTRY_COMPARE(f.rows().first()->mapToScene({}).y(), f.place("taskList").top() + 4);
         QCOMPARE(f.selectedRow(), -1);
+
+        // when
         f.press(Qt::Key_Left);
         f.press(Qt::Key_Left);
+
+        // then
         QCOMPARE(f.dateText(), u"onsdag 18. november 2026"_s);
+
+        // when
         QTest::keyClick(f.window.get(), 't', Qt::ControlModifier);
+
+        // then
         QCOMPARE(f.dateText(), u"fredag 20. november 2026"_s);
     }
 
     void shouldNotFadeRowsWhenTheDayChanges()
     {
+        // given
         Fixture f(2);
         f.store.insert<Task>(u"i morgen"_s, f.clock.now() + 86400, std::nullopt);
+
+        // when
         f.click("nextDay");
+
+        // then
         QTRY_COMPARE(f.names(), QStringList{u"i morgen"_s});
         QCOMPARE(f.rows().at(0)->parentItem()->opacity(), 1.0);
     }
 
     void shouldFadeATaskInAndOut()
     {
-        // Noted as the fading goes on, of which a busy machine makes few steps.
+        // given the fading noted as it goes on, of which a busy machine makes few steps
         qreal faintest = 1;
         QString fadingName;
         bool hasBorder = true;
@@ -708,13 +876,18 @@ private Q_SLOTS:
             connect(last, &QQuickItem::opacityChanged, last,
                     [last, &faintest] { faintest = std::min(faintest, last->opacity()); });
         });
+
+        // when
         f.click("addTaskButton");
+
+        // then
         QTRY_COMPARE(f.rows().size(), 3);
         const QPointer<QQuickItem> added = f.rows().at(2)->parentItem();
         QTRY_COMPARE(added->opacity(), 1.0);
         QVERIFY(faintest < 1);
-        list->disconnect(this);
 
+        // when
+        list->disconnect(this);
         const QPointer<QQuickItem> removed = f.rows().at(0)->parentItem();
         connect(removed, &QQuickItem::opacityChanged, this, [&] {
             fadingName = text(findItem(removed, u"nameText"_s));
@@ -722,10 +895,11 @@ private Q_SLOTS:
         });
         f.click(f.inRow(0, "deleteButton"));
         f.click("deleteConfirmButton");
+
+        // then it fades out as it was, though its task is gone
         QCOMPARE(f.tasks().size(), 2);
         QVERIFY(removed);
         QTRY_VERIFY(!removed);
-        // it fades out as it was, though its task is gone
         QCOMPARE(fadingName, u"Opgave 1"_s);
         QVERIFY(!hasBorder);
         QTRY_COMPARE(f.rows().at(0)->mapToScene({}).y(), f.place("taskList").top() + 4);
@@ -762,15 +936,19 @@ private Q_SLOTS:
         f.click(f.inRow(0, "deleteButton"));
         f.click("deleteConfirmButton");
         QTRY_VERIFY(!f.maybe("deleteConfirmButton"));
+        QVERIFY(leaving);
 
         // when
-        QVERIFY(leaving);
         row->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
         QTest::mouseClick(f.window.get(), Qt::LeftButton, {}, place);
 
-        // then Space acts as if nothing were selected
+        // then
         QCOMPARE(f.selectedRow(), -1);
+
+        // when
         f.press(Qt::Key_Space);
+
+        // then it acts as if nothing were selected
         QCOMPARE(f.running(), QList<Task *>{f.tasks().at(0)});
     }
 
@@ -826,23 +1004,35 @@ private Q_SLOTS:
 
     void shouldAskBeforeItDeletesAndLetNothingThroughMeanwhile()
     {
+        // given
         Fixture f(2);
+        const QSignalSpy days(&f.timer, &TimerManager::selectedDateChanged);
         f.press(Qt::Key_Down);
+
+        // when
         f.click(f.inRow(0, "deleteButton"));
+
+        // then
         QCOMPARE(text(f.item("alertTitle")), u"Slet opgave"_s);
         QCOMPARE(text(f.item("alertMessage")), u"Slet \"Opgave 1\"?"_s);
         QTRY_VERIFY(f.item("cancelButton")->hasActiveFocus());
 
-        // neither keys nor clicks reach what is behind
+        // when
         f.press(Qt::Key_Down);
         f.press(Qt::Key_Left);
         f.press(Qt::Key_Return, Qt::ControlModifier | Qt::ShiftModifier);
         QTest::keyClick(f.window.get(), 't', Qt::ControlModifier);
-        QVERIFY(f.timer.isToday());
+
+        // then no key reaches what is behind
+        QVERIFY(days.isEmpty());
         QCOMPARE(f.selectedRow(), 0);
         QCOMPARE(f.tasks().size(), 2);
+
+        // when
         f.click(f.inRow(1, "startButton"));
         f.click("addTaskButton");
+
+        // then no click does either
         QVERIFY(f.running().isEmpty());
         QCOMPARE(f.tasks().size(), 2);
     }
@@ -880,8 +1070,6 @@ private Q_SLOTS:
         const QPointer<QQuickItem> alertsCancelButton =
             findItem(f.item("deleteConfirmButton")->parentItem(), u"cancelButton"_s);
         QTRY_VERIFY(alertsCancelButton->hasActiveFocus());
-
-        // when
         int presses = 0;
         const QSignalSpy switches(&f.timer, &TimerManager::showBillableTimeChanged);
         const auto pressAll = [&](auto &pressAll, QQuickItem *item) -> void {
@@ -898,6 +1086,8 @@ private Q_SLOTS:
             for (QQuickItem *child : item->childItems())
                 pressAll(pressAll, child);
         };
+
+        // when
         pressAll(pressAll, f.root());
 
         // then
@@ -926,13 +1116,21 @@ private Q_SLOTS:
         // when
         f.press(Qt::Key_Escape);
 
-        // then the field that had the keyboard has it again
+        // then
         QTRY_VERIFY(!f.maybe("alertMessage"));
+
+        // when
         f.type(u"t"_s);
+
+        // then the field that had the keyboard has it again
         QCOMPARE(text(f.item("codeField")), u"Nyt"_s);
+
+        // when
         QAccessible::queryAccessibleInterface(f.item("nextDay"))
             ->actionInterface()
             ->doAction(QAccessibleActionInterface::pressAction());
+
+        // then
         QVERIFY(!f.timer.isToday());
     }
 
@@ -949,8 +1147,6 @@ private Q_SLOTS:
         const QQuickItem *const cancel =
             findItem(f.item("deleteConfirmButton")->parentItem(), u"cancelButton"_s);
         QTRY_VERIFY(cancel->hasActiveFocus());
-
-        // when assistive technology asks for the focus, in one place after the other
         int requests = 0;
         const auto focusAll = [&](auto &focusAll, QQuickItem *item) -> void {
             QAccessibleInterface *const found = QAccessible::queryAccessibleInterface(item);
@@ -964,14 +1160,24 @@ private Q_SLOTS:
             for (QQuickItem *child : item->childItems())
                 focusAll(focusAll, child);
         };
+
+        // when assistive technology asks for the focus, in one place after the other
         focusAll(focusAll, f.root());
 
-        // then the keys are the alert's
+        // then
         QVERIFY2(requests > 20, qPrintable(QString::number(requests)));
         QVERIFY(cancel->hasActiveFocus());
+
+        // when
         f.press(Qt::Key_Tab);
+
+        // then the keys are the alert's
         QVERIFY(f.item("deleteConfirmButton")->hasActiveFocus());
+
+        // when
         f.press(Qt::Key_Escape);
+
+        // then
         QTRY_VERIFY(!f.maybe("alertMessage"));
         QVERIFY(f.item("codeField")->hasActiveFocus());
         QCOMPARE(f.tasks().size(), 2);
@@ -979,7 +1185,7 @@ private Q_SLOTS:
 
     void shouldLookTheSameBehindTheAlert()
     {
-        // given what is disabled for other reasons stays so
+        // given two buttons that nothing but the alert disables
         Fixture f(1);
         f.click(findItem(f.item("templates"), u"plusButton"_s));
         f.type(u"Ny"_s);
@@ -995,14 +1201,22 @@ private Q_SLOTS:
 
     void shouldCancelWithEscape()
     {
+        // given
         Fixture f(1);
         f.click(f.inRow(0, "deleteButton"));
         QTRY_VERIFY(f.item("cancelButton")->hasActiveFocus());
+
+        // when
         f.press(Qt::Key_Escape);
+
+        // then
         QTRY_VERIFY(!f.maybe("cancelButton"));
         QCOMPARE(f.tasks().size(), 1);
-        // and the keys are the day's again
+
+        // when
         f.press(Qt::Key_Down);
+
+        // then the keys are the day's again
         QCOMPARE(f.selectedRow(), 0);
     }
 
@@ -1015,10 +1229,16 @@ private Q_SLOTS:
     void shouldCancelWithTheFocusedButton()
     {
         QFETCH(int, key);
+
+        // given
         Fixture f(1);
         f.click(f.inRow(0, "deleteButton"));
         QTRY_VERIFY(f.item("cancelButton")->hasActiveFocus());
+
+        // when
         f.press(static_cast<Qt::Key>(key));
+
+        // then
         QTRY_VERIFY(!f.maybe("cancelButton"));
         QCOMPARE(f.tasks().size(), 1);
         QVERIFY(f.running().isEmpty());
@@ -1026,12 +1246,21 @@ private Q_SLOTS:
 
     void shouldDeleteByKey()
     {
+        // given
         Fixture f(2);
         f.click(f.inRow(0, "deleteButton"));
         QTRY_VERIFY(f.item("cancelButton")->hasActiveFocus());
+
+        // when
         f.press(Qt::Key_Tab);
+
+        // then
         QVERIFY(f.item("deleteConfirmButton")->hasActiveFocus());
+
+        // when
         f.press(Qt::Key_Return);
+
+        // then
         QTRY_VERIFY(!f.maybe("deleteConfirmButton"));
         QCOMPARE(f.tasks().size(), 1);
         QTRY_COMPARE(f.names(), QStringList{u"Opgave 2"_s});
@@ -1039,9 +1268,12 @@ private Q_SLOTS:
 
     void shouldSuspendAllKeysWhileANameIsEdited()
     {
+        // given
         Fixture f(2);
         f.click(f.inRow(0, "pencil"));
         QVERIFY(f.timer.isEditing());
+
+        // when
         f.type(u"a b"_s);
         f.press(Qt::Key_Left);
         f.press(Qt::Key_Home);
@@ -1051,10 +1283,16 @@ private Q_SLOTS:
         f.press(Qt::Key_End);
         f.press(Qt::Key_Right);
         f.type(u"c"_s);
+
+        // then
         QVERIFY(f.timer.isToday());
         QCOMPARE(f.selectedRow(), -1);
         QVERIFY(f.running().isEmpty());
+
+        // when
         f.press(Qt::Key_Return);
+
+        // then
         QCOMPARE(f.tasks().at(0)->name(), u"a bc"_s);
     }
 
@@ -1082,17 +1320,29 @@ private Q_SLOTS:
 
     void shouldDoNothingElseWithTheKeyThatCommits()
     {
+        // given
         Fixture f(1);
         f.click(f.inRow(0, "pencil"));
         f.type(u"Ny"_s);
+
+        // when
         f.press(Qt::Key_Return, Qt::ControlModifier);
+
+        // then
         QCOMPARE(f.tasks().size(), 1);
         QCOMPARE(f.tasks().at(0)->name(), u"Ny"_s);
         QVERIFY(!f.timer.isEditing());
-        // and the keyboard is the day's again, without a click
+
+        // when
         f.press(Qt::Key_Down);
+
+        // then the keyboard is the day's again, without a click
         QCOMPARE(f.selectedRow(), 0);
+
+        // when
         f.press(Qt::Key_Return, Qt::ControlModifier);
+
+        // then
         QCOMPARE(f.tasks().size(), 2);
     }
 
@@ -1104,10 +1354,18 @@ private Q_SLOTS:
         f.type(u"Halvt"_s);
         f.click(f.inRow(0, "pencil"));
         f.type(u"Uden"_s);
+
+        // when
         f.item("taskList")->setProperty("contentY", 1200);
+
+        // then
         QTRY_COMPARE(findItems(f.item("taskList"), u"nameField"_s).size(), 1);
         QVERIFY(f.timer.isEditing());
+
+        // when
         f.item("taskList")->setProperty("contentY", -4);
+
+        // then
         QTRY_COMPARE(findItems(f.item("taskList"), u"nameField"_s).size(), 2);
         QCOMPARE(text(f.inRow(0, "nameField")), u"Uden"_s);
         QVERIFY(f.inRow(0, "nameField")->hasActiveFocus());
@@ -1125,7 +1383,8 @@ private Q_SLOTS:
     {
         QFETCH(int, row);
         QFETCH(double, y);
-        // given rows that differ in height
+
+        // given rows that differ in height, one of them being edited
         Fixture f(40);
         for (const int each : {3, 7, 30})
             f.tasks().at(each)->setName(
@@ -1145,14 +1404,25 @@ private Q_SLOTS:
         };
         QVERIFY(isInSight());
 
+        // when
         list->setProperty("contentY", y);
+
+        // then
         QTRY_VERIFY(!f.names().contains(u"Opgave %1"_s.arg(row == 0 ? 2 : 39)));
         QVERIFY(field);
         QVERIFY(!isInSight());
+
+        // when
         f.type(u" skrevet"_s);
+
+        // then
         QTRY_VERIFY(isInSight());
         QCOMPARE(text(field), u"Halvt skrevet"_s);
+
+        // when
         f.press(Qt::Key_Return);
+
+        // then
         QCOMPARE(f.tasks().at(row)->name(), u"Halvt skrevet"_s);
         QVERIFY(!f.timer.isEditing());
         QVERIFY(f.item("dayFocus")->hasActiveFocus());
@@ -1161,18 +1431,30 @@ private Q_SLOTS:
 
     void shouldNotMoveTheRowsWhenOneOfThemGetsTheKeyboard()
     {
+        // given
         Fixture f(40);
         const double top = f.rows().first()->mapToScene({}).y();
         QCOMPARE(top, f.place("taskList").top() + 4);
+
+        // when
         f.click(f.inRow(0, "pencil"));
+
+        // then
         QCOMPARE(f.rows().first()->mapToScene({}).y(), top);
+
+        // when
         f.press(Qt::Key_Return);
         f.click(f.inRow(2, "timeText"));
+
+        // then
         QCOMPARE(f.rows().first()->mapToScene({}).y(), top);
+
+        // when the keyboard goes through the header, which has five controls
         f.press(Qt::Key_Return);
-        // the header has five controls
         for (int i = 0; i < 6; ++i)
             f.press(Qt::Key_Tab);
+
+        // then
         QVERIFY(f.inRow(0, "startButton")->hasActiveFocus());
         QCOMPARE(f.rows().first()->mapToScene({}).y(), top);
     }
@@ -1220,21 +1502,33 @@ private Q_SLOTS:
     void shouldReturnTheKeyboardToTheDayWhenSomethingCloses()
     {
         QFETCH(QStringList, steps);
+
+        // given
         Fixture f(3);
         f.press(Qt::Key_Down);
+
+        // when
         for (const QString &step : steps)
             f.perform(step);
+
+        // then
         QTRY_VERIFY(f.item("dayFocus")->hasActiveFocus());
-        // then keys act, and screen readers are told what upon
         QTRY_COMPARE(f.rows().size(), f.tasks().size());
         QVERIFY(!f.maybe("nameField"));
         QVERIFY(!f.maybe("timeField"));
         QTRY_VERIFY(!f.maybe("menuEntry"));
+
+        // when
         f.press(Qt::Key_Down);
+
+        // then it acts, and screen readers are told what upon
         QCOMPARE(f.selectedRow(), 1);
         QVERIFY(f.rows().at(1)->property("hasKeys").toBool());
-        // and no pencil stays
+
+        // when
         f.window->hover({1, 1});
+
+        // then no pencil stays
         QTRY_VERIFY(!f.rows().at(0)->property("isHovered").toBool());
     }
 
@@ -1260,13 +1554,19 @@ private Q_SLOTS:
     {
         QFETCH(QString, control);
         QFETCH(QStringList, steps);
+
+        // given
         Fixture f(2);
         const QPointer<QQuickItem> opener = f.named(control);
         opener->forceActiveFocus(Qt::TabFocusReason);
         f.press(Qt::Key_Space);
         QTRY_VERIFY(!opener->hasActiveFocus());
+
+        // when
         for (const QString &step : steps)
             f.perform(step);
+
+        // then
         QTRY_VERIFY(opener->hasActiveFocus());
         QVERIFY(!f.maybe("nameField"));
         QVERIFY(!f.maybe("timeField"));
@@ -1278,6 +1578,7 @@ private Q_SLOTS:
 
     void shouldLeaveTheKeyboardInTheFieldThatHasItWhenAnotherCloses()
     {
+        // given
         Fixture f(1);
         f.perform(u"click templates plusButton"_s);
         f.perform(u"type Ny"_s);
@@ -1285,11 +1586,18 @@ private Q_SLOTS:
         const QPointer<QQuickItem> name = f.named(u"row nameField"_s);
         QTRY_VERIFY(name->hasActiveFocus());
 
+        // when
         f.perform(u"click templates cancelButton"_s);
+
+        // then
         QTRY_VERIFY(!f.maybe("cancelButton"));
         QVERIFY(name);
         QVERIFY(name->hasActiveFocus());
+
+        // when
         f.perform(u"type Navn"_s);
+
+        // then
         QCOMPARE(name->property("text").toString(), u"Navn"_s);
     }
 
@@ -1310,12 +1618,18 @@ private Q_SLOTS:
     {
         QFETCH(QString, control);
         QFETCH(QStringList, steps);
+
+        // given
         Fixture f(2);
         f.store.insert<TaskTemplate>(u"Daglig status"_s);
         QTRY_VERIFY(f.maybe("templateButton"));
         f.named(control)->forceActiveFocus(Qt::TabFocusReason);
+
+        // when
         for (const QString &step : steps)
             f.perform(step);
+
+        // then
         QTRY_VERIFY(f.item("dayFocus")->hasActiveFocus());
     }
 
@@ -1325,27 +1639,47 @@ private Q_SLOTS:
         Fixture f(2);
         f.click(findItem(f.item("templates"), u"plusButton"_s));
         f.type(u"Ny"_s);
+
+        // when
         f.clickName(0);
+
+        // then
         QCOMPARE(f.selectedRow(), 0);
         QVERIFY(f.item("dayFocus")->hasActiveFocus());
+
+        // when
         f.press(Qt::Key_Space);
+
+        // then
         QCOMPARE(f.running().size(), 1);
         QCOMPARE(text(f.item("nameField")), u"Ny"_s);
-        // and so from a button
+
+        // when a button has it
         f.item("nextDay")->forceActiveFocus(Qt::TabFocusReason);
         f.clickName(1);
+
+        // then
         QVERIFY(f.item("dayFocus")->hasActiveFocus());
     }
 
     void shouldLeaveTheKeyboardWithAnEditWhenAnotherRowIsSelected()
     {
+        // given
         Fixture f(2);
         f.click(f.inRow(0, "pencil"));
         f.type(u"N"_s);
+
+        // when
         f.clickName(1);
+
+        // then
         QCOMPARE(f.selectedRow(), 1);
+
+        // when
         f.type(u"y"_s);
         f.press(Qt::Key_Return);
+
+        // then
         QCOMPARE(f.tasks().at(0)->name(), u"Ny"_s);
     }
 
@@ -1359,10 +1693,14 @@ private Q_SLOTS:
     void shouldGiveTheKeyboardBackWhenTheEditedTaskLeaves()
     {
         QFETCH(QString, how);
+
+        // given
         Fixture f(2);
         f.click(f.inRow(1, "pencil"));
         f.type(u"Ny"_s);
         QVERIFY(f.timer.isEditing());
+
+        // when
         if (how == "day"_L1) {
             f.click("nextDay");
         } else if (how == "delete"_L1) {
@@ -1372,12 +1710,18 @@ private Q_SLOTS:
             f.window.reset();
             f.day.reset();
         }
+
+        // then
         QVERIFY(!f.timer.isEditing());
         QCOMPARE(f.store.context().inMemory(RecordType::Task, allRecords()).size(),
                  how == "delete"_L1 ? 1 : 2);
         if (how == "day"_L1) {
             QTRY_VERIFY(!f.maybe("nameField"));
+
+            // when
             f.press(Qt::Key_Left);
+
+            // then
             QVERIFY(f.timer.isToday());
             QTRY_COMPARE(f.names(), (QStringList{u"Opgave 1"_s, u"Opgave 2"_s}));
             QVERIFY(!f.maybe("nameField"));
@@ -1386,10 +1730,15 @@ private Q_SLOTS:
 
     void shouldStayInTheEditWhenAnotherRowLeaves()
     {
+        // given
         Fixture f(2);
         f.click(f.inRow(1, "pencil"));
         f.type(u"Ny"_s);
+
+        // when
         f.store.context().remove(f.tasks().at(0));
+
+        // then
         QTRY_COMPARE(f.rows().size(), 1);
         QVERIFY(f.timer.isEditing());
         QCOMPARE(text(f.item("nameField")), u"Ny"_s);
@@ -1397,23 +1746,41 @@ private Q_SLOTS:
 
     void shouldScrollTheRowSelectedByKeyIntoView()
     {
+        // given
         Fixture f(40);
+
+        // when
         f.press(Qt::Key_Up);
+
+        // then
         QTRY_COMPARE(f.names().last(), u"Opgave 40"_s);
         const QQuickItem *const row = f.rows().last();
         QVERIFY(row->mapToScene({0, row->height()}).y() <= f.place("taskList").bottom());
+
+        // when
         f.timer.goToNextDay();
         f.timer.goToPreviousDay();
+
+        // then
         QTRY_COMPARE(f.names().first(), u"Opgave 1"_s);
+
+        // when
         f.press(Qt::Key_Down);
+
+        // then
         QTRY_COMPARE(f.rows().first()->mapToScene({}).y(), f.place("taskList").top() + 4);
         QCOMPARE(f.selectedRow(), 0);
     }
 
     void shouldScrollANewTasksRowIntoView()
     {
+        // given
         Fixture f(40);
+
+        // when
         f.press(Qt::Key_Return, Qt::ControlModifier);
+
+        // then
         QTRY_COMPARE(f.names().last(), u"Unavngivet opgave"_s);
         const QQuickItem *const row = f.rows().last();
         QVERIFY(row->mapToScene({0, row->height()}).y() <= f.place("taskList").bottom());
@@ -1422,43 +1789,87 @@ private Q_SLOTS:
 
     void shouldNeverMoveTheFocusToAButtonByAClick()
     {
+        // given
         Fixture f(1);
+
+        // when
         f.click("startPauseButton");
         f.click("nextDay");
         f.click("previousDay");
         f.click("actualSegment");
         QTRY_COMPARE(f.rows().size(), 1);
         f.click(f.inRow(0, "startButton"));
-        // Space is the day's, not the last button's
         f.press(Qt::Key_Down);
+
+        // then
         QVERIFY(f.running().isEmpty());
+
+        // when
         f.press(Qt::Key_Space);
+
+        // then it is the day's, not the last button's
         QCOMPARE(f.running().size(), 1);
         QVERIFY(f.timer.isToday());
     }
 
     void shouldPressAFocusedButtonWithSpaceAndLeaveTheOtherKeysToTheDay()
     {
+        // given
         Fixture f(2);
+
+        // when
         f.press(Qt::Key_Tab);
+
+        // then
         QVERIFY(f.item("startPauseButton")->hasActiveFocus());
+
+        // when
         f.press(Qt::Key_Space);
+
+        // then
         QCOMPARE(f.running(), QList<Task *>{f.tasks().at(0)});
         QCOMPARE(f.selectedRow(), -1);
+
+        // when
         f.press(Qt::Key_Tab);
+
+        // then
         QVERIFY(f.item("previousDay")->hasActiveFocus());
+
+        // when
         f.press(Qt::Key_Space);
+
+        // then
         QVERIFY(!f.timer.isToday());
+
+        // when
         QTest::keyClick(f.window.get(), 't', Qt::ControlModifier);
+
+        // then
         QVERIFY(f.timer.isToday());
+
+        // when
         f.press(Qt::Key_Down);
+
+        // then
         QCOMPARE(f.selectedRow(), 0);
+
+        // when
         f.press(Qt::Key_Return, Qt::ControlModifier);
+
+        // then
         QCOMPARE(f.tasks().size(), 3);
-        // Escape goes back to the day
+
+        // when
         f.press(Qt::Key_Escape);
+
+        // then the keyboard goes back to the day
         QVERIFY(!f.item("previousDay")->hasActiveFocus());
+
+        // when
         f.press(Qt::Key_Space);
+
+        // then
         QVERIFY(f.running().isEmpty());
         QVERIFY(f.timer.isToday());
     }
@@ -1472,26 +1883,41 @@ private Q_SLOTS:
     void shouldLeaveSpaceWithTheDesktopsModifiersAlone()
     {
         QFETCH(Qt::KeyboardModifiers, modifiers);
+
+        // given
         Fixture f(1);
-        // of the day
+
+        // when the day has the keyboard
         f.press(Qt::Key_Down);
         f.press(Qt::Key_Space, modifiers);
+
+        // then
         QVERIFY(f.running().isEmpty());
-        // of a button
+
+        // when a button has it
         f.inRow(0, "startButton")->forceActiveFocus(Qt::TabFocusReason);
         f.press(Qt::Key_Space, modifiers);
+
+        // then
         QVERIFY(f.running().isEmpty());
-        // and of the menu of project codes
+
+        // when the menu of project codes has it
         f.inRow(0, "picker")->forceActiveFocus(Qt::TabFocusReason);
         f.press(Qt::Key_Space, modifiers);
+
+        // then
         QVERIFY(!f.maybe("menuEntry"));
-        // The key alone does what it did.
+
+        // when
         f.press(Qt::Key_Space);
+
+        // then the key alone does what it did
         QTRY_VERIFY(f.maybe("menuEntry"));
     }
 
     void shouldFollowADarkPaletteWhileItRuns()
     {
+        // given
         const Fixture f(2);
         const QPalette before = QGuiApplication::palette();
         const QColor light = f.window->colorAt({100, 60});
@@ -1500,26 +1926,41 @@ private Q_SLOTS:
         dark.setColor(QPalette::Base, QColor(0x1e, 0x1e, 0x1e));
         dark.setColor(QPalette::WindowText, Qt::white);
         dark.setColor(QPalette::Text, Qt::white);
+
+        // when
         QGuiApplication::setPalette(dark);
+
+        // then
         QTRY_VERIFY(f.window->colorAt({100, 60}).lightness() < 100);
+
+        // when
         QGuiApplication::setPalette(before);
+
+        // then
         QTRY_COMPARE(f.window->colorAt({100, 60}), light);
     }
 
     void shouldStackTheSideColumn()
     {
+        // given
         const Fixture f;
-        const QRectF side = f.place("sideColumn");
-        const QRectF calendar = f.place("calendar");
-        const QRectF templates = f.place("templates");
-        const QRectF codes = f.place("projectCodes");
-        QCOMPARE(calendar.topLeft(), side.topLeft());
-        for (const QRectF &part : {calendar, templates, codes})
-            QCOMPARE(part.width(), 180.0);
-        QCOMPARE(templates.top(), calendar.bottom() + 1);
-        QCOMPARE(codes.top(), templates.bottom() + 1);
-        QCOMPARE(codes.bottom(), side.bottom());
-        QVERIFY(std::abs(templates.height() - codes.height()) <= 1);
+
+        // then
+        // clang-format off
+        QCOMPARE(layout::deviations(f.root(), {
+                     {u"calendar.left - sideColumn.left"_s, 0},
+                     {u"calendar.top - sideColumn.top"_s, 0},
+                     {u"calendar.width"_s, 180},
+                     {u"templates.top - calendar.bottom"_s, 1},
+                     {u"templates.width"_s, 180},
+                     {u"projectCodes.top - templates.bottom"_s, 1},
+                     {u"projectCodes.width"_s, 180},
+                     {u"sideColumn.bottom - projectCodes.bottom"_s, 0},
+                 }),
+                 QStringList());
+        // clang-format on
+        const double difference = f.place("templates").height() - f.place("projectCodes").height();
+        QVERIFY(std::abs(difference) <= 1);
     }
 
     void shouldBeClickedInTwentyByTwentyWhereverThereIsRoom()
@@ -1554,8 +1995,9 @@ private Q_SLOTS:
         collect(collect, f.root());
         QVERIFY2(clicked.size() > 50, qPrintable(QString::number(clicked.size())));
 
+        // then
         for (const QQuickItem *item : clicked) {
-            // then it is large enough both ways
+            // It is large enough both ways.
             const QPoint middle = item->mapFromScene(QPointF(centre(item))).toPoint();
             int width = 0;
             int height = 0;
@@ -1571,7 +2013,7 @@ private Q_SLOTS:
             QVERIFY2(width >= (isBetween ? 18 : 20), what.constData());
             QVERIFY2(height >= 20, what.constData());
 
-            // and takes nothing away from another
+            // It takes nothing away from another.
             for (const QQuickItem *other : clicked) {
                 const auto place = [](const QQuickItem *of) {
                     return of->mapRectToScene(QRectF(0, 0, of->width(), of->height()));
@@ -1615,34 +2057,50 @@ private Q_SLOTS:
 
     void shouldShowTheDayThatIsClickedInTheCalendar()
     {
+        // given
         Fixture f(2);
         f.press(Qt::Key_Down);
         const auto cells = findItems(f.item("calendar"), u"dayCell"_s);
-        // November 2026 begins on a Sunday
+
+        // when the tenth is clicked in a month that begins on a Sunday
         f.click(cells.at(6 + 9));
+
+        // then
         QCOMPARE(f.dateText(), u"tirsdag 10. november 2026"_s);
         QCOMPARE(f.selectedRow(), -1);
-        // the keys are still the day's
+
+        // when
         f.press(Qt::Key_Right);
+
+        // then the keys are still the day's
         QCOMPARE(f.dateText(), u"onsdag 11. november 2026"_s);
     }
 
     void shouldMakeATaskFromATemplateWithOneClick()
     {
+        // given
         Fixture f;
         f.store.insert<TaskTemplate>(u"Daglig status"_s);
         f.timer.goToNextDay();
         QTRY_VERIFY(f.maybe("templateButton"));
+
+        // when
         f.click("templateButton");
+
+        // then
         QTRY_COMPARE(f.names(), QStringList{u"Daglig status"_s});
         QCOMPARE(f.tasks().at(0)->date(), f.clock.at(u"2026-11-21T00:00:00"_s));
-        // the keys are still the day's
+
+        // when
         f.press(Qt::Key_Down);
+
+        // then the keys are still the day's
         QCOMPARE(f.selectedRow(), 0);
     }
 
     void shouldLeaveATextFieldOfTheSideColumnEveryKeyWithoutCtrl()
     {
+        // given
         Fixture f(2);
         f.click(findItem(f.item("templates"), u"plusButton"_s));
         QQuickItem *const field = findItem(f.item("templates"), u"nameField"_s);
@@ -1650,65 +2108,108 @@ private Q_SLOTS:
         QVERIFY(field->hasActiveFocus());
         QVERIFY(!f.timer.isEditing());
         f.type(u"a b"_s);
+
         for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down,
                                   Qt::Key_Home, Qt::Key_Left, Qt::Key_Left}) {
+            // when
             f.press(key);
+
+            // then
             QVERIFY(f.timer.isToday());
             QCOMPARE(f.selectedRow(), -1);
         }
-        // by words, not by days
+
+        // when
         f.press(Qt::Key_Right, Qt::ControlModifier);
+
+        // then it goes by words, not by days
         QVERIFY(f.timer.isToday());
+
+        // when
         f.press(Qt::Key_Left, Qt::ControlModifier);
+
+        // then
         QCOMPARE(text(field), u"a b"_s);
         QVERIFY(f.timer.isToday());
         QCOMPARE(f.selectedRow(), -1);
         QVERIFY(f.running().isEmpty());
 
-        // but the two shortcuts act
+        // when
         f.press(Qt::Key_Return, Qt::ControlModifier);
+
+        // then this shortcut acts
         QCOMPARE(f.tasks().size(), 3);
+
+        // when
         f.timer.goToNextDay();
         QTest::keyClick(f.window.get(), 't', Qt::ControlModifier);
+
+        // then so does this one
         QVERIFY(f.timer.isToday());
         QCOMPARE(text(field), u"a b"_s);
 
-        // and Escape goes back to the day
+        // when
         f.press(Qt::Key_Escape);
         f.press(Qt::Key_Down);
+
+        // then Escape has led back to the day
         QCOMPARE(f.selectedRow(), 0);
     }
 
     void shouldGiveTheKeysBackWhenATemplateHasBeenAdded()
     {
+        // given
         Fixture f(2);
         f.click(findItem(f.item("templates"), u"plusButton"_s));
         f.type(u"Ny"_s);
+
+        // when
         f.press(Qt::Key_Return);
+
+        // then
         QTRY_VERIFY(f.maybe("templateButton"));
         QCOMPARE(f.tasks().size(), 2);
+
+        // when
         f.press(Qt::Key_Down);
+
+        // then
         QCOMPARE(f.selectedRow(), 0);
     }
 
     void shouldTakeNoKeyWhileAMenuIsOpen()
     {
+        // given
         Fixture f(2);
+        const QSignalSpy days(&f.timer, &TimerManager::selectedDateChanged);
         f.click(f.inRow(0, "picker"));
         QTRY_VERIFY(f.maybe("menuEntry"));
+
+        // when
         f.press(Qt::Key_Left);
         f.press(Qt::Key_Return, Qt::ControlModifier);
         QTest::keyClick(f.window.get(), 't', Qt::ControlModifier);
-        QVERIFY(f.timer.isToday());
+
+        // then
+        QVERIFY(days.isEmpty());
+
+        // when
         f.press(Qt::Key_Escape);
+
+        // then
         QTRY_VERIFY(!f.maybe("menuEntry"));
         QCOMPARE(f.tasks().size(), 2);
+
+        // when
         f.press(Qt::Key_Down);
+
+        // then
         QCOMPARE(f.selectedRow(), 0);
     }
 
     void shouldReachEveryButtonOfTheSectionsInTheSmallestWindow()
     {
+        // given
         Fixture f(1, {550, 350});
         for (int i = 0; i < 10; ++i) {
             f.store.insert<TaskTemplate>(u"Skabelon %1"_s.arg(i), i);
@@ -1718,9 +2219,11 @@ private Q_SLOTS:
             f.click(findItem(f.item(section), u"plusButton"_s));
             const QRectF frame = f.place(section);
             for (const char *button : {"addButton", "cancelButton"}) {
-                const QQuickItem *const item = findItem(f.item(section), QString::fromLatin1(button));
+                const QQuickItem *const item =
+                    findItem(f.item(section), QString::fromLatin1(button));
                 QVERIFY2(item, button);
-                // the wheel brings it into the section's share
+
+                // when
                 for (int turn = 0; turn < 20 && !frame.contains(item->mapRectToScene(
                                                     QRectF(0, 0, item->width(), item->height())));
                      ++turn) {
@@ -1729,6 +2232,8 @@ private Q_SLOTS:
                     QCoreApplication::sendEvent(f.window.get(), &wheel);
                     QCoreApplication::processEvents();
                 }
+
+                // then the wheel has brought it into the section's share
                 QTRY_VERIFY2(frame.contains(
                                  item->mapRectToScene(QRectF(0, 0, item->width(), item->height()))),
                              button);
@@ -1738,30 +2243,49 @@ private Q_SLOTS:
 
     void shouldTellAssistiveTechnologyWhatTheKeysActUpon()
     {
+        // given
         Fixture f(2);
         const auto day = [&f] { return QAccessible::queryAccessibleInterface(f.item("dayPane")); };
         const auto isFocused = [&f](int row) {
             return QAccessible::queryAccessibleInterface(f.rows().at(row))->state().focused;
         };
+
+        // then
         QVERIFY(day()->state().focused);
         QCOMPARE(day()->text(QAccessible::Name), u"fredag 20. november 2026"_s);
         QCOMPARE(day()->text(QAccessible::Description), QString());
 
+        // when
         f.press(Qt::Key_Down);
+
+        // then
         QVERIFY(isFocused(0));
         QVERIFY(!day()->state().focused);
+
+        // when
         f.press(Qt::Key_Down);
+
+        // then
         QVERIFY(isFocused(1));
         QVERIFY(!isFocused(0));
         QVERIFY(f.item("dayFocus")->hasActiveFocus());
 
-        // Not while a control has the keyboard.
+        // when a control has the keyboard
         f.item("nextDay")->forceActiveFocus(Qt::TabFocusReason);
+
+        // then
         QVERIFY(!isFocused(1));
+
+        // when
         f.press(Qt::Key_Escape);
+
+        // then
         QVERIFY(isFocused(1));
 
+        // when
         f.press(Qt::Key_Left);
+
+        // then
         QCOMPARE(day()->text(QAccessible::Name), u"torsdag 19. november 2026"_s);
         QCOMPARE(day()->text(QAccessible::Description), u"Ingen opgaver for denne dag"_s);
     }
@@ -1799,8 +2323,10 @@ private Q_SLOTS:
             return names;
         };
 
-        // then nothing has happened in the day
+        // when
         expectNoShortcuts();
+
+        // then nothing has happened in the day
         QCOMPARE(f.tasks(), QList<Task *>{task});
         QVERIFY(!task->isRunning());
         QCOMPARE(findItems(f.root(), u"deleteMark"_s).size(), 2);
@@ -1814,19 +2340,27 @@ private Q_SLOTS:
         QCOMPARE(text(f.item("codeText")), u"R&D"_s);
         QCOMPARE(text(f.item("badgeText")), u"R&D"_s);
 
-        // nor in the menu
+        // when the menu is open
         f.click("picker");
         QTRY_COMPARE(findItems(f.window->contentItem(), u"menuEntry"_s).size(), 2);
         QVERIFY(spoken().contains(u"R&D \u2013 Salg & service"_s));
         expectNoShortcuts();
+
+        // then nothing has happened in it
         QCOMPARE(task->projectCode(), u"R&D"_s);
+
+        // when
         f.press(Qt::Key_Escape);
+
+        // then
         QTRY_VERIFY(!f.maybe("menuEntry"));
 
-        // nor in the alert
+        // when the alert is open
         f.click("deleteButton");
         QTRY_VERIFY(f.item("cancelButton")->hasActiveFocus());
         expectNoShortcuts();
+
+        // then nothing has happened in it
         QCOMPARE(text(f.item("alertMessage")), u"Slet \"B&O\"?"_s);
         QCOMPARE(f.tasks(), QList<Task *>{task});
     }
@@ -1860,6 +2394,7 @@ private Q_SLOTS:
 
     void shouldSayWhatIsNotAvailable()
     {
+        // given
         Fixture f;
         f.click(findItem(f.item("templates"), u"plusButton"_s));
         f.click(findItem(f.item("projectCodes"), u"plusButton"_s));
@@ -1871,28 +2406,42 @@ private Q_SLOTS:
         QList<QAccessibleInterface *> buttons{start};
         for (QQuickItem *button : findItems(f.root(), u"addButton"_s))
             buttons << QAccessible::queryAccessibleInterface(button);
+
+        // then
         QStringList names;
         for (QAccessibleInterface *const button : buttons) {
             names << button->text(QAccessible::Name);
             QCOMPARE(button->text(QAccessible::Description), u"Ikke tilgængelig"_s);
-            press(button);
         }
         QCOMPARE(names,
                  (QStringList{u"Ingen opgaver"_s, u"Tilføj skabelon"_s, u"Tilføj projektkode"_s}));
+
+        // when
+        for (QAccessibleInterface *const button : buttons)
+            press(button);
+
+        // then
         QCOMPARE(findItems(f.root(), u"addButton"_s).size(), 2);
         QVERIFY(findItems(f.root(), u"deleteMark"_s).isEmpty());
         QVERIFY(!f.timer.isAnyTaskRunning());
 
-        // and what is available says nothing
+        // when
         f.store.insertTask(u"Møde"_s);
+
+        // then what is available says nothing
         QCOMPARE(start->text(QAccessible::Name), u"Start første opgave"_s);
         QCOMPARE(start->text(QAccessible::Description), QString());
+
+        // when
         press(start);
+
+        // then
         QVERIFY(f.timer.isAnyTaskRunning());
     }
 
     void shouldNameItsControls()
     {
+        // given
         Fixture f(1);
         const auto expect = [&](const char *item, QAccessible::Role role, const QString &name) {
             QAccessibleInterface *const found = QAccessible::queryAccessibleInterface(f.item(item));
@@ -1900,6 +2449,8 @@ private Q_SLOTS:
             QCOMPARE(found->role(), role);
             QCOMPARE(found->text(QAccessible::Name), name);
         };
+
+        // then
         expect("startPauseButton", QAccessible::Button, u"Start første opgave"_s);
         expect("previousDay", QAccessible::Button, u"Forrige dag"_s);
         expect("nextDay", QAccessible::Button, u"Næste dag"_s);
@@ -1911,11 +2462,18 @@ private Q_SLOTS:
         QVERIFY(QAccessible::queryAccessibleInterface(f.item("billableSegment"))->state().checked);
         QVERIFY(!QAccessible::queryAccessibleInterface(f.item("actualSegment"))->state().checked);
 
+        // when
         QAccessible::queryAccessibleInterface(f.item("actualSegment"))
             ->actionInterface()
             ->doAction(QAccessibleActionInterface::pressAction());
+
+        // then
         QVERIFY(!f.timer.showBillableTime());
+
+        // when
         f.click(f.inRow(0, "deleteButton"));
+
+        // then
         expect("cancelButton", QAccessible::Button, u"Annuller"_s);
         expect("deleteConfirmButton", QAccessible::Button, u"Slet"_s);
     }

@@ -65,22 +65,36 @@ private:
 private Q_SLOTS:
     void shouldDoNothingOnADayWithoutTasks()
     {
+        // given
         Fixture f;
         QVERIFY(f.day.tasks().isEmpty());
+
+        // when
         QVERIFY(f.press(Qt::Key_Space));
         QVERIFY(f.press(Qt::Key_Up));
         QVERIFY(f.press(Qt::Key_Down));
+
+        // then
         QVERIFY(!f.day.selectedTaskIndex());
         QVERIFY(!f.timer.isAnyTaskRunning());
+
+        // when
         f.day.startFirst();
+
+        // then
         QVERIFY(!f.timer.isAnyTaskRunning());
     }
 
     void shouldAddATaskByCommandReturnToAnEmptyDay()
     {
+        // given
         Fixture f;
         QSignalSpy added(&f.day, &ContentViewModel::taskAdded);
+
+        // when
         QVERIFY(f.day.handleKey({Qt::Key_Return, true, false, false}));
+
+        // then
         QVERIFY(!f.day.tasks().isEmpty());
         QCOMPARE(f.row(0)->name(), QString());
         QCOMPARE(f.row(0)->date(), f.timer.selectedDate());
@@ -94,27 +108,39 @@ private Q_SLOTS:
 
     void shouldAddATemplatesTaskToTheSelectedDay()
     {
+        // given
         Fixture f;
         f.timer.goToNextDay();
+
+        // when
         f.day.addTaskFromTemplate(u" Møde "_s);
+
+        // then
         QCOMPARE(f.row(0)->name(), u" Møde "_s);
         QCOMPARE(f.row(0)->date(), f.clock.at(u"2026-11-21T00:00:00"_s));
     }
 
     void shouldCountTheDaysTasksForTheSortOrder()
     {
+        // given
         Fixture f;
+
+        // when
         f.addTasks(3);
+
+        // then
         QCOMPARE(f.row(0)->sortOrder(), 0);
         QCOMPARE(f.row(1)->sortOrder(), 1);
         QCOMPARE(f.row(2)->sortOrder(), 2);
 
+        // when
         Task *const last = f.row(2);
         f.day.confirmDelete(f.row(0));
         f.day.performDelete();
         QSignalSpy added(&f.day, &ContentViewModel::taskAdded);
         f.day.addTask();
-        // two are equal now, and keep the order of the store
+
+        // then two are equal, and keep the order of the store
         QCOMPARE(f.row(1), last);
         QCOMPARE(f.row(1)->sortOrder(), 2);
         QCOMPARE(f.row(2)->sortOrder(), 2);
@@ -130,13 +156,19 @@ private Q_SLOTS:
     void shouldShowTheTasksOfTheSelectedDayAsItIsInANewZone()
     {
         QFETCH(QByteArray, zone);
+
+        // given
         Fixture f;
         f.addTasks(1);
         Task *const before = f.row(0);
         f.day.selectTask(0);
         QSignalSpy dayChanged(&f.day, &ContentViewModel::dayChanged);
+
+        // when
         f.clock.travelTo(zone);
         f.day.addTask();
+
+        // then
         QCOMPARE(f.day.tasks().tasks().size(), 2);
         QCOMPARE(f.row(0), before);
         QCOMPARE(f.row(1)->date(), f.clock.calendar().startOfDay(f.timer.selectedDate()));
@@ -153,51 +185,76 @@ private Q_SLOTS:
         f.clock.travelTo("Asia/Tokyo");
         f.timer.goToToday();
         f.day.addTask();
+
+        // when
         f.clock.travelTo("Europe/Copenhagen");
         f.timer.goToToday();
+
+        // then
         QVERIFY(f.day.tasks().isEmpty());
-        // then it is of today again back there
+
+        // when
         f.clock.travelTo("Asia/Tokyo");
+
+        // then it is of today again back there
         QCOMPARE(f.day.tasks().tasks().size(), 1);
     }
 
     void shouldTakeUpTheRunningTaskThatIsFirstInTheStore()
     {
+        // given
         Fixture f;
         Task *const first = f.store.insertTask(u"b"_s, 2);
         Task *const second = f.store.insertTask(u"a"_s, 1);
         first->start();
         second->start();
+
+        // when
         ContentViewModel day(f.timer, f.store.context());
+
+        // then
         QCOMPARE(day.tasks().sortedTasks().constFirst(), second);
         QCOMPARE(f.timer.activeTaskID().value(), first->id());
     }
 
     void shouldTakeUpTheRunningTaskOnceItsDayCanBeRead()
     {
+        // given
         UnreadableStore f;
         const QUuid running = f.insertRunningTask();
         f.open();
         QVERIFY(!f.day->tasks().isKnown());
         QVERIFY(!f.timer.isAnyTaskRunning());
+
+        // when
         f.heal();
+
+        // then
         QTRY_COMPARE(f.timer.activeTaskID(), running);
         QVERIFY(f.timer.isTicking());
-        // and only that once
+
+        // when
         f.timer.stopAllTasks(AllTasks(*f.context), *f.context);
         f.day->tasks().tasks().constFirst()->start();
+
+        // then it has been taken up only that once
         QVERIFY(!f.timer.isAnyTaskRunning());
     }
 
     void shouldNotTakeUpARunningTaskOfAnotherDayThatIsReadFirst()
     {
+        // given
         UnreadableStore f;
         const QUuid running = f.insertRunningTask();
         f.clock.advance(86400);
         f.timer.goToToday();
         f.open();
+
+        // when
         f.heal();
         f.timer.goToPreviousDay();
+
+        // then
         QTRY_COMPARE(f.day->tasks().tasks().size(), 1);
         QVERIFY(f.day->tasks().withID(running));
         QVERIFY(!f.timer.isAnyTaskRunning());
@@ -205,6 +262,7 @@ private Q_SLOTS:
 
     void shouldLeaveTheTaskActiveThatWasStartedBeforeTheDayCouldBeRead()
     {
+        // given
         UnreadableStore f;
         f.insertRunningTask();
         f.open();
@@ -212,137 +270,230 @@ private Q_SLOTS:
         f.day->startFirst();
         const std::optional<QUuid> started = f.timer.activeTaskID();
         QVERIFY(started);
+
+        // when
         f.heal();
+
+        // then
         QTRY_COMPARE(f.day->tasks().tasks().size(), 2);
         QCOMPARE(f.timer.activeTaskID(), started);
     }
 
     void shouldNotSelectARowThatIsOnItsWayOut()
     {
+        // given
         Fixture f;
         f.addTasks(1);
+
+        // when
         f.day.selectTask(-1);
+
+        // then
         QVERIFY(!f.day.selectedTaskIndex());
-        // and Space acts as if nothing were selected
+
+        // when
         f.press(Qt::Key_Space);
+
+        // then Space acts as if nothing were selected
         QCOMPARE(f.day.selectedTaskIndex().value(), 0);
         QVERIFY(f.row(0)->isRunning());
     }
 
     void shouldShowTasksBySortOrder()
     {
+        // given
         Fixture f;
         Task *const c = f.store.insertTask(u"c"_s, 2);
         Task *const a = f.store.insertTask(u"a"_s, 0);
         Task *const b = f.store.insertTask(u"b"_s, 1);
+
+        // then
         QCOMPARE(f.day.tasks().sortedTasks(), (QList<Task *>{a, b, c}));
         QCOMPARE(f.day.tasks().tasks(), (QList<Task *>{c, a, b}));
     }
 
     void shouldLeaveTheSelectionWhereItIsWhenATaskIsDeleted()
     {
+        // given
         Fixture f;
         f.addTasks(3);
         f.day.selectTask(2);
+
+        // when
         f.day.confirmDelete(f.row(0));
         f.day.performDelete();
+
+        // then
         QCOMPARE(f.day.selectedTaskIndex().value(), 2);
 
-        // Down goes to the last row, Up to row 1
+        // when
         f.press(Qt::Key_Down);
+
+        // then Down goes to the last row
         QCOMPARE(f.day.selectedTaskIndex().value(), 1);
+
+        // when
         f.day.selectTask(2);
         f.press(Qt::Key_Up);
+
+        // then Up goes to row 1
         QCOMPARE(f.day.selectedTaskIndex().value(), 1);
     }
 
     void shouldWantTheKeyboardWhenARowIsSelectedUnlessOneIsEdited()
     {
+        // given
         Fixture f;
         f.addTasks(2);
         const QSignalSpy wanted(&f.day, &ContentViewModel::keyboardWanted);
+
+        // when
         f.day.selectTask(1);
+
+        // then
         QCOMPARE(wanted.count(), 1);
-        // also when it is selected already
+
+        // when the row is selected already
         f.day.selectTask(1);
+
+        // then
         QCOMPARE(wanted.count(), 2);
+
+        // when a row is edited
         f.timer.setIsEditing(true);
         f.day.selectTask(0);
+
+        // then
         QCOMPARE(f.day.selectedTaskIndex().value(), 0);
         QCOMPARE(wanted.count(), 2);
-        // nor for a selection by key, which has it
+
+        // when a row is selected by key, so that the keyboard is there already
         f.timer.setIsEditing(false);
         f.press(Qt::Key_Down);
+
+        // then
         QCOMPARE(wanted.count(), 2);
     }
 
     void shouldActAsIfNothingWereSelectedWhenTheSelectionIsPastTheEnd()
     {
+        // given
         Fixture f;
         f.addTasks(3);
         f.day.selectTask(2);
         f.day.confirmDelete(f.row(0));
         f.day.performDelete();
+
+        // when
         f.press(Qt::Key_Space);
+
+        // then
         QCOMPARE(f.day.selectedTaskIndex().value(), 0);
         QVERIFY(f.row(0)->isRunning());
 
+        // when
         f.day.selectTask(2);
         f.press(Qt::Key_Space);
+
+        // then
         QVERIFY(!f.row(0)->isRunning());
         QVERIFY(!f.timer.isAnyTaskRunning());
     }
 
     void shouldSelectTheLastRowGoingUpAndTheFirstGoingDown()
     {
+        // given
         Fixture f;
         f.addTasks(3);
+
+        // when
         f.press(Qt::Key_Up);
+
+        // then
         QCOMPARE(f.day.selectedTaskIndex().value(), 2);
+
+        // when
         f.press(Qt::Key_Down);
+
+        // then
         QCOMPARE(f.day.selectedTaskIndex().value(), 2);
+
+        // when
         f.timer.goToNextDay();
         f.timer.goToPreviousDay();
+
+        // then
         QVERIFY(!f.day.selectedTaskIndex());
+
+        // when
         f.press(Qt::Key_Down);
+
+        // then
         QCOMPARE(f.day.selectedTaskIndex().value(), 0);
+
+        // when
         f.press(Qt::Key_Up);
+
+        // then
         QCOMPARE(f.day.selectedTaskIndex().value(), 0);
     }
 
     void shouldToggleTheSelectedRowWithSpace()
     {
+        // given
         Fixture f;
         f.addTasks(2);
         f.day.selectTask(1);
+
+        // when
         f.press(Qt::Key_Space);
+
+        // then
         QVERIFY(f.row(1)->isRunning());
+
+        // when
         f.press(Qt::Key_Up);
         f.press(Qt::Key_Space);
+
+        // then
         QVERIFY(f.row(0)->isRunning());
         QVERIFY(!f.row(1)->isRunning());
+
+        // when
         f.press(Qt::Key_Space);
+
+        // then
         QVERIFY(!f.row(0)->isRunning());
     }
 
     void shouldStartTheFirstRowWithSpaceWhenNothingRunsAndSelectIt()
     {
+        // given
         Fixture f;
         f.addTasks(2);
+
+        // when
         f.press(Qt::Key_Space);
+
+        // then
         QVERIFY(f.row(0)->isRunning());
         QCOMPARE(f.day.selectedTaskIndex().value(), 0);
     }
 
     void shouldStopATaskOfAnotherDayWithSpaceAndStartNothing()
     {
+        // given
         Fixture f;
         f.addTasks(1);
         Task *const today = f.row(0);
         f.day.startFirst();
         f.timer.goToNextDay();
         f.addTasks(1);
+
+        // when
         f.press(Qt::Key_Space);
+
+        // then
         QVERIFY(!today->isRunning());
         QVERIFY(!f.row(0)->isRunning());
         QVERIFY(!f.day.selectedTaskIndex());
@@ -350,7 +501,7 @@ private Q_SLOTS:
 
     void shouldStopARunningTaskOfAnotherDayWhenARowIsStartedByKey()
     {
-        // The keys hand every task of every day to the timer manager.
+        // given
         Fixture f;
         f.addTasks(1);
         Task *const today = f.row(0);
@@ -358,67 +509,116 @@ private Q_SLOTS:
         f.timer.goToNextDay();
         f.addTasks(1);
         f.day.selectTask(0);
+
+        // when
         f.press(Qt::Key_Space);
+
+        // then, as the keys hand every task of every day to the timer manager
         QVERIFY(!today->isRunning());
         QVERIFY(f.row(0)->isRunning());
     }
 
     void shouldStartTheTaskWithTheSmallestSortOrderFirst()
     {
+        // given
         Fixture f;
         f.store.insertTask(u"b"_s, 5);
         Task *const first = f.store.insertTask(u"a"_s, -1);
+
+        // when
         f.day.startFirst();
+
+        // then
         QVERIFY(first->isRunning());
         QVERIFY(!f.day.selectedTaskIndex());
     }
 
     void shouldClearTheSelectionWithAnyChangeOfDay()
     {
+        // given
         Fixture f;
         f.addTasks(2);
         const auto select = [&] { f.day.selectTask(1); };
+
+        // when
         select();
         f.press(Qt::Key_Left);
+
+        // then
         QVERIFY(!f.day.selectedTaskIndex());
         QCOMPARE(f.timer.selectedDate(), f.clock.at(u"2026-11-19T00:00:00"_s));
+
+        // when
         select();
         f.press(Qt::Key_Right);
+
+        // then
         QVERIFY(!f.day.selectedTaskIndex());
+
+        // when
         select();
         f.timer.navigateToDate(f.clock.at(u"2026-12-24T00:00:00"_s));
+
+        // then
         QVERIFY(!f.day.selectedTaskIndex());
+
+        // when
         select();
         QVERIFY(f.day.handleKey({Qt::Key_T, true, true, false}));
+
+        // then
         QVERIFY(!f.day.selectedTaskIndex());
         QCOMPARE(f.timer.selectedDate(), f.clock.at(u"2026-11-20T00:00:00"_s));
-        // also when today was shown already
+
+        // when today is shown already
         select();
         f.day.handleKey({Qt::Key_T, true, true, false});
+
+        // then
         QVERIFY(!f.day.selectedTaskIndex());
         QVERIFY(!f.day.isAnimated());
     }
 
     void shouldRepeatSpaceAndArrowsButNotTheOthers()
     {
+        // given
         Fixture f;
         f.addTasks(3);
+
+        // when
         QVERIFY(f.day.handleKey({Qt::Key_Down, false, false, true}));
         QVERIFY(f.day.handleKey({Qt::Key_Down, false, false, true}));
+
+        // then
         QCOMPARE(f.day.selectedTaskIndex().value(), 1);
+
+        // when
         QVERIFY(f.day.handleKey({Qt::Key_Space, false, false, true}));
+
+        // then
         QVERIFY(f.row(1)->isRunning());
+
+        // when
         QVERIFY(f.day.handleKey({Qt::Key_Left, false, false, true}));
         QVERIFY(!f.day.handleKey({Qt::Key_T, true, true, true}));
+
+        // then
         QVERIFY(!f.timer.isToday());
+
+        // when
         QVERIFY(!f.day.handleKey({Qt::Key_Return, true, false, true}));
+
+        // then
         QVERIFY(f.day.tasks().isEmpty());
     }
 
     void shouldTakeReturnAndTOnlyWithCommandAndOnlyALowerCaseT()
     {
+        // given
         Fixture f;
         f.timer.goToPreviousDay();
+
+        // then
         QVERIFY(!f.day.handleKey({Qt::Key_Return, false, false, false}));
         QVERIFY(!f.day.handleKey({Qt::Key_T, false, true, false}));
         QVERIFY(!f.day.handleKey({Qt::Key_T, true, false, false}));
@@ -429,9 +629,12 @@ private Q_SLOTS:
 
     void shouldTakeNoKeyWhileARowIsEdited()
     {
+        // given
         Fixture f;
         f.addTasks(2);
         f.timer.setIsEditing(true);
+
+        // then
         for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Up, Qt::Key_Down, Qt::Key_Left,
                                   Qt::Key_Right, Qt::Key_Return, Qt::Key_T}) {
             QVERIFY(!f.day.handleKey({key, true, true, false}));
@@ -465,12 +668,18 @@ private Q_SLOTS:
         QFETCH(QString, name);
         QFETCH(qint64, seconds);
         QFETCH(bool, isRunning);
+
+        // given
         Fixture f;
         Task *const task = f.store.insertTask(name);
         task->setAccumulatedSeconds(seconds);
         if (isRunning)
             f.day.startFirst();
+
+        // when
         f.day.confirmDelete(task);
+
+        // then
         QVERIFY(f.day.showDeleteConfirmation());
         QTEST(f.day.deleteMessage(), "message");
         QCOMPARE(f.day.tasks().tasks().size(), 1);
@@ -525,7 +734,11 @@ private Q_SLOTS:
 
         // then
         QCOMPARE(f.day.deleteMessage(), u"Slet \"Første\"?"_s);
+
+        // when
         f.day.performDelete();
+
+        // then
         QCOMPARE(f.day.tasks().tasks().size(), 1);
         QCOMPARE(f.row(0)->name(), u"Anden"_s);
     }
@@ -544,29 +757,47 @@ private Q_SLOTS:
         QVERIFY(!f.timer.isAnyTaskRunning());
         QVERIFY(!f.day.selectedTaskIndex());
         QCOMPARE(f.day.tasks().tasks().size(), 2);
+
+        // when
         f.day.cancelDelete();
+
+        // then
         QVERIFY(f.press(Qt::Key_Down));
     }
 
     void shouldDeleteNothingWhenTheAnswerIsNo()
     {
+        // given
         Fixture f;
         f.addTasks(1);
         f.day.confirmDelete(f.row(0));
+
+        // when
         f.day.cancelDelete();
+
+        // then
         QVERIFY(!f.day.showDeleteConfirmation());
         QCOMPARE(f.day.deleteMessage(), QString());
+
+        // when
         f.day.performDelete();
+
+        // then
         QCOMPARE(f.day.tasks().tasks().size(), 1);
     }
 
     void shouldStopARunningTaskWhenItIsDeleted()
     {
+        // given
         Fixture f;
         f.addTasks(1);
         f.day.startFirst();
         f.day.confirmDelete(f.row(0));
+
+        // when
         f.day.performDelete();
+
+        // then
         QVERIFY(f.day.tasks().isEmpty());
         QVERIFY(!f.timer.isAnyTaskRunning());
         QVERIFY(!f.timer.isTicking());
@@ -575,34 +806,49 @@ private Q_SLOTS:
 
     void shouldNotMindWhenTheTaskIsGoneBeforeTheAnswer()
     {
+        // given
         Fixture f;
         f.addTasks(1);
         f.day.confirmDelete(f.row(0));
         f.store.context().remove(f.row(0));
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+
+        // when
         f.day.performDelete();
+
+        // then
         QVERIFY(!f.day.showDeleteConfirmation());
     }
 
     void shouldTakeUpARunningTaskOfTheSelectedDayWhenItAppears()
     {
+        // given
         Fixture f;
         f.addTasks(1);
         f.day.startFirst();
         TimerManager timer(f.clock, 1h);
+
+        // when
         const ContentViewModel another(timer, f.store.context());
+
+        // then
         QCOMPARE(timer.activeTaskID().value(), f.row(0)->id());
         QVERIFY(timer.isTicking());
     }
 
     void shouldNotTakeUpARunningTaskOfAnotherDayWhenItAppears()
     {
+        // given
         Fixture f;
         f.addTasks(1);
         f.day.startFirst();
         f.clock.advance(86400);
         TimerManager timer(f.clock, 1h);
+
+        // when
         const ContentViewModel another(timer, f.store.context());
+
+        // then
         QVERIFY(!timer.activeTaskID());
         QVERIFY(f.row(0)->isRunning());
     }

@@ -43,16 +43,22 @@ private Q_SLOTS:
 
     void shouldBreakAfterTheWeekdayThen()
     {
+        // given
         const qreal whole = width(m_date, 16);
         const qreal line = width(u"30. september 2026"_s, 16);
         const QString lines = u"onsdag\n30. september 2026"_s;
+
+        // then
         QCOMPARE(fitDate(m_date, font(16), whole + 15), (DateFit{lines, 4, whole - 1, 16}));
         QCOMPARE(fitDate(m_date, font(16), line + 16), (DateFit{lines, 4, line, 16}));
     }
 
     void shouldShrinkTheFontToTwelveForTwoLines()
     {
+        // given
         const qreal line = width(u"30. september 2026"_s, 12);
+
+        // then
         QCOMPARE(fitDate(m_date, font(16), line + 16),
                  (DateFit{u"onsdag\n30. september 2026"_s, 4, line, 12}));
         QCOMPARE(fitDate(m_date, font(16), line + 15), (DateFit{m_date, 4, line - 1, 16}));

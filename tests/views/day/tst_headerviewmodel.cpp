@@ -41,55 +41,87 @@ private Q_SLOTS:
     void shouldShowTheDateInDanish()
     {
         QFETCH(QString, day);
+
+        // given
         QLocale::setDefault(QLocale(QLocale::English));
         Fixture f;
+
+        // when
         f.timer.navigateToDate(f.clock.at(day));
+
+        // then
         QTEST(f.header.dateText(), "text");
     }
 
     void shouldShowTheDateThatTheSelectedDayHasInANewZone()
     {
+        // given
         Fixture f;
         QCOMPARE(f.header.dateText(), u"fredag 20. november 2026"_s);
         QSignalSpy changes(&f.header, &HeaderViewModel::dateChanged);
+
+        // when
         f.clock.travelTo("America/New_York");
+
+        // then
         QCOMPARE(f.header.dateText(), u"torsdag 19. november 2026"_s);
         QCOMPARE(changes.count(), 1);
+
+        // when
         f.clock.travelTo("Asia/Tokyo");
+
+        // then
         QCOMPARE(f.header.dateText(), u"fredag 20. november 2026"_s);
     }
 
     void shouldHaveNothingToStartOnADayWithoutTasks()
     {
+        // given
         Fixture f;
+
+        // then
         QVERIFY(!f.header.isButtonEnabled());
         QCOMPARE(f.header.helpText(), u"Ingen opgaver"_s);
     }
 
     void shouldOfferToStartTheFirstTask()
     {
+        // given
         Fixture f;
         f.store.insertTask(u"a"_s);
-        QVERIFY(f.header.isButtonEnabled());
-        QCOMPARE(f.header.helpText(), u"Start første opgave"_s);
         QSignalSpy start(&f.header, &HeaderViewModel::startFirst);
         QSignalSpy stop(&f.header, &HeaderViewModel::stopAll);
+
+        // then
+        QVERIFY(f.header.isButtonEnabled());
+        QCOMPARE(f.header.helpText(), u"Start første opgave"_s);
+
+        // when
         f.header.startOrPause();
+
+        // then
         QCOMPARE(start.count(), 1);
         QCOMPARE(stop.count(), 0);
     }
 
     void shouldOfferToPauseATaskOfAnotherDayOnADayWithoutTasks()
     {
+        // given
         Fixture f;
         Task *const yesterday =
             f.store.insert<Task>(u"i går"_s, f.clock.now() - 86400, std::nullopt);
         f.timer.startTask(yesterday, f.all, f.store.context());
-        QVERIFY(f.header.isButtonEnabled());
-        QCOMPARE(f.header.helpText(), u"Sæt aktiv opgave på pause"_s);
         QSignalSpy start(&f.header, &HeaderViewModel::startFirst);
         QSignalSpy stop(&f.header, &HeaderViewModel::stopAll);
+
+        // then
+        QVERIFY(f.header.isButtonEnabled());
+        QCOMPARE(f.header.helpText(), u"Sæt aktiv opgave på pause"_s);
+
+        // when
         f.header.startOrPause();
+
+        // then
         QCOMPARE(start.count(), 0);
         QCOMPARE(stop.count(), 1);
     }

@@ -20,6 +20,7 @@ class TestMenuBarLabel : public QObject
 private Q_SLOTS:
     void shouldShowTheSymbolAloneAndThenTheClockBesideIt()
     {
+        // given
         const qmltest::WarningsAreFailures guard;
         FakeClock clock;
         TestStore store(clock, {1h, 1h});
@@ -32,11 +33,16 @@ private Q_SLOTS:
         const QQuickItem *const label = window.rootObject();
         const QQuickItem *const symbol = window.item(u"labelSymbol"_s);
         const QQuickItem *const text = window.item(u"labelText"_s);
+
+        // then
         QCOMPARE(symbol->property("name").toString(), u"timer"_s);
         QVERIFY(!text->isVisible());
         QCOMPARE(label->implicitWidth(), symbol->width());
 
+        // when
         task->start();
+
+        // then
         QVERIFY(text->isVisible());
         QCOMPARE(text->property("text").toString(), u"01:02:05"_s);
         QCOMPARE(symbol->property("name").toString(), u"timer"_s);

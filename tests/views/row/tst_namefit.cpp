@@ -34,6 +34,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, text);
         QFETCH(QString, widest);
+
         // given
         QFont font;
         font.setPixelSize(14);

@@ -1,3 +1,4 @@
+#include "../../support/layout.h"
 #include "../../support/qmltest.h"
 #include "../../support/teststore.h"
 #include "model/projectcode.h"
@@ -110,45 +111,73 @@ private:
 private Q_SLOTS:
     void shouldShowATagWithoutACode()
     {
+        // given
         const Fixture f;
+
+        // then
         const Theme theme;
-        QVERIFY(f.item("tag")->isVisible());
-        QVERIFY(!f.item("badge")->isVisible());
-        QCOMPARE(f.item("tag")->property("fontSize").toInt(), 12);
-        QCOMPARE(f.item("tag")->property("color").value<QColor>(), theme.secondary());
-        QCOMPARE(f.item("tag")->opacity(), 0.6);
-        QCOMPARE(f.item("picker")->width(), f.item("tag")->width());
+        // clang-format off
+        QCOMPARE(layout::deviations(f.window->rootObject(), {
+                     {u"tag.visible"_s, true},
+                     {u"tag.fontSize"_s, 12},
+                     {u"tag.color"_s, theme.secondary()},
+                     {u"tag.opacity"_s, 0.6},
+                     {u"badge.visible"_s, false},
+                     {u"picker.width - tag.width"_s, 0},
+                 }),
+                 QStringList());
+        // clang-format on
     }
 
     void shouldShowTheCodeAsABadge()
     {
+        // given
         const Fixture f({}, u"kode-1"_s);
+
+        // then
         const Theme theme;
-        QVERIFY(!f.item("tag")->isVisible());
-        QQuickItem *const text = f.item("badgeText");
-        QCOMPARE(text->property("text").toString(), u"kode-1"_s);
-        QCOMPARE(text->property("font").value<QFont>().pixelSize(), 10);
-        QCOMPARE(text->property("font").value<QFont>().weight(), QFont::Medium);
-        QCOMPARE(text->property("color").value<QColor>(), theme.brandAccent());
-        QCOMPARE(text->position(), QPointF(6, 2));
-        QCOMPARE(f.item("badge")->width(), text->implicitWidth() + 12);
-        QCOMPARE(f.item("badge")->height(), text->height() + 4);
-        QCOMPARE(f.item("badge")->property("radius").toInt(), 4);
+        // clang-format off
+        QCOMPARE(layout::deviations(f.window->rootObject(), {
+                     {u"tag.visible"_s, false},
+                     {u"badge.radius"_s, 4},
+                     {u"badge.width - badgeText.implicitWidth"_s, 12},
+                     {u"badge.height - badgeText.height"_s, 4},
+                     {u"badgeText.left - badge.left"_s, 6},
+                     {u"badgeText.top - badge.top"_s, 2},
+                     {u"badgeText.text"_s, u"kode-1"_s},
+                     {u"badgeText.font.pixelSize"_s, 10},
+                     {u"badgeText.font.weight"_s, QFont::Medium},
+                     {u"badgeText.color"_s, theme.brandAccent()},
+                 }),
+                 QStringList());
+        // clang-format on
     }
 
     void shouldShowAnEmptyCodeAsAnEmptyBadgeAndNotCheckNone()
     {
+        // given
         const Fixture f({u"a"_s}, u""_s);
+
+        // then
         QVERIFY(f.item("badge")->isVisible());
         QVERIFY(!f.item("tag")->isVisible());
+
+        // when
         f.open();
+
+        // then
         QCOMPARE(f.checkedTexts(), QStringList());
     }
 
     void shouldOfferNoneAloneWithoutCodesAndNoDivider()
     {
+        // given
         const Fixture f;
+
+        // when
         f.open();
+
+        // then
         QCOMPARE(f.texts(), QStringList{u"Ingen"_s});
         QCOMPARE(f.checkedTexts(), QStringList{u"Ingen"_s});
         QVERIFY(!f.item("menuDivider")->isVisible());
@@ -156,9 +185,14 @@ private Q_SLOTS:
 
     void shouldOfferAllCodesBySortOrder()
     {
+        // given
         Fixture f({u"b"_s, u"a"_s});
         f.store.insert<ProjectCode>(u"først"_s, u""_s, -1);
+
+        // when
         f.open();
+
+        // then
         QCOMPARE(f.texts(), (QStringList{u"Ingen"_s, u"først"_s, u"b"_s, u"a \u2013 Støtte"_s}));
         QVERIFY(f.item("menuDivider")->isVisible());
         QCOMPARE(f.checkedTexts(), QStringList{u"Ingen"_s});
@@ -166,68 +200,128 @@ private Q_SLOTS:
 
     void shouldChooseACodeAndNoneAgain()
     {
+        // given
         const Fixture f({u"a"_s, u"b"_s});
         f.open();
+
+        // when
         f.click(f.entries().at(2));
+
+        // then
         QCOMPARE(f.code(), u"b"_s);
         QTRY_VERIFY(f.entries().isEmpty());
+
+        // when
         f.open();
+
+        // then
         QCOMPARE(f.checkedTexts(), QStringList{u"b \u2013 Støtte"_s});
-        // the checked one again changes nothing
+
+        // when the checked one is clicked again
         f.click(f.entries().at(2));
+
+        // then nothing changes
         QCOMPARE(f.code(), u"b"_s);
         QTRY_VERIFY(f.entries().isEmpty());
+
+        // when
         f.open();
         f.click(f.entries().at(0));
+
+        // then
         QCOMPARE(f.code(), u"(ingen)"_s);
         QCOMPARE(f.count("clicksBehind"), 0);
     }
 
     void shouldCheckBothOfTwoEqualCodesAndTellCaseApart()
     {
+        // given
         const Fixture f({u"x"_s, u"y"_s, u"x"_s, u"X"_s}, u"x"_s);
+
+        // when
         f.open();
+
+        // then
         QCOMPARE(f.checkedTexts(), (QStringList{u"x"_s, u"x"_s}));
     }
 
     void shouldCheckNothingForACodeThatIsNoMore()
     {
+        // given
         const Fixture f({u"a"_s}, u"slettet"_s);
         QCOMPARE(f.item("badgeText")->property("text").toString(), u"slettet"_s);
+
+        // when
         f.open();
+
+        // then
         QCOMPARE(f.checkedTexts(), QStringList());
     }
 
     void shouldKeepClicksAndKeysFromWhatIsBehindWhileItIsOpen()
     {
+        // given
         const Fixture f({u"a"_s});
         f.open();
+
+        // when
         f.press(Qt::Key_Left);
         f.press(Qt::Key_T);
+
+        // then
         QCOMPARE(f.count("keysBehind"), 0);
+
+        // when
         QTest::mouseClick(f.window.get(), Qt::LeftButton, {}, {290, 230});
+
+        // then
         QCOMPARE(f.count("clicksBehind"), 0);
         QTRY_VERIFY(f.entries().isEmpty());
+
+        // when
         QTest::mouseClick(f.window.get(), Qt::LeftButton, {}, {290, 230});
+
+        // then
         QCOMPARE(f.count("clicksBehind"), 1);
         QCOMPARE(f.code(), u"(ingen)"_s);
     }
 
     void shouldBeUsedByKeyboard()
     {
+        // given
         const Fixture f({u"a"_s, u"b"_s});
+
+        // when
         f.press(Qt::Key_Tab);
+
+        // then
         QVERIFY(f.item("picker")->hasActiveFocus());
+
+        // when
         f.press(Qt::Key_Space);
+
+        // then
         QTRY_COMPARE(f.highlightedText(), u"Ingen"_s);
+
+        // when
         f.press(Qt::Key_Down);
         f.press(Qt::Key_Return);
+
+        // then
         QCOMPARE(f.code(), u"a"_s);
         QTRY_VERIFY(f.entries().isEmpty());
         QTRY_VERIFY(f.item("picker")->hasActiveFocus());
+
+        // when
         f.press(Qt::Key_Space);
+
+        // then
         QTRY_COMPARE(f.highlightedText(), u"a"_s);
+
+        // when
         f.press(Qt::Key_Escape);
+
+        // then
         QTRY_VERIFY(f.entries().isEmpty());
         QCOMPARE(f.code(), u"a"_s);
     }
@@ -290,18 +384,35 @@ private Q_SLOTS:
 
     void shouldGoToItsEndsByHomeAndEnd()
     {
+        // given
         const Fixture f({u"a"_s, u"b"_s, u"c"_s}, u"b"_s);
         f.press(Qt::Key_Tab);
         f.press(Qt::Key_Space);
         QTRY_COMPARE(f.highlightedText(), u"b \u2013 Støtte"_s);
+
+        // when
         f.press(Qt::Key_Home);
+
+        // then
         QCOMPARE(f.highlightedText(), u"Ingen"_s);
+
+        // when
         f.press(Qt::Key_End);
+
+        // then
         QCOMPARE(f.highlightedText(), u"c"_s);
+
+        // when
         f.press(Qt::Key_Up);
+
+        // then
         QCOMPARE(f.highlightedText(), u"b \u2013 Støtte"_s);
+
+        // when
         f.press(Qt::Key_End);
         f.press(Qt::Key_Return);
+
+        // then
         QCOMPARE(f.code(), u"c"_s);
     }
 
@@ -336,35 +447,55 @@ private Q_SLOTS:
 
     void shouldHaveOneEndWithoutCodes()
     {
+        // given
         const Fixture f;
         f.press(Qt::Key_Tab);
         f.press(Qt::Key_Space);
         QTRY_COMPARE(f.highlightedText(), u"Ingen"_s);
+
+        // when
         f.press(Qt::Key_End);
+
+        // then
         QCOMPARE(f.highlightedText(), u"Ingen"_s);
     }
 
     void shouldOpenAtTheTopWithoutItsCodeInTheMenu()
     {
+        // given
         const Fixture f({u"a"_s}, u"slettet"_s);
+
+        // when
         QAccessible::queryAccessibleInterface(f.item("picker"))
             ->actionInterface()
             ->doAction(QAccessibleActionInterface::pressAction());
+
+        // then
         QTRY_COMPARE(f.highlightedText(), u"Ingen"_s);
     }
 
     void shouldNotTakeTheFocusByAClick()
     {
+        // given
         const Fixture f({u"a"_s});
+
+        // when
         f.open();
+
+        // then
         QCOMPARE(f.highlightedText(), QString());
+
+        // when
         f.press(Qt::Key_Escape);
+
+        // then
         QTRY_VERIFY(f.entries().isEmpty());
         QTRY_VERIFY(f.item("elsewhere")->hasActiveFocus());
     }
 
     void shouldScrollAMenuThatIsTallerThanTheWindow()
     {
+        // given
         QStringList codes;
         for (int i = 0; i < 200; ++i)
             codes << u"K%1"_s.arg(i);
@@ -379,12 +510,20 @@ private Q_SLOTS:
             return found != entries.cend() ? *found : nullptr;
         };
         QTRY_VERIFY(last());
+
+        // when
         for (int i = 0; i < 205 && !last()->property("highlighted").toBool(); ++i)
             f.press(Qt::Key_Down);
+
+        // then
         QTRY_VERIFY(
             QRectF(0, 0, 300, 240)
                 .contains(last()->mapRectToScene(QRectF(0, 0, last()->width(), last()->height()))));
+
+        // when
         f.press(Qt::Key_Return);
+
+        // then
         QCOMPARE(f.code(), u"K199"_s);
     }
 
@@ -420,12 +559,19 @@ private Q_SLOTS:
 
     void shouldBeNamedForAssistiveTechnology()
     {
+        // given
         const Fixture f({u"a"_s, u"b"_s});
         QAccessibleInterface *const picker =
             QAccessible::queryAccessibleInterface(f.item("picker"));
+
+        // then
         QCOMPARE(picker->role(), QAccessible::ButtonMenu);
         QCOMPARE(picker->text(QAccessible::Name), u"Projektkode: Ingen"_s);
+
+        // when
         picker->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+
+        // then
         QTRY_COMPARE(f.entries().size(), 3);
         QAccessibleInterface *const entry =
             QAccessible::queryAccessibleInterface(f.entries().at(1));
@@ -433,7 +579,11 @@ private Q_SLOTS:
         QCOMPARE(entry->text(QAccessible::Name), u"a"_s);
         QVERIFY(!entry->state().checked);
         QVERIFY(QAccessible::queryAccessibleInterface(f.entries().at(0))->state().checked);
+
+        // when
         entry->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+
+        // then
         QCOMPARE(f.code(), u"a"_s);
         QTRY_VERIFY(f.entries().isEmpty());
         QCOMPARE(picker->text(QAccessible::Name), u"Projektkode: a"_s);

@@ -1,3 +1,4 @@
+#include "../../support/layout.h"
 #include "../../support/qmltest.h"
 #include "../../support/teststore.h"
 #include "model/projectcode.h"
@@ -19,12 +20,6 @@ using qmltest::centre;
 
 namespace
 {
-
-/// The pixel size that an item's text is drawn in.
-int pixelSize(const QQuickItem *item)
-{
-    return item->property("font").value<QFont>().pixelSize();
-}
 
 /// Where @p item lies in its row.
 QRectF inRow(const QQuickItem *item, const QQuickItem *row)
@@ -136,45 +131,61 @@ private:
 private Q_SLOTS:
     void shouldLayOutItsElementsFromLeftToRight()
     {
+        // given
         const Fixture f;
-        const QRectF start = f.place("startButton");
-        const QRectF picker = f.place("picker");
-        const QRectF name = f.place("nameGroup");
-        const QRectF time = f.place("timeText");
-        const QRectF hours = f.place("hoursText");
-        const QRectF deletion = f.place("deleteButton");
 
-        QCOMPARE(f.item("row")->height(), 28.0 + 16);
-        QCOMPARE(start, QRectF(12, 8, 28, 28));
-        QCOMPARE(picker.left(), start.right() + 12);
-        QCOMPARE(name.left(), picker.right() + 12);
-        // on both sides of a spacer
-        QCOMPARE(name.right() + 12 + 12, time.left());
-        QCOMPARE(time.width(), 70.0);
-        QCOMPARE(hours.left(), time.right() + 12);
-        QCOMPARE(hours.width(), 50.0);
-        QCOMPARE(deletion.left(), hours.right() + 12);
-        QCOMPARE(deletion.right() + 12, f.item("row")->width());
-        const QRectF nameText = f.place("nameText");
+        // then
+        // clang-format off
+        QCOMPARE(layout::deviations(f.window->rootObject(), {
+                     {u"row.height"_s, 28 + 16},
+                     {u"startButton.left - row.left"_s, 12},
+                     {u"startButton.top - row.top"_s, 8},
+                     {u"startButton.width"_s, 28},
+                     {u"startButton.height"_s, 28},
+                     {u"startButton.symbolSize"_s, 14},
+                     {u"picker.left - startButton.right"_s, 12},
+                     {u"nameGroup.left - picker.right"_s, 12},
+                     {u"nameText.font.pixelSize"_s, 14},
+                     {u"pencil.symbolSize"_s, 14},
+                     // on both sides of a spacer
+                     {u"timeText.left - nameGroup.right"_s, 12 + 12},
+                     {u"timeText.width"_s, 70},
+                     {u"hoursText.left - timeText.right"_s, 12},
+                     {u"hoursText.width"_s, 50},
+                     {u"hoursText.font.pixelSize"_s, 14},
+                     {u"deleteButton.left - hoursText.right"_s, 12},
+                     {u"row.right - deleteButton.right"_s, 12},
+                     {u"deleteButton.symbolSize"_s, 16},
+                     {u"startButton.centreY - row.centreY"_s, 0},
+                     {u"picker.centreY - row.centreY"_s, 0},
+                     {u"nameGroup.centreY - row.centreY"_s, 0},
+                     {u"timeText.centreY - row.centreY"_s, 0},
+                     {u"hoursText.centreY - row.centreY"_s, 0},
+                     {u"deleteButton.centreY - row.centreY"_s, 0},
+                 }),
+                 QStringList());
+        // clang-format on
         const double textWidth = f.item("nameText")->property("contentWidth").toDouble();
-        QCOMPARE(f.place("pencil").left(), nameText.left() + std::ceil(textWidth) + 6);
-        for (const char *each : {"nameText", "hoursText"})
-            QCOMPARE(pixelSize(f.item(each)), 14);
-        QCOMPARE(f.item("startButton")->property("symbolSize").toInt(), 14);
-        QCOMPARE(f.item("pencil")->property("symbolSize").toInt(), 14);
-        QCOMPARE(f.item("deleteButton")->property("symbolSize").toInt(), 16);
-        for (const QRectF &place : {start, picker, name, time, hours, deletion})
-            QVERIFY(std::abs(place.center().y() - f.item("row")->height() / 2) <= 0.5);
+        QCOMPARE(f.place("pencil").left(), f.place("nameText").left() + std::ceil(textWidth) + 6);
     }
 
     void shouldLetALongClockGrowIntoTheGap()
     {
+        // given
         const Fixture f;
+
+        // when
         f.task->setAccumulatedSeconds(360000);
-        const QRectF time = f.place("timeText");
-        QVERIFY(time.width() > 70);
-        QCOMPARE(f.place("hoursText").left(), time.right() + 12);
-        QCOMPARE(f.place("nameGroup").right() + 24, time.left());
+
+        // then
+        QVERIFY(f.place("timeText").width() > 70);
+        // clang-format off
+        QCOMPARE(layout::deviations(f.window->rootObject(), {
+                     {u"timeText.left - nameGroup.right"_s, 24},
+                     {u"hoursText.left - timeText.right"_s, 12},
+                 }),
+                 QStringList());
+        // clang-format on
     }
 
     void shouldLetLongHoursGrowToTheLeft()
@@ -187,13 +198,17 @@ private Q_SLOTS:
         f.task->setAccumulatedSeconds(3'600'000);
 
         // then
-        QCOMPARE(f.item("hoursText")->property("text").toString(), u"1000.00"_s);
-        const QRectF hours = f.place("hoursText");
-        QVERIFY(hours.width() > 50);
-        QCOMPARE(hours.width(), f.item("hoursText")->implicitWidth());
-        QCOMPARE(hours.right() + 12, deletion.left());
-        QCOMPARE(f.place("time").right() + 12, hours.left());
-        QCOMPARE(f.place("nameGroup").right() + 24, f.place("time").left());
+        QVERIFY(f.place("hoursText").width() > 50);
+        // clang-format off
+        QCOMPARE(layout::deviations(f.window->rootObject(), {
+                     {u"time.left - nameGroup.right"_s, 24},
+                     {u"hoursText.left - time.right"_s, 12},
+                     {u"hoursText.text"_s, u"1000.00"_s},
+                     {u"hoursText.width - hoursText.implicitWidth"_s, 0},
+                     {u"deleteButton.left - hoursText.right"_s, 12},
+                 }),
+                 QStringList());
+        // clang-format on
         QCOMPARE(f.place("deleteButton"), deletion);
     }
 
@@ -210,6 +225,7 @@ private Q_SLOTS:
     {
         QFETCH(qint64, hours);
         QFETCH(QString, code);
+
         // given the smallest window
         const Fixture f(u"Kundemøde om den nye aftale"_s, false, 550);
         if (!code.isEmpty())
@@ -233,7 +249,10 @@ private Q_SLOTS:
 
     void shouldShowFiguresInTheFixedFontAtTheTrailingEdge()
     {
+        // given
         const Fixture f;
+
+        // then
         const Theme theme;
         QQuickItem *const time = f.item("timeText")->property("contentItem").value<QQuickItem *>();
         for (const QQuickItem *figure : {time, f.item("hoursText")}) {
@@ -288,9 +307,8 @@ private Q_SLOTS:
         // then the gap has closed, and the code has given way
         QCOMPARE(f.place("time").left() - f.place("nameGroup").right(), 12.0);
         QVERIFY(f.place("picker").width() < badge);
-        QCOMPARE(f.item("nameText")->property("contentWidth").toDouble() <=
-                     f.item("nameText")->width(),
-                 true);
+        QVERIFY(f.item("nameText")->property("contentWidth").toDouble() <=
+                f.item("nameText")->width());
         QVERIFY(f.place("nameText").width() >= half + 12 + 2);
 
         // when the word does not fit at all
@@ -312,6 +330,7 @@ private Q_SLOTS:
     void shouldBreakNoWordBeforeAllElseHasGivenWay()
     {
         QFETCH(QString, name);
+
         // given
         const Fixture f(name, false, 550);
         f.task->setProjectCode(u"KUNDE-2026-INTERN"_s);
@@ -344,6 +363,7 @@ private Q_SLOTS:
     void shouldShowAtMostFiveLinesOfAName()
     {
         QFETCH(QString, name);
+
         // given
         const Fixture f(name);
 
@@ -396,27 +416,41 @@ private Q_SLOTS:
 
     void shouldGiveALongCodeHalfOfTheFreeWidth()
     {
+        // given
         const Fixture f;
         const QRectF time = f.place("timeText");
+
+        // when
         f.task->setProjectCode(QString(100, u'K'));
+
+        // then
         const QRectF picker = f.place("picker");
         const QRectF name = f.place("nameGroup");
         QCOMPARE(f.place("timeText"), time);
         QCOMPARE(picker.width(), name.width());
         QVERIFY(f.item("badgeText")->property("truncated").toBool());
+
+        // when
         f.task->setProjectCode(u"KODE-1"_s);
+
+        // then
         QVERIFY(f.place("picker").width() < picker.width());
         QVERIFY(!f.item("badgeText")->property("truncated").toBool());
     }
 
     void shouldGiveTheTaskACodeByItsMenu()
     {
+        // given
         Fixture f;
         f.store.insert<ProjectCode>(u"4711"_s, u"Støtte"_s);
+
+        // when
         f.click("picker");
         QTRY_VERIFY(f.inMenu(u"4711 \u2013 Støtte"_s));
         QTest::mouseClick(f.window.get(), Qt::LeftButton, {},
                           centre(f.inMenu(u"4711 \u2013 Støtte"_s)));
+
+        // then
         QCOMPARE(f.task->projectCode().value_or(u"none"_s), u"4711"_s);
         QCOMPARE(f.item("badgeText")->property("text").toString(), u"4711"_s);
         QCOMPARE(f.count("selections"), 0);
@@ -424,7 +458,10 @@ private Q_SLOTS:
 
     void shouldWrapALongName()
     {
+        // given
         const Fixture f(u"Et meget langt navn på en opgave som ikke kan stå på en linje"_s);
+
+        // then
         QVERIFY(f.item("row")->height() > 44);
         QVERIFY(f.place("pencil").right() <= f.place("nameGroup").right());
         QVERIFY(f.place("nameText").top() >= 8);
@@ -448,6 +485,8 @@ private Q_SLOTS:
         QFETCH(bool, isSelected);
         QFETCH(double, background);
         QFETCH(bool, border);
+
+        // given
         const Fixture f(u"Møde"_s, isSelected);
         if (isRunning)
             f.task->start();
@@ -463,6 +502,8 @@ private Q_SLOTS:
             return std::abs(a.red() - b.red()) <= 2 && std::abs(a.green() - b.green()) <= 2 &&
                    std::abs(a.blue() - b.blue()) <= 2;
         };
+
+        // then
         QVERIFY(isNear(f.window->colorAt({8 + 200, 50 + 5}), mixed(background)));
         const QColor edge = f.window->colorAt({8 + 200, 50});
         QCOMPARE(isNear(edge, mixed(background)), !border);
@@ -511,94 +552,164 @@ private Q_SLOTS:
 
     void shouldShowThePauseSymbolAndFadeTheDeleteButtonWhileItRuns()
     {
+        // given
         const Fixture f;
+
+        // then
         const Theme theme;
-        QQuickItem *const start = f.item("startButton");
-        QCOMPARE(start->property("symbol").toString(), u"play.fill"_s);
-        QCOMPARE(start->property("symbolColor").value<QColor>(), theme.brandAccent());
-        QCOMPARE(f.item("deleteButton")->opacity(), 1.0);
+        // clang-format off
+        QCOMPARE(layout::deviations(f.window->rootObject(), {
+                     {u"startButton.symbol"_s, u"play.fill"_s},
+                     {u"startButton.symbolColor"_s, theme.brandAccent()},
+                     {u"deleteButton.opacity"_s, 1},
+                 }),
+                 QStringList());
+        // clang-format on
+
+        // when
         f.task->start();
-        QCOMPARE(start->property("symbol").toString(), u"pause.fill"_s);
-        QCOMPARE(start->property("symbolColor").value<QColor>(), theme.brandBackground());
-        QCOMPARE(start->property("circleColor").value<QColor>().alpha(), qRound(0.15 * 255));
-        QCOMPARE(f.item("deleteButton")->opacity(), 0.5);
-        // half transparent, it still deletes
+
+        // then
+        // clang-format off
+        QCOMPARE(layout::deviations(f.window->rootObject(), {
+                     {u"startButton.symbol"_s, u"pause.fill"_s},
+                     {u"startButton.symbolColor"_s, theme.brandBackground()},
+                     {u"deleteButton.opacity"_s, 0.5},
+                 }),
+                 QStringList());
+        // clang-format on
+        const auto circle = f.item("startButton")->property("circleColor").value<QColor>();
+        QCOMPARE(circle.alpha(), qRound(0.15 * 255));
+
+        // when
         f.click("deleteButton");
+
+        // then it still deletes, half transparent as it is
         QCOMPARE(f.count("deletions"), 1);
     }
 
     void shouldCallItsOwnerWhenClicked()
     {
+        // given
         const Fixture f;
+
+        // when
         f.click("startButton");
+
+        // then
         QCOMPARE(f.count("toggles"), 1);
+
+        // when
         f.click("deleteButton");
+
+        // then
         QCOMPARE(f.count("deletions"), 1);
         QCOMPARE(f.count("selections"), 0);
-        // anywhere in the name's rectangle, not only on its letters
+
+        // when it is clicked anywhere in the name's rectangle, not only on its letters
         const QRectF group = f.place("nameGroup");
         QTest::mouseClick(
             f.window.get(), Qt::LeftButton, {},
             f.item("row")->mapToScene(QPointF(group.right() - 2, group.top() + 1)).toPoint());
+
+        // then
         QCOMPARE(f.count("selections"), 1);
-        // the hours are no button
+
+        // when it is clicked on the hours, which are no button
         f.click("hoursText");
+
+        // then
         QCOMPARE(f.count("toggles") + f.count("deletions") + f.count("selections"), 3);
         QVERIFY(!f.field("timeField"));
     }
 
     void shouldShowThePencilOnlyUnderThePointerAndKeepItsPlace()
     {
+        // given
         const Fixture f;
         const auto *const symbol = f.item("pencil")->property("contentItem").value<QQuickItem *>();
         const QRectF place = f.place("pencil");
         QCOMPARE(symbol->opacity(), 0.0);
+
+        // when
         f.window->hover(f.item("row")->mapToScene({5, 5}).toPoint());
+
+        // then
         QTRY_COMPARE(symbol->opacity(), 1.0);
         QCOMPARE(f.place("pencil"), place);
+
+        // when
         f.window->hover({1, 1});
+
+        // then
         QTRY_COMPARE(symbol->opacity(), 0.0);
     }
 
     void shouldShowThePencilWhileTheKeyboardFocusIsInTheRow()
     {
+        // given
         const Fixture f;
         const auto *const symbol = f.item("pencil")->property("contentItem").value<QQuickItem *>();
+
+        // when
         QTest::keyClick(f.window.get(), Qt::Key_Tab);
+
+        // then
         QVERIFY(f.item("startButton")->hasActiveFocus());
         QCOMPARE(symbol->opacity(), 1.0);
     }
 
     void shouldSelectByATapOnThePencilThatIsNotDrawn()
     {
+        // given
         const Fixture f;
         const std::unique_ptr<QPointingDevice> finger(QTest::createTouchDevice());
+
+        // when
         QTest::touchEvent(f.window.get(), finger.get()).press(0, centre(f.item("pencil")));
         QTest::touchEvent(f.window.get(), finger.get()).release(0, centre(f.item("pencil")));
+
+        // then
         QTRY_COMPARE(f.count("selections"), 1);
         QVERIFY(!f.timer.isEditing());
-        // a mouse's pointer is there before it clicks
+
+        // when it is clicked with a mouse, whose pointer is there before
         f.click("pencil");
+
+        // then
         QVERIFY(f.timer.isEditing());
     }
 
     void shouldEditTheNameInPlace()
     {
+        // given
         const Fixture f;
         const double right = f.place("nameGroup").right();
+
+        // when
         f.click("pencil");
+
+        // then
         QVERIFY(f.timer.isEditing());
-        QQuickItem *const field = f.field("nameField");
+        const QQuickItem *const field = f.field("nameField");
         QVERIFY(field);
         QVERIFY(field->hasActiveFocus());
-        QCOMPARE(field->property("text").toString(), u"Møde"_s);
-        QCOMPARE(field->property("placeholderText").toString(), u"Opgavenavn"_s);
-        QCOMPARE(pixelSize(field), 14);
-        QCOMPARE(inRow(field, f.item("row")).right(), right);
-        QVERIFY(!f.item("nameText")->isVisible());
-        // what is typed takes the place of the old name
+        // clang-format off
+        QCOMPARE(layout::deviations(f.window->rootObject(), {
+                     {u"nameField.right - row.left"_s, right},
+                     {u"nameField.text"_s, u"Møde"_s},
+                     {u"nameField.placeholderText"_s, u"Opgavenavn"_s},
+                     {u"nameField.font.pixelSize"_s, 14},
+                     {u"nameText.visible"_s, false},
+                 }),
+                 QStringList());
+        // clang-format on
+
+        // when
         f.type(u"  Kaffe med Åse "_s);
         QTest::keyClick(f.window.get(), Qt::Key_Return);
+
+        // then what was typed takes the place of the old name
         QCOMPARE(f.task->name(), u"Kaffe med Åse"_s);
         QVERIFY(!f.timer.isEditing());
         QTRY_VERIFY(!f.field("nameField"));
@@ -608,33 +719,52 @@ private Q_SLOTS:
 
     void shouldShowAnEmptyNameInTheSecondaryColour()
     {
+        // given
         const Fixture f;
         const Theme theme;
         QCOMPARE(f.item("nameText")->property("color").value<QColor>(), theme.primary());
+
+        // when
         f.task->setName({});
+
+        // then
         QCOMPARE(f.item("nameText")->property("text").toString(), u"Unavngivet opgave"_s);
         QCOMPARE(f.item("nameText")->property("color").value<QColor>(), theme.secondary());
     }
 
     void shouldEditTheTimeInPlace()
     {
+        // given
         Fixture f;
         f.task->setAccumulatedSeconds(61);
         f.task->start();
         f.clock.advance(4);
+
+        // when
         f.click("timeText");
+
+        // then
         QVERIFY(!f.task->isRunning());
         QVERIFY(f.timer.isEditing());
-        QQuickItem *const field = f.field("timeField");
+        const QQuickItem *const field = f.field("timeField");
         QVERIFY(field);
         QVERIFY(field->hasActiveFocus());
-        QCOMPARE(field->property("text").toString(), u"00:01:05"_s);
-        QCOMPARE(field->property("placeholderText").toString(), u"00:00:00"_s);
+        // clang-format off
+        QCOMPARE(layout::deviations(f.window->rootObject(), {
+                     {u"timeField.width"_s, 70},
+                     {u"timeField.text"_s, u"00:01:05"_s},
+                     {u"timeField.placeholderText"_s, u"00:00:00"_s},
+                     {u"timeField.font.pixelSize"_s, 14},
+                 }),
+                 QStringList());
+        // clang-format on
         QCOMPARE(field->property("horizontalAlignment").toInt(), int(Qt::AlignRight));
-        QCOMPARE(field->width(), 70.0);
-        QCOMPARE(pixelSize(field), 14);
+
+        // when
         f.type(u"1:30"_s);
         QTest::keyClick(f.window.get(), Qt::Key_Return);
+
+        // then
         QCOMPARE(f.task->accumulatedSeconds(), 5400);
         QVERIFY(!f.task->isRunning());
         QTRY_VERIFY(!f.field("timeField"));
@@ -643,14 +773,23 @@ private Q_SLOTS:
 
     void shouldStayInTheEditUntilReturn()
     {
+        // given
         const Fixture f;
         f.click("pencil");
         f.type(u"Ny"_s);
+
+        // when
         QTest::keyClick(f.window.get(), Qt::Key_Escape);
+
+        // then
         QVERIFY(f.field("nameField"));
         QVERIFY(f.field("nameField")->hasActiveFocus());
+
+        // when
         f.click("hoursText");
         QTest::keyClick(f.window.get(), Qt::Key_Tab);
+
+        // then
         QVERIFY(f.field("nameField"));
         QCOMPARE(f.field("nameField")->property("text").toString(), u"Ny"_s);
         QCOMPARE(f.task->name(), u"Møde"_s);
@@ -677,11 +816,15 @@ private Q_SLOTS:
         QVERIFY(isOpen());
         QVERIFY(field()->hasActiveFocus());
 
-        // when
         for (const char *elsewhere : {"hoursText", "nameGroup", "startButton"}) {
+            // when
             f.click(elsewhere);
+
+            // then
             QVERIFY2(isOpen(), elsewhere);
         }
+
+        // when
         QTest::keyClick(f.window.get(), Qt::Key_Tab);
 
         // then
@@ -706,12 +849,21 @@ private Q_SLOTS:
 
     void shouldHaveBothFieldsOpenAtOnce()
     {
+        // given
         const Fixture f;
+
+        // when
         f.click("pencil");
         f.click("timeText");
+
+        // then
         QVERIFY(f.field("nameField"));
         QVERIFY(f.field("timeField")->hasActiveFocus());
+
+        // when
         QTest::keyClick(f.window.get(), Qt::Key_Return);
+
+        // then
         QVERIFY(!f.timer.isEditing());
         QTRY_VERIFY(!f.field("timeField"));
         QVERIFY(f.field("nameField"));
@@ -719,22 +871,32 @@ private Q_SLOTS:
 
     void shouldOpenAnEditThatWasLeftOpen()
     {
+        // given
         Fixture f;
         f.click("pencil");
         f.type(u"Halvt skre"_s);
+        f.window.reset();
+
+        // when
         const QVariantMap properties{{u"viewModel"_s, QVariant::fromValue(&f.viewModel)},
                                      {u"isSelected"_s, false}};
-        f.window.reset();
         qmltest::Window again(QByteArray("import TimeTracker.Views.Row\nTaskRowView {}"),
                               QSize(454, 44), properties);
+
+        // then
         QQuickItem *const field = again.item(u"nameField"_s);
         QCOMPARE(field->property("text").toString(), u"Halvt skre"_s);
     }
 
     void shouldExplainTheTimeInATooltip()
     {
+        // given
         const Fixture f;
+
+        // when
         f.window->hover(centre(f.item("timeText")));
+
+        // then
         QTRY_VERIFY(qmltest::findItem(f.window->contentItem(), u"helpTip"_s));
         QCOMPARE(
             qmltest::findItem(f.window->contentItem(), u"helpTip"_s)->property("text").toString(),
@@ -743,6 +905,7 @@ private Q_SLOTS:
 
     void shouldNameItsControls()
     {
+        // given
         const Fixture f;
         const auto interface = [&](const char *name) {
             return QAccessible::queryAccessibleInterface(f.item(name));
@@ -754,6 +917,8 @@ private Q_SLOTS:
             QCOMPARE(found->text(QAccessible::Name), name);
             QVERIFY2(!found->state().invisible, item);
         };
+
+        // then
         expect("row", QAccessible::ListItem, u"Møde"_s);
         expect("startButton", QAccessible::Button, u"Start Møde"_s);
         expect("pencil", QAccessible::Button, u"Rediger navn"_s);
@@ -762,27 +927,49 @@ private Q_SLOTS:
         expect("deleteButton", QAccessible::Button, u"Slet Møde"_s);
         QCOMPARE(interface("timeText")->text(QAccessible::Description),
                  u"Klik for at redigere tid"_s);
+
+        // when
         f.task->start();
+
+        // then
         expect("startButton", QAccessible::Button, u"Sæt på pause: Møde"_s);
+
+        // when
         f.task->setName({});
+
+        // then
         expect("row", QAccessible::ListItem, u"Unavngivet opgave"_s);
+
+        // when
         f.click("pencil");
+
+        // then
         expect("nameField", QAccessible::EditableText, u"Opgavenavn"_s);
+
+        // when
         f.click("timeText");
+
+        // then
         expect("timeField", QAccessible::EditableText, u"Tid"_s);
     }
 
     void shouldSayThatItsTaskRuns()
     {
+        // given
         const Fixture f;
         QAccessibleInterface *const row = QAccessible::queryAccessibleInterface(f.item("row"));
         QCOMPARE(row->text(QAccessible::Description), QString());
+
+        // when
         f.task->start();
+
+        // then
         QCOMPARE(row->text(QAccessible::Description), u"Kører"_s);
     }
 
     void shouldKeepTheNameOfARunningTimeWhileItHasTheKeyboard()
     {
+        // given
         Fixture f;
         QQuickItem *const time = f.item("timeText");
         const auto name = [time] {
@@ -793,34 +980,59 @@ private Q_SLOTS:
             Q_EMIT f.timer.tickChanged();
         };
         f.task->start();
+
+        // when
         pass(2);
+
+        // then
         QCOMPARE(name(), u"00:00:02"_s);
 
+        // when
         time->forceActiveFocus(Qt::TabFocusReason);
         pass(3);
+
+        // then
         QCOMPARE(time->property("label").toString(), u"00:00:05"_s);
         QCOMPARE(name(), u"00:00:02"_s);
 
+        // when
         f.item("deleteButton")->forceActiveFocus(Qt::TabFocusReason);
+
+        // then
         QCOMPARE(name(), u"00:00:05"_s);
+
+        // when
         time->forceActiveFocus(Qt::TabFocusReason);
         pass(1);
         f.task->stop();
+
+        // then
         QCOMPARE(name(), u"00:00:06"_s);
     }
 
     void shouldBeSelectedByAssistiveTechnology()
     {
+        // given
         const Fixture f(u"Møde"_s, true);
         QAccessibleInterface *const row = QAccessible::queryAccessibleInterface(f.item("row"));
+
+        // then
         QVERIFY(row->state().selected);
         QVERIFY(row->actionInterface()->actionNames().contains(
             QAccessibleActionInterface::pressAction()));
+
+        // when
         row->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+
+        // then
         QCOMPARE(f.count("selections"), 1);
+
+        // when
         QAccessible::queryAccessibleInterface(f.item("startButton"))
             ->actionInterface()
             ->doAction(QAccessibleActionInterface::pressAction());
+
+        // then
         QCOMPARE(f.count("toggles"), 1);
     }
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/livequery.h"
+#include "tests/support/layout.h"
 #include "tests/support/qmltest.h"
 #include "tests/support/teststore.h"
 #include "views/controls/theme.h"
@@ -76,15 +77,90 @@ public:
         return item->mapRectToScene(QRectF(0, 0, item->width(), item->height()));
     }
     QRectF place(const char *name) const { return place(item(name)); }
-    static QFont font(const QQuickItem *item) { return item->property("font").value<QFont>(); }
     static QString text(const QQuickItem *item) { return item->property("text").toString(); }
-    static QColor color(const QQuickItem *item) { return item->property("color").value<QColor>(); }
+
+    /// The layout of the header and of what stands in the place of a list without records.
+    static QList<layout::Line> emptySection(const QString &title, const QString &emptyText)
+    {
+        using namespace Qt::StringLiterals;
+        const Theme theme;
+        return {
+            {u"section.right"_s, 180},
+            {u"sectionTitle.text"_s, title},
+            {u"sectionTitle.font.pixelSize"_s, 12},
+            {u"sectionTitle.font.weight"_s, QFont::DemiBold},
+            {u"sectionTitle.color"_s, theme.secondary()},
+            {u"sectionTitle.left"_s, 12 + 8},
+            {u"section.right - plusButton.right"_s, 12 + 8},
+            {u"plusButton.centreY - sectionTitle.centreY"_s, 0},
+            {u"plusButton.symbol"_s, u"plus"_s},
+            {u"plusButton.symbolSize"_s, 10},
+            {u"plusButton.symbolColor"_s, theme.brandAccent()},
+            {u"sectionList.visible"_s, false},
+            {u"emptyText.visible"_s, true},
+            {u"emptyText.text"_s, emptyText},
+            {u"emptyText.font.pixelSize"_s, 11},
+            {u"emptyText.color"_s, theme.tertiary()},
+            {u"emptyText.left"_s, 12 + 8},
+            {u"section.right - emptyText.right"_s, 12 + 8},
+            {u"emptyText.top - sectionHeader.bottom"_s, 8},
+            {u"section.implicitHeight - emptyText.bottom"_s, 12},
+        };
+    }
+    /// What the fields of all forms have in common.
+    static QList<layout::Line> formField(const QString &name, const QString &placeholder)
+    {
+        using namespace Qt::StringLiterals;
+        return {
+            {name + u".placeholderText"_s, placeholder},
+            {name + u".font.pixelSize"_s, 11},
+            {name + u".leftPadding"_s, 6},
+            {name + u".rightPadding"_s, 6},
+            {name + u".topPadding"_s, 4},
+            {name + u".bottomPadding"_s, 4},
+            {u"%1.height - %1.contentHeight"_s.arg(name), 8},
+        };
+    }
+    /// What the buttons of all forms have in common.
+    static QList<layout::Line> formButtons()
+    {
+        using namespace Qt::StringLiterals;
+        const Theme theme;
+        return {
+            {u"addButton.symbol"_s, u"checkmark"_s},
+            {u"addButton.symbolSize"_s, 9},
+            {u"addButton.symbolColor"_s, theme.green()},
+            {u"cancelButton.symbol"_s, u"xmark"_s},
+            {u"cancelButton.symbolSize"_s, 9},
+            {u"cancelButton.symbolColor"_s, theme.red()},
+        };
+    }
+    /// The layout of an entry under the pointer. Its @p content ends @p gap before the mark.
+    static QList<layout::Line> hoveredEntry(const QString &content, int gap)
+    {
+        using namespace Qt::StringLiterals;
+        const Theme theme;
+        QColor markColor = theme.secondary();
+        markColor.setAlphaF(0.6F);
+        return {
+            {u"entryBackground.visible"_s, true},
+            {u"entryBackground.opacity"_s, 0.15},
+            {u"entryBackground.color"_s, theme.brandAccent()},
+            {u"entryBackground.radius"_s, 4},
+            {u"entryBackground.right - deleteMark.right"_s, 8},
+            {u"deleteMark.centreY - entryBackground.centreY"_s, 0},
+            {u"deleteMark.left - %1.right"_s.arg(content), gap},
+            {u"deleteMark.symbolSize"_s, 12},
+            {u"deleteMark.symbolColor"_s, markColor},
+        };
+    }
 
     /// The entries that are there, from top to bottom.
     QList<QQuickItem *> entries() const
     {
         QList<QQuickItem *> entries;
-        for (QQuickItem *mark : qmltest::findItems(item("sectionList"), QStringLiteral("deleteMark")))
+        for (QQuickItem *mark :
+             qmltest::findItems(item("sectionList"), QStringLiteral("deleteMark")))
             entries << mark->parentItem();
         std::sort(entries.begin(), entries.end(), [](const QQuickItem *a, const QQuickItem *b) {
             return a->mapToScene({}).y() < b->mapToScene({}).y();

@@ -1,4 +1,5 @@
 #include "tests/support/fakeclock.h"
+#include "tests/support/layout.h"
 #include "tests/support/qmltest.h"
 #include "views/controls/theme.h"
 #include "views/sidebar/calendarviewmodel.h"
@@ -51,7 +52,8 @@ private:
                             }
                         }
                     })"),
-                QSize(180, 240), QVariantMap{{u"viewModel"_s, QVariant::fromValue(calendar.get())}});
+                QSize(180, 240),
+                QVariantMap{{u"viewModel"_s, QVariant::fromValue(calendar.get())}});
             window->hover({1, 239});
         }
 
@@ -116,27 +118,38 @@ private:
 private Q_SLOTS:
     void shouldLayOutItsParts()
     {
+        // given
         const Fixture f;
         const QRectF previous = f.place(f.item("previousMonth"));
         const QRectF title = f.place(f.item("monthTitle"));
-        const QRectF next = f.place(f.item("nextMonth"));
         const QRectF grid = f.place(f.item("monthGrid"));
         const auto headings = findItems(f.root(), u"dayOfWeek"_s);
 
-        QCOMPARE(previous.left(), 12.0 + 4);
-        QCOMPARE(next.right(), 180.0 - 12 - 4);
-        QCOMPARE(title.center().x(), 90.0);
-        QCOMPARE(title.left(), previous.right() + 8);
-        QCOMPARE(title.right(), next.left() - 8);
-        QVERIFY(std::abs(previous.center().y() - title.center().y()) <= 0.5);
+        // then
+        // clang-format off
+        QCOMPARE(layout::deviations(f.root(), {
+                     {u"calendar.right"_s, 180},
+                     {u"previousMonth.left"_s, 12 + 4},
+                     {u"previousMonth.symbol"_s, u"chevron.left"_s},
+                     {u"previousMonth.symbolSize"_s, 10},
+                     {u"calendar.right - nextMonth.right"_s, 12 + 4},
+                     {u"nextMonth.symbol"_s, u"chevron.right"_s},
+                     {u"nextMonth.symbolSize"_s, 10},
+                     {u"nextMonth.width - previousMonth.width"_s, 0},
+                     {u"monthTitle.centreX"_s, 90},
+                     {u"monthTitle.left - previousMonth.right"_s, 8},
+                     {u"nextMonth.left - monthTitle.right"_s, 8},
+                     {u"previousMonth.centreY - monthTitle.centreY"_s, 0},
+                     {u"monthTitle.font.pixelSize"_s, 12},
+                     {u"monthTitle.font.weight"_s, QFont::DemiBold},
+                     {u"monthGrid.left"_s, 12},
+                     {u"monthGrid.width"_s, 156},
+                     {u"monthGrid.height"_s, 6 * 22 + 5 * 2},
+                     {u"calendar.height - monthGrid.bottom"_s, 12},
+                 }),
+                 QStringList());
+        // clang-format on
         QCOMPARE(std::min(title.top(), previous.top()), 12.0);
-        QCOMPARE(f.item("previousMonth")->property("symbol").toString(), u"chevron.left"_s);
-        QCOMPARE(f.item("nextMonth")->property("symbol").toString(), u"chevron.right"_s);
-        QCOMPARE(f.item("previousMonth")->property("symbolSize").toInt(), 10);
-        QCOMPARE(f.item("nextMonth")->property("symbolSize").toInt(), 10);
-        QCOMPARE(Fixture::font(f.item("monthTitle")).pixelSize(), 12);
-        QCOMPARE(Fixture::font(f.item("monthTitle")).weight(), QFont::DemiBold);
-
         QCOMPARE(headings.size(), 7);
         QStringList texts;
         for (int i = 0; i < 7; ++i) {
@@ -152,10 +165,6 @@ private Q_SLOTS:
         }
         QCOMPARE(texts,
                  (QStringList{u"Ma"_s, u"Ti"_s, u"On"_s, u"To"_s, u"Fr"_s, u"Lø"_s, u"Sø"_s}));
-        QCOMPARE(grid.left(), 12.0);
-        QCOMPARE(grid.width(), 156.0);
-        QCOMPARE(grid.height(), 6 * 22.0 + 5 * 2);
-        QCOMPARE(f.item("calendar")->height(), grid.bottom() + 12);
     }
 
     void shouldPlaceTheDaysInSevenEqualColumns()
@@ -163,6 +172,8 @@ private Q_SLOTS:
         // given a month that begins on a Sunday
         const Fixture f;
         const QRectF grid = f.place(f.item("monthGrid"));
+
+        // then
         QCOMPARE(f.cells().size(), 30);
         for (int day = 1; day <= 30; ++day) {
             const int place = 6 + day - 1;
@@ -192,15 +203,24 @@ private Q_SLOTS:
     {
         QFETCH(QString, date);
         QFETCH(int, weeks);
+
+        // given
         const Fixture f(date);
-        QCOMPARE(f.item("monthGrid")->height(), weeks * 24.0 - 2);
         const double six = f.item("calendar")->height() + (6 - weeks) * 24;
+
+        // then
+        QCOMPARE(f.item("monthGrid")->height(), weeks * 24.0 - 2);
+
+        // when
         f.select(u"2026-11-01T00:00:00"_s);
+
+        // then
         QCOMPARE(f.item("calendar")->height(), six);
     }
 
     void shouldMarkTodayAndTheSelectedDay()
     {
+        // given
         const Fixture f;
         const Theme theme;
         const auto colour = [&](int day) {
@@ -212,6 +232,8 @@ private Q_SLOTS:
         const auto fill = [&](int day) {
             return f.window->colorAt(f.cell(day)->mapToScene({11, 1.5}));
         };
+
+        // then
         QCOMPARE(colour(18), QColor(Qt::white));
         QCOMPARE(weight(18), QFont::Normal);
         QCOMPARE(fill(18), theme.brandAccent());
@@ -223,8 +245,11 @@ private Q_SLOTS:
         QCOMPARE(colour(19), theme.primary());
         QCOMPARE(weight(19), QFont::Normal);
         QCOMPARE(fill(19), theme.controlBackground());
-        // both at once
+
+        // when today is selected
         f.click(f.cell(20));
+
+        // then
         QCOMPARE(colour(20), QColor(Qt::white));
         QCOMPARE(weight(20), QFont::Bold);
         QTRY_COMPARE(fill(20), theme.brandAccent());
@@ -233,48 +258,84 @@ private Q_SLOTS:
 
     void shouldReportAClickedDayOnce()
     {
+        // given
         const Fixture f;
-        // anywhere in the cell, its corner too
+
+        // when a click is anywhere in the cell, such as in its corner
         QTest::mouseClick(f.window.get(), Qt::LeftButton, {},
                           f.cell(3)->mapToScene({1, 1}).toPoint());
+
+        // then
         QCOMPARE(f.picked(), QVariantList{f.clock.at(u"2026-11-03T00:00:00"_s)});
         QCOMPARE(f.selected(), QList<int>{3});
-        // a click between the rows is none
+
+        // when a click is between the rows
         QTest::mouseClick(f.window.get(), Qt::LeftButton, {},
                           f.cell(3)->mapToScene({11, 23}).toPoint());
+
+        // then it is none
         QCOMPARE(f.picked().size(), 1);
     }
 
     void shouldMoveTheMarkOnlyWhenItsOwnerDoes()
     {
+        // given
         Fixture f;
         f.isFollowing = false;
+
+        // when
         f.click(f.cell(3));
+
+        // then
         QCOMPARE(f.picked().size(), 1);
         QCOMPARE(f.selected(), QList<int>{18});
+
+        // when
         f.select(u"2026-11-03T00:00:00"_s);
+
+        // then
         QCOMPARE(f.selected(), QList<int>{3});
-        // and a click on the selected day is a click
+
+        // when the selected day is clicked
         f.click(f.cell(3));
+
+        // then it is a click
         QCOMPARE(f.picked().size(), 2);
     }
 
     void shouldPageWithTheChevrons()
     {
+        // given
         const Fixture f;
+
+        // when
         f.click("nextMonth");
+
+        // then
         QCOMPARE(f.title(), u"december 2026"_s);
         QVERIFY(f.selected().isEmpty());
         QCOMPARE(f.cells().size(), 31);
+
+        // when
         f.click("nextMonth");
+
+        // then
         QCOMPARE(f.title(), u"januar 2027"_s);
+
+        // when
         f.click("previousMonth");
         f.click("previousMonth");
+
+        // then
         QCOMPARE(f.title(), u"november 2026"_s);
         QCOMPARE(f.selected(), QList<int>{18});
         QVERIFY(f.picked().isEmpty());
         QCOMPARE(Fixture::font(Fixture::label(f.cell(20))).weight(), QFont::Bold);
+
+        // when
         f.click("previousMonth");
+
+        // then
         QCOMPARE(f.title(), u"oktober 2026"_s);
     }
 
@@ -318,22 +379,38 @@ private Q_SLOTS:
 
     void shouldFollowADateSelectedElsewhere()
     {
+        // given
         const Fixture f;
+
+        // when
         f.select(u"2026-12-24T00:00:00"_s);
+
+        // then
         QCOMPARE(f.title(), u"december 2026"_s);
         QCOMPARE(f.selected(), QList<int>{24});
+
+        // given another page
         f.click("nextMonth");
+
+        // when
         f.select(u"2027-01-02T00:00:00"_s);
+
+        // then
         QCOMPARE(f.title(), u"januar 2027"_s);
         QCOMPARE(f.selected(), QList<int>{2});
     }
 
     void shouldReportDaysOfAPagedMonth()
     {
+        // given
         const Fixture f;
         f.click("nextMonth");
         f.click("nextMonth");
+
+        // when
         f.click(f.cell(31));
+
+        // then
         QCOMPARE(f.picked(), QVariantList{f.clock.at(u"2027-01-31T00:00:00"_s)});
         QCOMPARE(f.title(), u"januar 2027"_s);
         QCOMPARE(f.selected(), QList<int>{31});
@@ -341,8 +418,13 @@ private Q_SLOTS:
 
     void shouldMoveTodayAtMidnight()
     {
+        // given
         Fixture f;
+
+        // when
         f.clock.set(u"2026-11-21T00:00:00"_s);
+
+        // then
         QCOMPARE(Fixture::font(Fixture::label(f.cell(20))).weight(), QFont::Normal);
         QCOMPARE(Fixture::font(Fixture::label(f.cell(21))).weight(), QFont::Bold);
         QCOMPARE(f.selected(), QList<int>{18});
@@ -350,9 +432,11 @@ private Q_SLOTS:
 
     void shouldShowEveryTitleWhole()
     {
-        // given all months of a year
+        // given
         const Fixture f(u"2026-01-18T00:00:00"_s);
         const double height = f.item("monthGrid")->y();
+
+        // then every title of a year has room
         for (int month = 0; month < 12; ++month) {
             const QQuickItem *const title = f.item("monthTitle");
             QVERIFY2(title->property("contentWidth").toReal() <= title->width(),
@@ -364,20 +448,28 @@ private Q_SLOTS:
 
     void shouldNotTakeTheFocusByAClick()
     {
+        // given
         const Fixture f;
+
+        // when
         f.click("nextMonth");
         f.click("previousMonth");
         f.click(f.cell(3));
+
+        // then
         QVERIFY(f.item("elsewhere")->hasActiveFocus());
     }
 
     void shouldStopTabAtTheChevronsAndTheSelectedDay()
     {
+        // given
         const Fixture f;
         const auto tab = [&f](Qt::Key key = Qt::Key_Tab) {
             QTest::keyClick(f.window.get(), key);
             return f.window->activeFocusItem();
         };
+
+        // then each key leads to the next stop
         QCOMPARE(tab(), f.item("previousMonth"));
         QCOMPARE(tab(), f.item("nextMonth"));
         QCOMPARE(tab(), f.cell(18));
@@ -388,12 +480,21 @@ private Q_SLOTS:
 
     void shouldPickTheFirstDayOfAnotherMonthByKey()
     {
+        // given
         const Fixture f;
         f.click("nextMonth");
+
+        // when
         for (int i = 0; i < 3; ++i)
             QTest::keyClick(f.window.get(), Qt::Key_Tab);
+
+        // then
         QCOMPARE(f.window->activeFocusItem(), f.cell(1));
+
+        // when
         QTest::keyClick(f.window.get(), Qt::Key_Space);
+
+        // then
         QCOMPARE(f.selected(), QList<int>{1});
         QCOMPARE(f.title(), u"december 2026"_s);
         QVERIFY(f.cell(1)->hasActiveFocus());
@@ -416,21 +517,33 @@ private Q_SLOTS:
     {
         QFETCH(QString, from);
         QFETCH(QString, to);
+
+        // given
         const Fixture f(from);
         const int day = from.mid(8, 2).toInt();
         f.cell(day)->forceActiveFocus(Qt::TabFocusReason);
+
+        // when
         f.select(to);
+
+        // then
         QQuickItem *const cell = f.cell(to.mid(8, 2).toInt());
         QVERIFY(cell->hasActiveFocus());
         QVERIFY(cell->property("visualFocus").toBool());
-        // but it does not take it from others
+
+        // given that another has the focus
         f.item("elsewhere")->forceActiveFocus();
+
+        // when
         f.select(from);
+
+        // then it is not taken from it
         QVERIFY(f.item("elsewhere")->hasActiveFocus());
     }
 
     void shouldNameItsControls()
     {
+        // given
         const Fixture f;
         const auto interface = [](QQuickItem *item) {
             return QAccessible::queryAccessibleInterface(item);
@@ -438,6 +551,8 @@ private Q_SLOTS:
         const auto press = [&](QQuickItem *item) {
             interface(item)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
         };
+
+        // then
         for (const auto &[item, name] : {std::pair{"previousMonth", u"Forrige måned"_s},
                                          std::pair{"nextMonth", u"Næste måned"_s}}) {
             QCOMPARE(interface(f.item(item))->role(), QAccessible::Button);
@@ -451,12 +566,24 @@ private Q_SLOTS:
         QCOMPARE(interface(f.cell(3))->text(QAccessible::Name), u"tirsdag 3. november 2026"_s);
         QVERIFY(!interface(f.cell(3))->state().selected);
         QVERIFY(interface(f.cell(18))->state().selected);
+
+        // when
         press(f.cell(3));
+
+        // then
         QVERIFY(interface(f.cell(3))->state().selected);
         QCOMPARE(f.picked().size(), 1);
+
+        // when
         press(f.item("nextMonth"));
+
+        // then
         QCOMPARE(f.title(), u"december 2026"_s);
+
+        // when
         press(f.item("previousMonth"));
+
+        // then
         QCOMPARE(f.title(), u"november 2026"_s);
     }
 };

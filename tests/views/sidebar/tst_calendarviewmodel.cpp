@@ -47,7 +47,10 @@ private:
 private Q_SLOTS:
     void shouldShowTheSelectedMonthAtFirst()
     {
+        // given
         Fixture f(u"2025-03-03T00:00:00"_s);
+
+        // then
         QCOMPARE(f.calendar.title(), u"marts 2025"_s);
         QCOMPARE(f.marked(MonthModel::IsSelectedRole), QList<int>{3});
         QVERIFY(f.marked(MonthModel::IsTodayRole).isEmpty());
@@ -66,9 +69,15 @@ private Q_SLOTS:
         QFETCH(QByteArray, zone);
         QFETCH(int, selected);
         QFETCH(int, today);
+
+        // given
         Fixture f(u"2026-11-20T00:00:00"_s, u"2026-11-20T12:00:00"_s);
         QSignalSpy changes(f.calendar.daysInMonth(), &MonthModel::dataChanged);
+
+        // when
         f.clock.travelTo(zone);
+
+        // then
         QCOMPARE(f.marked(MonthModel::IsSelectedRole), QList<int>{selected});
         QCOMPARE(f.marked(MonthModel::IsTodayRole), QList<int>{today});
         // and each cell stands for the day as it is there
@@ -86,19 +95,33 @@ private Q_SLOTS:
 
     void shouldFollowTheSelectedDayIntoAnotherMonthWhenTheZoneChanges()
     {
+        // given
         Fixture f(u"2026-12-01T00:00:00"_s);
+
+        // when
         f.clock.travelTo("America/New_York");
+
+        // then
         QCOMPARE(f.calendar.title(), u"november 2026"_s);
         QCOMPARE(f.marked(MonthModel::IsSelectedRole), QList<int>{30});
     }
 
     void shouldStayOnAnotherMonthWhenTheZoneChanges()
     {
+        // given
         Fixture f;
         f.calendar.nextMonth();
+
+        // when
         f.clock.travelTo("America/New_York");
+
+        // then
         QCOMPARE(f.calendar.title(), u"december 2026"_s);
+
+        // when
         f.calendar.previousMonth();
+
+        // then
         QCOMPARE(f.marked(MonthModel::IsSelectedRole), QList<int>{19});
     }
 
@@ -114,88 +137,148 @@ private Q_SLOTS:
     {
         QFETCH(int, steps);
         QFETCH(QString, title);
+
+        // given
         Fixture f;
+
+        // when
         for (int i = 0; i < steps; ++i)
             f.calendar.nextMonth();
+
+        // then
         QCOMPARE(f.calendar.title(), title);
     }
 
     void shouldPageFromLongMonthsToShortOnesWithoutSkippingAny()
     {
+        // given
         Fixture f(u"2027-01-31T00:00:00"_s);
+
+        // when
         QStringList titles;
         for (int i = 0; i < 12; ++i) {
             f.calendar.nextMonth();
             titles << f.calendar.title();
         }
+
+        // then
         QCOMPARE(titles.mid(0, 3),
                  (QStringList{u"februar 2027"_s, u"marts 2027"_s, u"april 2027"_s}));
         QCOMPARE(titles.last(), u"januar 2028"_s);
+
+        // when
         for (int i = 0; i < 13; ++i)
             f.calendar.previousMonth();
+
+        // then
         QCOMPARE(f.calendar.title(), u"december 2026"_s);
     }
 
     void shouldTurnToTheMonthOfADateSelectedElsewhere()
     {
+        // given
         Fixture f;
+
+        // when
         f.select(u"2026-12-01T00:00:00"_s);
+
+        // then
         QCOMPARE(f.calendar.title(), u"december 2026"_s);
         QCOMPARE(f.marked(MonthModel::IsSelectedRole), QList<int>{1});
+
+        // when
         f.select(u"2025-12-01T00:00:00"_s);
+
+        // then
         QCOMPARE(f.calendar.title(), u"december 2025"_s);
     }
 
     void shouldLeaveThePageAloneWhenADateOfTheShownMonthIsSelected()
     {
+        // given
         Fixture f;
         QSignalSpy turned(&f.calendar, &CalendarViewModel::titleChanged);
+
+        // when
         f.select(u"2026-11-02T00:00:00"_s);
+
+        // then
         QCOMPARE(turned.count(), 0);
         QCOMPARE(f.marked(MonthModel::IsSelectedRole), QList<int>{2});
-        // also when it was paged to
+
+        // given a month that was paged to
         f.calendar.nextMonth();
         QCOMPARE(turned.count(), 1);
+
+        // when
         f.select(u"2026-12-24T00:00:00"_s);
+
+        // then
         QCOMPARE(turned.count(), 1);
         QCOMPARE(f.marked(MonthModel::IsSelectedRole), QList<int>{24});
     }
 
     void shouldTurnBackWhenAnotherDayOfTheSelectedMonthIsSelected()
     {
+        // given
         Fixture f;
         f.calendar.nextMonth();
         f.calendar.nextMonth();
+
+        // when
         f.select(u"2026-11-21T00:00:00"_s);
+
+        // then
         QCOMPARE(f.calendar.title(), u"november 2026"_s);
     }
 
     void shouldNotChangeTheSelectionByPaging()
     {
+        // given
         Fixture f;
+
+        // when
         f.calendar.previousMonth();
+
+        // then
         QVERIFY(f.marked(MonthModel::IsSelectedRole).isEmpty());
+
+        // when
         f.calendar.nextMonth();
+
+        // then
         QCOMPARE(f.marked(MonthModel::IsSelectedRole), QList<int>{20});
         QCOMPARE(f.marked(MonthModel::IsTodayRole), QList<int>{20});
     }
 
     void shouldMarkTheSelectedDayWhateverTheTimeOfDay()
     {
+        // given
         Fixture f(u"2026-11-20T23:59:59"_s);
+
+        // then
         QCOMPARE(f.marked(MonthModel::IsSelectedRole), QList<int>{20});
     }
 
     void shouldMoveTheMarkOfTodayWithTheClock()
     {
+        // given
         Fixture f(u"2026-11-20T00:00:00"_s, u"2026-11-30T23:59:59"_s);
         QCOMPARE(f.marked(MonthModel::IsTodayRole), QList<int>{30});
+
+        // when
         f.clock.advance(1);
+
+        // then
         QVERIFY(f.marked(MonthModel::IsTodayRole).isEmpty());
         // neither page nor selection follow it
         QCOMPARE(f.calendar.title(), u"november 2026"_s);
         QCOMPARE(f.marked(MonthModel::IsSelectedRole), QList<int>{20});
+
+        // when
         f.calendar.nextMonth();
+
+        // then
         QCOMPARE(f.marked(MonthModel::IsTodayRole), QList<int>{1});
     }
 
@@ -203,6 +286,8 @@ private Q_SLOTS:
     {
         // given a month in which the clock is set back
         Fixture f(u"2026-10-20T00:00:00"_s);
+
+        // then
         QCOMPARE(f.at(3, MonthModel::DayRole).toInt(), 1);
         QCOMPARE(f.at(3, MonthModel::DateRole).toDouble(), f.clock.at(u"2026-10-01T00:00:00"_s));
         QCOMPARE(f.at(27, MonthModel::DateRole).toDouble(), f.clock.at(u"2026-10-25T00:00:00"_s));
@@ -212,7 +297,10 @@ private Q_SLOTS:
 
     void shouldNameEachDayInFull()
     {
+        // given
         Fixture f(u"2025-03-20T00:00:00"_s);
+
+        // then
         QCOMPARE(f.at(7, MonthModel::NameRole).toString(), u"mandag 3. marts 2025"_s);
         QCOMPARE(f.at(0, MonthModel::DayRole).toInt(), 0);
         QCOMPARE(f.at(0, MonthModel::NameRole).toString(), QString());
@@ -227,11 +315,18 @@ private Q_SLOTS:
         QSignalSpy reset(days, &MonthModel::modelReset);
         QSignalSpy removed(days, &MonthModel::rowsRemoved);
         QSignalSpy inserted(days, &MonthModel::rowsInserted);
+
         // when the next one has five
         f.calendar.nextMonth();
+
+        // then
         QCOMPARE(days->rowCount(), 35);
         QCOMPARE(removed.count(), 1);
+
+        // when
         f.calendar.previousMonth();
+
+        // then
         QCOMPARE(days->rowCount(), 42);
         QCOMPARE(inserted.count(), 1);
         QCOMPARE(reset.count(), 0);
@@ -247,8 +342,12 @@ private Q_SLOTS:
     void shouldShowTheMonthOfNowWhileTheSelectedDateIsBeyondTheCalendar()
     {
         QFETCH(double, date);
+
+        // given
         FakeClock clock;
         CalendarViewModel calendar(clock, date);
+
+        // then
         QCOMPARE(calendar.title(), u"november 2026"_s);
         QCOMPARE(calendar.daysInMonth()->rowCount(), 42);
     }

@@ -53,9 +53,12 @@ private Q_SLOTS:
     void shouldShowEveryMonthOfTwoCenturiesInWholeWeeks()
     {
         QFETCH(QByteArray, zone);
-        const Calendar calendar{QTimeZone(zone)};
+
         // given that 1 January 1900 was a Monday
+        const Calendar calendar{QTimeZone(zone)};
         int weekday = 0;
+
+        // then
         for (int year = 1900; year <= 2100; ++year) {
             for (int month = 1; month <= 12; ++month) {
                 const int length = daysIn(year, month);
@@ -83,7 +86,10 @@ private Q_SLOTS:
 
     void shouldShowAFebruaryOfWholeWeeksInFourRows()
     {
+        // when
         const Shape shape(monthGrid({2027, 2, 28}, utc));
+
+        // then
         QCOMPARE(shape.count, 28);
         QCOMPARE(shape.leading, 0);
         QCOMPARE(shape.trailing, 0);
@@ -91,7 +97,10 @@ private Q_SLOTS:
 
     void shouldShowALongMonthThatBeginsOnASaturdayInSixRows()
     {
+        // when
         const Shape shape(monthGrid({2026, 8, 1}, utc));
+
+        // then
         QCOMPARE(shape.leading, 5);
         QCOMPARE(shape.days.size(), 31);
         QCOMPARE(shape.trailing, 6);
@@ -100,8 +109,13 @@ private Q_SLOTS:
 
     void shouldLeaveOutADayThatTheZoneSkips()
     {
-        // Samoa went from 29 to 31 December 2011.
-        const Shape shape(monthGrid({2011, 12, 1}, Calendar(QTimeZone("Pacific/Apia"))));
+        // given that Samoa went from 29 to 31 December 2011
+        const Calendar samoa{QTimeZone("Pacific/Apia")};
+
+        // when
+        const Shape shape(monthGrid({2011, 12, 1}, samoa));
+
+        // then
         QCOMPARE(shape.leading, 3);
         QCOMPARE(shape.days.size(), 30);
         QVERIFY(!shape.days.contains(QDate(2011, 12, 30)));

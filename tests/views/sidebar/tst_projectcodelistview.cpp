@@ -2,8 +2,6 @@
 #include "sectionfixture.h"
 #include "views/sidebar/projectcodelistviewmodel.h"
 
-#include <cmath>
-
 using namespace Qt::StringLiterals;
 using qmltest::findItem;
 
@@ -46,121 +44,128 @@ private:
 private Q_SLOTS:
     void shouldLayOutHeaderAndEmptyText()
     {
+        // given
         const Fixture f;
-        QCOMPARE(f.text(f.item("sectionTitle")), u"Projektkoder"_s);
-        QCOMPARE(f.font(f.item("sectionTitle")).pixelSize(), 12);
-        QCOMPARE(f.font(f.item("sectionTitle")).weight(), QFont::DemiBold);
-        QCOMPARE(f.color(f.item("sectionTitle")), Theme().secondary());
-        QCOMPARE(f.place("sectionTitle").left(), 12.0 + 8);
-        QCOMPARE(f.place("plusButton").right(), 180.0 - 12 - 8);
-        QVERIFY(f.item("emptyText")->isVisible());
-        QCOMPARE(f.text(f.item("emptyText")), u"Ingen projektkoder"_s);
-        QCOMPARE(f.font(f.item("emptyText")).pixelSize(), 11);
-        QCOMPARE(f.color(f.item("emptyText")), Theme().tertiary());
-        QCOMPARE(f.place("emptyText").left(), 12.0 + 8);
-        QCOMPARE(f.place("emptyText").top(), f.place("sectionHeader").bottom() + 8);
+
+        // then
+        QCOMPARE(layout::deviations(f.root(),
+                                    f.emptySection(u"Projektkoder"_s, u"Ingen projektkoder"_s)),
+                 QStringList());
     }
 
     void shouldLayOutTheForm()
     {
+        // given
         const Fixture f(1);
+
+        // when
         f.click("plusButton");
-        const QRectF code = f.place("codeField");
-        const QRectF name = f.place("nameField");
-        const QRectF add = f.place("addButton");
-        const QRectF cancel = f.place("cancelButton");
-        QCOMPARE(code.left(), 12.0 + 8);
-        QCOMPARE(code.width(), 60.0);
-        QCOMPARE(code.top(), f.place("sectionHeader").bottom() + 8);
-        QCOMPARE(name.left(), code.right() + 4);
-        QCOMPARE(name.right(), 180.0 - 12 - 8);
-        QCOMPARE(name.top(), code.top());
-        QCOMPARE(add.top(), code.bottom() + 4);
-        QCOMPARE(cancel.right(), name.right());
-        QCOMPARE(add.right() + 8, cancel.left());
-        QCOMPARE(f.place("sectionList").top(), cancel.bottom() + 8);
-        for (const auto &[field, placeholder] :
-             {std::pair{"codeField", u"Kode"_s}, std::pair{"nameField", u"Navn (valgfrit)"_s}}) {
-            const QQuickItem *const item = f.item(field);
-            QCOMPARE(item->property("placeholderText").toString(), placeholder);
-            QCOMPARE(f.font(item).pixelSize(), 11);
-            QCOMPARE(item->property("leftPadding").toInt(), 6);
-            QCOMPARE(item->property("rightPadding").toInt(), 6);
-            QCOMPARE(item->height(), item->property("contentHeight").toReal() + 8);
-            QCOMPARE(f.window->colorAt({f.place(item).right() - 3, f.place(item).center().y()}),
+
+        // then
+        // clang-format off
+        QCOMPARE(layout::deviations(f.root(), {
+                     {u"codeField.left"_s, 12 + 8},
+                     {u"codeField.width"_s, 60},
+                     {u"codeField.top - sectionHeader.bottom"_s, 8},
+                     {u"nameField.left - codeField.right"_s, 4},
+                     {u"section.right - nameField.right"_s, 12 + 8},
+                     {u"nameField.top - codeField.top"_s, 0},
+                     {u"addButton.top - codeField.bottom"_s, 4},
+                     {u"cancelButton.left - addButton.right"_s, 8},
+                     {u"nameField.right - cancelButton.right"_s, 0},
+                     {u"sectionList.top - cancelButton.bottom"_s, 8},
+                 }),
+                 QStringList());
+        // clang-format on
+        QCOMPARE(layout::deviations(f.root(), f.formField(u"codeField"_s, u"Kode"_s)),
+                 QStringList());
+        QCOMPARE(layout::deviations(f.root(), f.formField(u"nameField"_s, u"Navn (valgfrit)"_s)),
+                 QStringList());
+        QCOMPARE(layout::deviations(f.root(), f.formButtons()), QStringList());
+        for (const QRectF &field : {f.place("codeField"), f.place("nameField")}) {
+            QCOMPARE(f.window->colorAt({field.right() - 3, field.center().y()}),
                      Theme().textBackground());
-        }
-        for (const auto &[button, symbol, color] :
-             {std::tuple{"addButton", u"checkmark"_s, Theme().green()},
-              std::tuple{"cancelButton", u"xmark"_s, Theme().red()}}) {
-            QCOMPARE(f.item(button)->property("symbol").toString(), symbol);
-            QCOMPARE(f.item(button)->property("symbolSize").toInt(), 9);
-            QCOMPARE(f.item(button)->property("symbolColor").value<QColor>(), color);
         }
     }
 
     void shouldLayOutItsRows()
     {
+        // given a code alone, and one with a name
         const Fixture f(2);
-        const QRectF list = f.place("sectionList");
-        QCOMPARE(f.entries().size(), 2);
-        const QRectF first = f.place(f.entries().at(0));
-        const QRectF second = f.place(f.entries().at(1));
-        QCOMPARE(first.topLeft(), list.topLeft());
-        QCOMPARE(first.width(), 156.0);
-        QCOMPARE(second.top(), first.bottom() + 2);
+        const QList<QQuickItem *> entries = f.entries();
 
-        // the code alone
-        const QQuickItem *const code = f.inEntry(0, "codeText");
-        QCOMPARE(f.text(code), u"470"_s);
-        QCOMPARE(f.font(code).pixelSize(), 11);
-        QCOMPARE(f.font(code).weight(), QFont::Medium);
-        QCOMPARE(f.color(code), Theme().primary());
-        QVERIFY(!f.inEntry(0, "nameText")->isVisible());
-        QCOMPARE(f.place(code).left(), first.left() + 8 + 14 + 6);
-        QCOMPARE(f.place(code).right(), first.right() - 8 - 6);
-        QCOMPARE(first.height(), std::max(14.0, code->height()) + 12);
-
-        // code and name
-        const QRectF above = f.place(f.inEntry(1, "codeText"));
-        const QQuickItem *const name = f.inEntry(1, "nameText");
-        QVERIFY(name->isVisible());
-        QCOMPARE(f.text(name), u"Support"_s);
-        QCOMPARE(f.font(name).pixelSize(), 10);
-        QCOMPARE(f.color(name), Theme().secondary());
-        QCOMPARE(above.top(), second.top() + 6);
-        QCOMPARE(f.place(name).top(), above.bottom() + 1);
-        QCOMPARE(f.place(name).left(), above.left());
-        QCOMPARE(second.bottom(), f.place(name).bottom() + 6);
+        // then
+        QCOMPARE(entries.size(), 2);
+        for (int row = 0; row < 2; ++row)
+            QCOMPARE(f.place(f.inEntry(row, "entryBackground")), f.place(entries.at(row)));
+        const Theme theme;
+        // clang-format off
+        QCOMPARE(layout::deviations(f.root(), {
+                     {u"entryBackground[0].left - sectionList.left"_s, 0},
+                     {u"entryBackground[0].top - sectionList.top"_s, 0},
+                     {u"entryBackground[0].width"_s, 156},
+                     {u"entryBackground[1].top - entryBackground[0].bottom"_s, 2},
+                     {u"codeText[0].text"_s, u"470"_s},
+                     {u"codeText[0].font.pixelSize"_s, 11},
+                     {u"codeText[0].font.weight"_s, QFont::Medium},
+                     {u"codeText[0].color"_s, theme.primary()},
+                     {u"codeText[0].left - entryBackground[0].left"_s, 8 + 14 + 6},
+                     {u"entryBackground[0].right - codeText[0].right"_s, 8 + 6},
+                     {u"nameText[0].visible"_s, false},
+                     {u"nameText[1].visible"_s, true},
+                     {u"nameText[1].text"_s, u"Support"_s},
+                     {u"nameText[1].font.pixelSize"_s, 10},
+                     {u"nameText[1].color"_s, theme.secondary()},
+                     {u"codeText[1].top - entryBackground[1].top"_s, 6},
+                     {u"nameText[1].top - codeText[1].bottom"_s, 1},
+                     {u"nameText[1].left - codeText[1].left"_s, 0},
+                     {u"entryBackground[1].bottom - nameText[1].bottom"_s, 6},
+                 }),
+                 QStringList());
+        // clang-format on
+        QCOMPARE(entries.at(0)->height(), std::max(14.0, f.inEntry(0, "codeText")->height()) + 12);
     }
 
     void shouldMarkTheRowUnderThePointer()
     {
+        // given
         const Fixture f(2);
         const QRectF row = f.place(f.entries().at(1));
-        f.window->hover((row.bottomRight() - QPointF(3, 3)).toPoint());
-        QTRY_VERIFY(f.entries().at(1)->property("isHovered").toBool());
         const QQuickItem *const background = f.inEntry(1, "entryBackground");
-        QVERIFY(background->isVisible());
-        QCOMPARE(background->opacity(), 0.15);
-        QCOMPARE(f.color(background), Theme().brandAccent());
-        QCOMPARE(background->property("radius").toInt(), 4);
-        const QQuickItem *const mark = f.inEntry(1, "deleteMark");
-        QCOMPARE(f.place(mark).right(), row.right() - 8);
-        QVERIFY(std::abs(f.place(mark).center().y() - row.center().y()) <= 0.5);
-        QCOMPARE(f.place(f.inEntry(1, "nameText")).right() + 6 + 6, f.place(mark).left());
+
+        // when
+        f.window->hover((row.bottomRight() - QPointF(3, 3)).toPoint());
+
+        // then
+        QTRY_VERIFY(f.entries().at(1)->property("isHovered").toBool());
+        QCOMPARE(f.place(background), row);
+        QCOMPARE(layout::deviations(f.entries().at(1), f.hoveredEntry(u"nameText"_s, 6 + 6)),
+                 QStringList());
         QCOMPARE(f.place(f.entries().at(1)), row);
+
+        // when
         f.window->hover({1, 399});
+
+        // then
         QTRY_VERIFY(!f.entries().at(1)->property("isHovered").toBool());
         QVERIFY(!background->isVisible());
     }
 
     void shouldDeleteWithoutAskingAndOnlyByTheMark()
     {
+        // given
         Fixture f(3);
+
+        // when
         f.click(f.inEntry(1, "codeText"));
+
+        // then
         QCOMPARE(f.names().size(), 3);
+
+        // when
         f.click(f.inEntry(1, "deleteMark"));
+
+        // then
         QCOMPARE(f.names(), (QStringList{u"470"_s, u"472"_s}));
         QTRY_COMPARE(f.entries().size(), 2);
         QVERIFY(f.item("elsewhere")->hasActiveFocus());
@@ -188,9 +193,13 @@ private Q_SLOTS:
 
         // when
         clickAt(1'000'000);
+
+        // then
         QCOMPARE(f.names(), (QStringList{u"471"_s, u"472"_s}));
         QTRY_VERIFY(f.entries().at(0)->property("isHovered").toBool());
         QVERIFY(f.place(f.inEntry(0, "deleteMark")).contains(mark));
+
+        // when
         clickAt(1'000'100);
 
         // then
@@ -221,19 +230,34 @@ private Q_SLOTS:
 
     void shouldAddWithReturnInTheNameFieldAndNotInTheCodeField()
     {
+        // given
         Fixture f;
         f.click("plusButton");
+
+        // then
         QVERIFY(f.item("codeField")->hasActiveFocus());
+
+        // when
         f.type(u" abc "_s);
         f.press(Qt::Key_Return);
         f.press(Qt::Key_Enter);
+
+        // then
         QVERIFY(f.maybe("codeField"));
         QVERIFY(f.item("codeField")->hasActiveFocus());
         QVERIFY(f.names().isEmpty());
+
+        // when
         f.press(Qt::Key_Tab);
+
+        // then
         QVERIFY(f.item("nameField")->hasActiveFocus());
+
+        // when
         f.type(u" Support "_s);
         f.press(Qt::Key_Return);
+
+        // then
         QCOMPARE(f.names(), QStringList{u"abc – Support"_s});
         QVERIFY(!f.maybe("codeField"));
         QTRY_COMPARE(f.entries().size(), 1);
@@ -243,92 +267,163 @@ private Q_SLOTS:
 
     void shouldAddWithTheCheckmark()
     {
+        // given
         Fixture f;
         f.enter(u"4711"_s, u"   "_s);
+
+        // when
         f.click("addButton");
+
+        // then
         QCOMPARE(f.names(), QStringList{u"4711"_s});
         QTRY_COMPARE(f.entries().size(), 1);
         QVERIFY(!f.inEntry(0, "nameText")->isVisible());
-        // the same code again
+
+        // when the same code is entered again
         f.enter(u"4711"_s, u"Support"_s);
         f.click("addButton");
+
+        // then
         QCOMPARE(f.names(), (QStringList{u"4711"_s, u"4711 – Support"_s}));
         QTRY_COMPARE(f.entries().size(), 2);
     }
 
     void shouldKeepTheFormOpenWithoutACode()
     {
+        // given
         Fixture f;
         f.enter(u"  "_s, u"Support"_s);
+
+        // then
         QVERIFY(!f.item("addButton")->isEnabled());
         QVERIFY(f.item("addButton")->opacity() < 0.6);
+
+        // when
         f.press(Qt::Key_Return);
         f.click("addButton");
+
+        // then
         QVERIFY(f.names().isEmpty());
         QCOMPARE(f.text(f.item("codeField")), u"  "_s);
         QCOMPARE(f.text(f.item("nameField")), u"Support"_s);
+
+        // when
         f.click("codeField");
         f.type(u"1"_s);
+
+        // then
         QVERIFY(f.item("addButton")->isEnabled());
         QCOMPARE(f.item("addButton")->opacity(), 1.0);
     }
 
     void shouldEmptyBothFieldsWhenPlusIsPressedAgain()
     {
+        // given
         Fixture f;
         f.enter(u"4711"_s, u"Support"_s);
+
+        // when
         f.click("plusButton");
+
+        // then
         QCOMPARE(f.text(f.item("codeField")), QString());
         QCOMPARE(f.text(f.item("nameField")), QString());
         QVERIFY(f.item("codeField")->hasActiveFocus());
+
+        // given the form filled again
         f.enter(u"4711"_s, u"Support"_s);
+
+        // when
         f.click("cancelButton");
+
+        // then
         QVERIFY(!f.maybe("codeField"));
         QVERIFY(f.names().isEmpty());
+
+        // when
         f.click("plusButton");
+
+        // then
         QCOMPARE(f.text(f.item("codeField")), QString());
         QCOMPARE(f.text(f.item("nameField")), QString());
     }
 
     void shouldLeaveEscapeToItsOwner()
     {
+        // given
         Fixture f;
         f.enter(u"4711"_s, u"Support"_s);
+
+        // when
         f.press(Qt::Key_Escape);
+
+        // then
         QCOMPARE(f.keys(), QVariantList{int(Qt::Key_Escape)});
         QVERIFY(f.maybe("codeField"));
     }
 
     void shouldLeaveTheKeyboardToItsOwnerAfterTheFormHasClosed()
     {
+        // given
         Fixture f;
         f.enter(u"4711"_s, u"Support"_s);
         f.press(Qt::Key_Return);
+
+        // when
         f.press(Qt::Key_Down);
+
+        // then
         QCOMPARE(f.keys(), QVariantList{int(Qt::Key_Down)});
+
+        // given a form that was cancelled
         f.enter(u"4712"_s, u"Support"_s);
         f.click("cancelButton");
+
+        // when
         f.press(Qt::Key_Up);
+
+        // then
         QCOMPARE(f.keys(), (QVariantList{int(Qt::Key_Down), int(Qt::Key_Up)}));
     }
 
     void shouldBeUsableByKeyAlone()
     {
+        // given
         Fixture f(1);
+
+        // when
         f.press(Qt::Key_Tab);
         f.press(Qt::Key_Space);
+
+        // then
         QVERIFY(f.item("codeField")->hasActiveFocus());
+
+        // when
         f.type(u"4711"_s);
         f.press(Qt::Key_Tab);
         f.press(Qt::Key_Tab);
+
+        // then
         QVERIFY(f.item("addButton")->hasActiveFocus());
+
+        // when
         f.press(Qt::Key_Space);
+
+        // then
         QCOMPARE(f.names(), (QStringList{u"470"_s, u"4711"_s}));
+
+        // when
         f.item("plusButton")->forceActiveFocus(Qt::TabFocusReason);
         f.press(Qt::Key_Tab);
+
+        // then
         QVERIFY(f.inEntry(0, "deleteMark")->hasActiveFocus());
         QVERIFY(f.entries().at(0)->property("isHovered").toBool());
+
+        // when
         f.press(Qt::Key_Space);
+
+        // then
         QCOMPARE(f.names(), QStringList{u"4711"_s});
     }
 
@@ -345,10 +440,13 @@ private Q_SLOTS:
     void shouldShowUnusualTextsInOrder()
     {
         QFETCH(QString, text);
+
+        // given
         Fixture f(text, text);
         const QQuickItem *const code = f.inEntry(0, "codeText");
         const QQuickItem *const name = f.inEntry(0, "nameText");
-        // the code whole, the name on one line
+
+        // then the code is whole, the name on one line
         QCOMPARE(f.text(code), text);
         QVERIFY(!code->property("truncated").toBool());
         QVERIFY(code->property("contentWidth").toReal() <= code->width());
@@ -361,22 +459,36 @@ private Q_SLOTS:
 
     void shouldShowALongNameWholeInATooltip()
     {
+        // given
         const QString name = u"Support for en meget stor kunde"_s;
         const Fixture f(u"4711"_s, name);
+
+        // when
         f.hover(f.inEntry(0, "nameText"));
+
+        // then
         QTRY_VERIFY(findItem(f.window->contentItem(), u"helpTip"_s));
         QCOMPARE(f.text(findItem(f.window->contentItem(), u"helpTip"_s)), name);
     }
 
     void shouldScrollAsAWholeWhenItsShareIsTooSmall()
     {
+        // given
         Fixture f(3, 50);
         f.click("plusButton");
         f.type(u"4711"_s);
+
+        // when
         f.scrollDown({90, 6});
+
+        // then
         QTRY_VERIFY(f.place("cancelButton").bottom() <= 50);
         QTRY_VERIFY(!f.item("section")->property("moving").toBool());
+
+        // when
         f.click("addButton");
+
+        // then
         QCOMPARE(f.names().size(), 4);
         // the page goes back to where the content now ends
         QTRY_VERIFY(f.item("section")->property("contentY").toReal() <=
@@ -385,6 +497,7 @@ private Q_SLOTS:
 
     void shouldNameItsControls()
     {
+        // given
         Fixture f(u"4711"_s, u"Support"_s);
         const auto expect = [&](QQuickItem *item, QAccessible::Role role, const QString &name) {
             QVERIFY(f.accessible(item));
@@ -392,20 +505,34 @@ private Q_SLOTS:
             QCOMPARE(f.accessibleName(item), name);
             QVERIFY(!f.accessible(item)->state().invisible);
         };
+
+        // then
         expect(f.item("plusButton"), QAccessible::Button, u"Ny projektkode"_s);
         expect(f.item("sectionList"), QAccessible::List, u"Projektkoder"_s);
         expect(f.entries().at(0), QAccessible::ListItem, u"4711 – Support"_s);
         expect(f.inEntry(0, "codeText"), QAccessible::StaticText, u"4711"_s);
         expect(f.inEntry(0, "nameText"), QAccessible::StaticText, u"Support"_s);
         expect(f.inEntry(0, "deleteMark"), QAccessible::Button, u"Slet projektkode 4711"_s);
+
+        // when
         f.pressAccessibly(f.item("plusButton"));
+
+        // then
         expect(f.item("codeField"), QAccessible::EditableText, u"Kode"_s);
         expect(f.item("nameField"), QAccessible::EditableText, u"Navn (valgfrit)"_s);
         expect(f.item("addButton"), QAccessible::Button, u"Tilføj projektkode"_s);
         expect(f.item("cancelButton"), QAccessible::Button, u"Annuller"_s);
+
+        // when
         f.pressAccessibly(f.item("cancelButton"));
+
+        // then
         QVERIFY(!f.maybe("codeField"));
+
+        // when
         f.pressAccessibly(f.inEntry(0, "deleteMark"));
+
+        // then
         QVERIFY(f.names().isEmpty());
         QTRY_VERIFY(f.item("emptyText")->isVisible());
     }

@@ -69,45 +69,79 @@ private:
 private Q_SLOTS:
     void shouldListTemplatesBySortOrder()
     {
+        // given
         Fixture f;
         f.store.insert<TaskTemplate>(u"c"_s, 2);
         f.store.insert<TaskTemplate>(u"a"_s, 0);
         TaskTemplate *const b = f.store.insert<TaskTemplate>(u"b"_s, 1);
+
+        // then
         QCOMPARE(names(f.templates), (QStringList{u"a"_s, u"b"_s, u"c"_s}));
+
+        // when
         b->setSortOrder(5);
+
+        // then
         QCOMPARE(names(f.templates), (QStringList{u"a"_s, u"c"_s, u"b"_s}));
     }
 
     void shouldSayThatThereIsNoneOnlyWhileTheFormIsClosed()
     {
+        // given
         Fixture f;
         QSignalSpy changed(&f.templates, &SectionViewModel::showEmptyTextChanged);
+
+        // then
         QVERIFY(f.templates.showEmptyText());
+
+        // when
         f.templates.startAdding();
+
+        // then
         QVERIFY(!f.templates.showEmptyText());
+
+        // when
         f.templates.cancelAdding();
+
+        // then
         QVERIFY(f.templates.showEmptyText());
         QVERIFY(changed.count() >= 2);
+
+        // when
         f.addTemplate(u"Møde"_s);
+
+        // then
         QVERIFY(!f.templates.showEmptyText());
+
+        // when
         f.templates.deleteTemplate(f.taskTemplate(0));
+
+        // then
         QVERIFY(f.templates.showEmptyText());
     }
 
     void shouldAddATrimmedTemplateAtTheEndAndCloseTheForm()
     {
+        // given
         Fixture f;
         f.addTemplate(u"Frokost"_s);
         QSignalSpy added(&f.templates, &SectionViewModel::added);
+
+        // when
         f.addTemplate(u"  Møde  "_s);
+
+        // then
         QCOMPARE(names(f.templates), (QStringList{u"Frokost"_s, u"Møde"_s}));
         QCOMPARE(f.taskTemplate(1)->sortOrder(), 1);
         QCOMPARE(f.taskTemplate(1)->createdAt(), f.clock.now());
         QVERIFY(!f.templates.isAdding());
         QCOMPARE(f.templates.newTemplateName(), QString());
         QCOMPARE(added, (QList<QVariantList>{{1}}));
-        // and another of that name
+
+        // when another of that name is added
         f.addTemplate(u"Møde"_s);
+
+        // then
         QCOMPARE(names(f.templates), (QStringList{u"Frokost"_s, u"Møde"_s, u"Møde"_s}));
     }
 
@@ -123,11 +157,19 @@ private Q_SLOTS:
     void shouldNotAddATemplateOfBlanks()
     {
         QFETCH(QString, text);
+
+        // given
         Fixture f;
         f.templates.startAdding();
         f.templates.setNewTemplateName(text);
+
+        // then
         QVERIFY(!f.templates.canAdd());
+
+        // when
         f.templates.addTemplate();
+
+        // then
         QVERIFY(f.templates.isAdding());
         QCOMPARE(f.templates.newTemplateName(), text);
         QVERIFY(names(f.templates).isEmpty());
@@ -149,16 +191,27 @@ private Q_SLOTS:
     {
         QFETCH(QString, entered);
         QFETCH(QString, stored);
+
+        // given
         Fixture f;
+
+        // when
         f.addTemplate(entered);
+
+        // then
         QCOMPARE(names(f.templates), QStringList{stored});
+
+        // when
         f.addCode(entered, entered);
+
+        // then
         QCOMPARE(f.code(0)->code(), stored);
         QCOMPARE(f.code(0)->name(), stored);
     }
 
     void shouldListWhatWasAddedAfterARestart()
     {
+        // given
         const FakeClock clock;
         TestStore store(clock);
         {
@@ -167,8 +220,12 @@ private Q_SLOTS:
             templates.setNewTemplateName(u"Møde"_s);
             templates.addTemplate();
         }
+
+        // when
         store.reopen();
         TemplateListViewModel templates(store.context());
+
+        // then
         QCOMPARE(names(templates), QStringList{u"Møde"_s});
     }
 
@@ -179,8 +236,10 @@ private Q_SLOTS:
         for (const QString &name : {u"a"_s, u"b"_s, u"c"_s})
             f.addTemplate(name);
         f.templates.deleteTemplate(f.taskTemplate(1));
+
         // when another is added
         f.addTemplate(u"d"_s);
+
         // then two have the same order, and both are listed
         QCOMPARE(names(f.templates), (QStringList{u"a"_s, u"c"_s, u"d"_s}));
         QCOMPARE(f.taskTemplate(1)->sortOrder(), 2);
@@ -193,42 +252,69 @@ private Q_SLOTS:
         Fixture f;
         f.store.insert<TaskTemplate>(u"last"_s, 10);
         QSignalSpy added(&f.templates, &SectionViewModel::added);
+
+        // when
         f.addTemplate(u"first"_s);
+
+        // then
         QCOMPARE(added, (QList<QVariantList>{{0}}));
     }
 
     void shouldEmptyTheFormEachTimeItIsOpened()
     {
+        // given
         Fixture f;
         QSignalSpy started(&f.templates, &SectionViewModel::addingStarted);
         f.templates.startAdding();
         f.templates.setNewTemplateName(u"Halv"_s);
+
+        // when
         f.templates.startAdding();
+
+        // then
         QVERIFY(f.templates.isAdding());
         QCOMPARE(f.templates.newTemplateName(), QString());
         QCOMPARE(started.count(), 2);
+
+        // when
         f.templates.setNewTemplateName(u"Halv"_s);
         f.templates.cancelAdding();
+
+        // then
         QVERIFY(!f.templates.isAdding());
         QCOMPARE(f.templates.newTemplateName(), QString());
 
+        // given a form of two fields
         f.codes.startAdding();
         f.codes.setNewCode(u"1"_s);
         f.codes.setNewName(u"2"_s);
+
+        // when
         f.codes.startAdding();
+
+        // then
         QCOMPARE(f.codes.newCode() + f.codes.newName(), QString());
+
+        // when
         f.codes.setNewCode(u"1"_s);
         f.codes.setNewName(u"2"_s);
         f.codes.cancelAdding();
+
+        // then
         QVERIFY(!f.codes.isAdding());
         QCOMPARE(f.codes.newCode() + f.codes.newName(), QString());
     }
 
     void shouldAddATrimmedCodeWithItsNameAtTheEnd()
     {
+        // given
         Fixture f;
         f.addCode(u"4711"_s);
+
+        // when
         f.addCode(u"\t4712 "_s, u" Support "_s);
+
+        // then
         QCOMPARE(codes(f.codes), (QStringList{u"4711"_s, u"4712 – Support"_s}));
         QCOMPARE(f.code(1)->sortOrder(), 1);
         QVERIFY(!f.codes.isAdding());
@@ -237,12 +323,19 @@ private Q_SLOTS:
 
     void shouldNotAddACodeOfBlanks()
     {
+        // given
         Fixture f;
         f.codes.startAdding();
         f.codes.setNewCode(u"  "_s);
         f.codes.setNewName(u"Support"_s);
+
+        // then
         QVERIFY(!f.codes.canAdd());
+
+        // when
         f.codes.addProjectCode();
+
+        // then
         QVERIFY(f.codes.isAdding());
         QCOMPARE(f.codes.newCode(), u"  "_s);
         QCOMPARE(f.codes.newName(), u"Support"_s);
@@ -251,46 +344,75 @@ private Q_SLOTS:
 
     void shouldStoreANameOfBlanksAsNone()
     {
+        // given
         Fixture f;
+
+        // when
         f.addCode(u"4711"_s, u"  "_s + NoBreakSpace);
+
+        // then
         QCOMPARE(f.code(0)->name(), QString());
         QCOMPARE(f.code(0)->displayName(), u"4711"_s);
     }
 
     void shouldKeepTheCaseOfACode()
     {
+        // given
         Fixture f;
+
+        // when
         f.addCode(u"abc"_s);
+
+        // then
         QCOMPARE(f.code(0)->code(), u"abc"_s);
     }
 
     void shouldAddACodeThatThereIsAlready()
     {
+        // given
         Fixture f;
         f.addCode(u"4711"_s);
+
+        // when
         f.addCode(u"4711"_s);
+
+        // then
         QCOMPARE(codes(f.codes), (QStringList{u"4711"_s, u"4711"_s}));
         QVERIFY(f.code(0)->id() != f.code(1)->id());
     }
 
     void shouldLeaveTasksAloneWhenTheirCodeIsDeleted()
     {
+        // given
         Fixture f;
         f.addCode(u"4711"_s);
         const Task *const task =
             f.store.insert<Task>(u"Møde"_s, f.clock.now(), std::optional<QString>(u"4711"_s));
+
+        // when
         f.codes.deleteProjectCode(f.code(0));
+
+        // then
         QVERIFY(codes(f.codes).isEmpty());
         QCOMPARE(task->projectCode(), std::optional<QString>(u"4711"_s));
     }
 
     void shouldFollowRecordsAddedAndDeletedElsewhere()
     {
+        // given
         Fixture f;
         ProjectCodeListViewModel other(f.store.context());
+
+        // when
         f.addCode(u"4711"_s);
+
+        // then
         QCOMPARE(codes(other), QStringList{u"4711"_s});
+
+        // when
         other.deleteProjectCode(f.code(0));
+
+        // then
         QVERIFY(codes(f.codes).isEmpty());
     }
 };
