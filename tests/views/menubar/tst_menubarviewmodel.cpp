@@ -33,7 +33,7 @@ private:
     static QStringList names(const MenuBarViewModel &panel)
     {
         QStringList names;
-        const QList<Task *> tasks = panel.todaysTasks();
+        const QList<Task *> &tasks = panel.todaysTasks();
         for (const Task *task : tasks)
             names << task->name();
         return names;
