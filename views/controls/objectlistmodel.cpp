@@ -7,7 +7,8 @@
 
 void ObjectListModel::setObjects(const QList<QObject *> &objects)
 {
-    if (m_objects == objects)
+    // QList's own comparison passes null to memcmp() where both are empty.
+    if (std::ranges::equal(m_objects, objects))
         return;
     const qsizetype oldCount = m_objects.size();
     QHash<QObject *, qsizetype> place;
