@@ -232,13 +232,28 @@ class Program:
             if "X Error" not in run.stderr:
                 return run.stdout.split()
 
+    def shown_places(self):
+        """Where the X server shows the program's windows: x, y, width, height."""
+        places = []
+        for window in self.visible_windows(""):
+            told = subprocess.run(["xwininfo", "-id", window], capture_output=True, text=True,
+                                  check=False).stdout
+            numbers = [re.search(rf"{what}:\s+(-?\d+)", told)
+                       for what in ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height")]
+            if all(numbers):
+                places.append(tuple(int(number[1]) for number in numbers))
+        return places
+
     # Acting
 
     def click(self, node):
-        """Clicks the middle of something once it stands still."""
+        """Clicks the middle of something once it stands still, and its window is shown where the
+        program has asked for it to be: until then, the click would go elsewhere.
+        """
         def still():
-            place = node.get_extents()
-            time.sleep(0.03)
+            place, window = node.get_extents(), node.get_window().get_extents()
+            if tuple(window) not in self.shown_places():
+                return None
             return place if place == node.get_extents() and place[2] > 0 and place[3] > 0 else None
         x, y, width, height = wait_until(still, f'"{node.get_name()}" stands still')
         xdotool("mousemove", x + width // 2, y + height // 2, "click", 1)

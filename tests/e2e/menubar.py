@@ -46,6 +46,16 @@ class MenuBarProgram(DayProgram):
             return subprocess.run(command, check=False).returncode == 0
         wait_until(is_activated, f'the window "{pattern}" is active')
 
+    def come_back(self):
+        """Opens the main window from the panel. The panel that is opened next would be closed by it,
+        if it got the keyboard only then.
+        """
+        self.press_in_panel("Åbn Time Tracker")
+        self.see_in_main(f"Sæt på pause: {TASK}")
+        self.see_window()
+        self.see_no_window_called(PANEL)
+        self.wait_for_clock(TASK, self.clock(TASK)[0] + 1)
+
     def close_main_window(self):
         self.activate(f"^{TITLE}$")
         self.close_window()
@@ -127,20 +137,14 @@ class MenuBar(harness.Story):
     def leave_and_come_back(self, program):
         program.close_main_window()
         desktop.click_item()
-        program.press_in_panel("Åbn Time Tracker")
-        program.see_in_main(f"Sæt på pause: {TASK}")
-        program.see_no_window_called(PANEL)
-        program.wait_for_clock(TASK, program.clock(TASK)[0] + 1)
+        program.come_back()
 
     def stop_and_start_while_closed(self, program):
         program.close_main_window()
         desktop.click_item()
         program.press_in_panel(f"Sæt på pause: {TASK}")
         program.press_in_panel(f"Start {TASK}")
-        program.press_in_panel("Åbn Time Tracker")
-        program.see_in_main(f"Sæt på pause: {TASK}")
-        program.see_no_window_called(PANEL)
-        program.wait_for_clock(TASK, program.clock(TASK)[0] + 1)
+        program.come_back()
 
     def stop_from_panel_and_quit(self, program):
         desktop.click_item()

@@ -55,6 +55,13 @@ class Node:
         children, = self._call(NAMES + "Accessible", "GetChildren")
         return [Node(*child) for child in children if not child[1].endswith("/null")]
 
+    def get_window(self):
+        """What it is in and stands below the application: a window."""
+        node, parent = self, Node(*self._property("Accessible", "Parent"))
+        while parent.get_role() != Atspi.Role.APPLICATION:
+            node, parent = parent, Node(*parent._property("Accessible", "Parent"))
+        return node
+
     def get_name(self):
         return self._property("Accessible", "Name")
 
