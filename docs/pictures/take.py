@@ -10,7 +10,7 @@ sys.path.insert(0, str(pathlib.Path(__file__).parents[2] / "tests" / "e2e"))
 
 import desktop
 import harness
-from appearance import DARK, LIGHT, Portal, ground, window
+from appearance import DARK, LIGHT, Portal, ground
 from harness import TITLE, press, wait_until, xdotool
 from menubar import MenuBarProgram
 from sidecolumn import SideColumnProgram
@@ -101,11 +101,13 @@ class Pictures(harness.Story):
         for scheme, name in ((LIGHT, "light"), (DARK, "dark")):
             portal = Portal(scheme)
             with self.running() as program:
-                xdotool("windowsize", "--sync", window(), *(side * SCALE for side in SIZE))
-                wait_until(lambda: (ground() < 80) == (scheme == DARK), "the colours are there")
+                [window] = program.visible_windows()
+                xdotool("windowsize", "--sync", window, *(side * SCALE for side in SIZE))
+                wait_until(lambda: (ground(program) < 80) == (scheme == DARK),
+                           "the colours are there")
                 program.see_running(RUNNING)
                 self.move_pointer_away()
-                self.take(name, ["import", "-silent", "-window", window(), "png:-"])
+                self.take(name, ["import", "-silent", "-window", window, "png:-"])
                 program.quit()
                 program.ends_well()
             portal.close()
