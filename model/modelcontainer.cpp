@@ -17,11 +17,14 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cstring>
+#include <thread>
 
 using namespace Qt::StringLiterals;
 
@@ -70,10 +73,105 @@ std::string quoted(const QString &path)
                    detail);
 }
 
+/// What to do about @p error in using @p path, where chmod gives the @p rights that it takes.
+std::string remedy(int error, const QString &path, const std::string &rights)
+{
+    if (error == EPERM)
+        return " (it is marked as immutable). This takes the mark away: chattr -i " + quoted(path);
+    struct stat status {
+    };
+    ::stat(QFile::encodeName(path).constData(), &status);
+    const QString mode = QString::asprintf("%04o", static_cast<unsigned>(status.st_mode & 07777));
+    return " (mode " + mode.toStdString() + "). If it is yours, this gives them to you: chmod u+" +
+           rights + ' ' + quoted(path);
+}
+
+/// What @p error in making or writing files in @p directory means, and what to do about it.
+std::string explained(int error, const QString &directory)
+{
+    struct statvfs disk {
+    };
+    switch (error) {
+    case ENOSPC:
+    case EDQUOT:
+        ::statvfs(QFile::encodeName(directory).constData(), &disk);
+        if (disk.f_files > 0 && disk.f_favail == 0)
+            return "the disk of the directory " + quoted(directory) +
+                   " takes no more files, however small (it has no free inode). Delete some there";
+        return "the disk of the directory " + quoted(directory) + " is full. Free some space on it";
+    case EROFS:
+        return "the disk of the directory " + quoted(directory) +
+               " is mounted read-only. Mount it for writing";
+    case EACCES:
+    case EPERM:
+        return "you lack the rights to make files in the directory " + quoted(directory) +
+               remedy(error, directory, "rwx");
+    default:
+        return std::string(std::strerror(error)) + ". Check what lies in " + quoted(directory);
+    }
+}
+
+/// Why the user may not do @p access, as access(2) takes it, to @p path: an errno, or 0.
+int denial(const QString &path, int access)
+{
+    const QByteArray name = QFile::encodeName(path);
+    return ::faccessat(AT_FDCWD, name.constData(), access, AT_EACCESS) == 0 ? 0 : errno;
+}
+
+/// Why no files can be made and written in @p directory: an errno, or 0.
+int obstacle(const QString &directory)
+{
+    // The index of the log, and the first changes in it.
+    constexpr unsigned long roomToOpen = 64 * 1024;
+    if (const int error = denial(directory, W_OK | X_OK))
+        return error;
+    struct statvfs disk {
+    };
+    if (::statvfs(QFile::encodeName(directory).constData(), &disk) != 0)
+        return 0;
+    const bool hasNoInode = disk.f_files > 0 && disk.f_favail == 0;
+    return hasNoInode || disk.f_bavail * disk.f_frsize < roomToOpen ? ENOSPC : 0;
+}
+
+/// Refuses a store that the user may not use, before anything is locked or made beside it.
+void checkRights(const QString &path)
+{
+    const QString directory = QFileInfo(path).path();
+    if (const int error = denial(directory, W_OK | X_OK))
+        fail(path, "cannot be used: " + explained(error, directory) + ".");
+    for (const QString &part : {path, path + logSuffix, path + journalSuffix}) {
+        const int error = denial(part, R_OK | W_OK);
+        if (error != 0 && error != ENOENT)
+            fail(path, "cannot be used: you lack the rights to read and write the file " +
+                           quoted(part) + remedy(error, part, "rw") + ".");
+    }
+}
+
+/// Refuses anything but files in the store's places: SQLite would wait at a pipe for ever, and
+/// follow a link.
+void checkKinds(const QString &path)
+{
+    for (const QString &suffix : {QString(), logSuffix, journalSuffix, sharedIndexSuffix}) {
+        const QString part = path + suffix;
+        struct stat status {
+        };
+        if (::lstat(QFile::encodeName(part).constData(), &status) != 0 || S_ISREG(status.st_mode))
+            continue;
+        if (suffix.isEmpty())
+            fail(path, "is not a plain file." + leftAsItIs + ".");
+        fail(path, "cannot be used: " + quoted(part) + " is not a plain file. Move that one away.");
+    }
+}
+
 /// SQLite's code in terms of what a person can do about it.
 [[noreturn]] void fail(const QString &path, const SQLite::Exception &error)
 {
     const std::string detail = std::string(" (") + error.what() + ").";
+    const QString directory = QFileInfo(path).path();
+    const auto failForTheDirectory = [&] {
+        if (const int reason = obstacle(directory))
+            fail(path, "cannot be used: " + explained(reason, directory) + detail);
+    };
     switch (error.getErrorCode()) {
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
@@ -85,13 +183,15 @@ std::string quoted(const QString &path)
     case SQLITE_CORRUPT:
         failAsDamaged(path, detail);
     case SQLITE_FULL:
-        fail(path, "has no room on its disk. Free some space" + detail);
+        fail(path, "cannot be used: " + explained(ENOSPC, directory) + detail);
     case SQLITE_PERM:
     case SQLITE_READONLY:
     case SQLITE_CANTOPEN:
     case SQLITE_AUTH:
+        failForTheDirectory();
         failAsUnwritable(path, detail);
     default:
+        failForTheDirectory();
         fail(path, "cannot be read" + detail);
     }
 }
@@ -134,8 +234,8 @@ void makeDirectory(const QString &directory)
     }
     const int error = errno;
     if (!QFileInfo(directory).isDir())
-        throw StoreError("The directory " + quoted(directory) + " cannot be made: " +
-                         std::strerror(error) + ". Check the rights of the directories above it.");
+        throw StoreError("The directory " + quoted(directory) +
+                         " cannot be made: " + explained(error, above) + ".");
 }
 
 /// Takes away what others may do with the store: a backup may have come back with other rights.
@@ -223,14 +323,24 @@ void makeStore(const QString &path)
 class Turn
 {
 public:
-    /// Waits for it. A directory that cannot be read has no turns.
-    explicit Turn(const QString &directory)
+    /// Waits for it, but not longer than @p patience. A directory that cannot be read has no turns.
+    Turn(const QString &directory, std::chrono::milliseconds patience)
         : m_directory(
               ::open(QFile::encodeName(directory).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
         , m_error(errno)
     {
-        if (m_directory >= 0)
-            ::flock(m_directory, LOCK_EX);
+        // The lock has no waiting that ends by itself.
+        constexpr std::chrono::milliseconds pause{20};
+        const auto end = std::chrono::steady_clock::now() + patience;
+        while (m_directory >= 0 && ::flock(m_directory, LOCK_EX | LOCK_NB) != 0) {
+            m_error = errno;
+            if (m_error != EWOULDBLOCK || std::chrono::steady_clock::now() >= end) {
+                ::close(m_directory);
+                m_directory = -1;
+            } else {
+                std::this_thread::sleep_for(pause);
+            }
+        }
     }
     ~Turn()
     {
@@ -240,6 +350,8 @@ public:
     Q_DISABLE_COPY_MOVE(Turn)
 
     bool isTaken() const { return m_directory >= 0; }
+    /// Whether another process has kept it for too long.
+    bool isKeptByAnother() const { return !isTaken() && m_error == EWOULDBLOCK; }
     /// Why it is not taken.
     int error() const { return m_error; }
     /// Puts the directory's entries on the disk.
@@ -250,12 +362,17 @@ private:
     int m_error;
 };
 
+[[noreturn]] void failToMake(const QString &path, int error)
+{
+    fail(path, "cannot be made: " + explained(error, QFileInfo(path).path()) + ".");
+}
+
 /// An empty store is made under another name and then renamed: under its own name there is never
 /// anything but a whole store, even if the machine stops in the middle.
 void create(const QString &path, const Turn &turn)
 {
     if (!turn.isTaken())
-        fail(path, std::string("cannot be made: ") + std::strerror(turn.error()) + ".");
+        failToMake(path, turn.error());
     const QString newPath = path + newStoreSuffix;
     const QByteArray newName = QFile::encodeName(newPath);
     const auto clear = [&newPath] {
@@ -266,7 +383,7 @@ void create(const QString &path, const Turn &turn)
     const int descriptor =
         ::open(newName.constData(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, S_IRUSR | S_IWUSR);
     if (descriptor < 0)
-        fail(path, std::string("cannot be made: ") + std::strerror(errno) + ".");
+        failToMake(path, errno);
     ::fchmod(descriptor, S_IRUSR | S_IWUSR);
     ::close(descriptor);
     try {
@@ -313,10 +430,15 @@ ModelContainer::ModelContainer(const QString &path, const Clock &clock, SaveDela
     // Users may link the directories above as they like, but the file itself must be a file.
     const QFileInfo given(path);
     const QString realPath = QFileInfo(given.path()).canonicalFilePath() + u'/' + given.fileName();
-    const Turn turn(QFileInfo(realPath).path());
+    checkKinds(realPath);
+    checkRights(realPath);
+    const QString directory = QFileInfo(realPath).path();
+    const Turn turn(directory, delays.turn);
+    if (turn.isKeptByAnother())
+        fail(path, "cannot be opened: its directory " + quoted(directory) +
+                       " is locked by another process, probably a TULO Time Tracker that hangs. "
+                       "End that one first.");
     const QFileInfo file(realPath);
-    if (file.isSymLink() || (file.exists() && !file.isFile()))
-        fail(path, "is not a plain file." + leftAsItIs + ".");
     if (!file.exists()) {
         for (const QString &suffix : {logSuffix, journalSuffix}) {
             if (QFileInfo(realPath + suffix).size() > 0)

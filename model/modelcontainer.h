@@ -17,7 +17,8 @@ public:
     /// Opens the store at @p path, or makes an empty one, with its directory, where there is no
     /// file, for the owner alone. Throws StoreError, and leaves the file as it is, if it is not a
     /// whole store of this schema version, cannot be read and written, or is held by another
-    /// process; also if there is only the log of a store. @p clock outlives the container.
+    /// process; also if there is only the log of a store, and if another process keeps its
+    /// directory locked for longer than @p delays say. @p clock outlives the container.
     ModelContainer(const QString &path, const Clock &clock, SaveDelays delays = {});
     /// Writes what is unsaved and closes the store.
     ~ModelContainer();

@@ -27,12 +27,14 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// When the store is written to by itself, and asked again.
+/// When the store is written to by itself, and asked again, and how long it is waited for.
 struct SaveDelays {
     /// From the first unsaved change to the write; later changes do not put it off.
     std::chrono::milliseconds automatic{50};
     /// From a failed write or read to the next try, if nothing gives occasion to it before.
     std::chrono::milliseconds retry{5000};
+    /// At most, for another process's lock on the store's directory, when the store is opened.
+    std::chrono::milliseconds turn{10'000};
 };
 
 /// The one place where records live while the program runs: it makes the objects of stored

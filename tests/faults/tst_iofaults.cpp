@@ -175,6 +175,60 @@ bool isTheLikeOf(const Contents &contents, const DayTasks &day)
     return shown == expected;
 }
 
+/// A disk that is small enough to be filled. The namespace that it is mounted in goes with this
+/// process.
+class SmallDisk
+{
+public:
+    /// @p options are tmpfs's own.
+    explicit SmallDisk(const char *options)
+        : m_isMounted(::unshare(CLONE_NEWNS) == 0 &&
+                      ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+                      ::mount("tmpfs", name().constData(), "tmpfs", 0, options) == 0)
+    {
+    }
+    ~SmallDisk()
+    {
+        if (m_isMounted)
+            ::umount2(name().constData(), MNT_DETACH);
+    }
+    Q_DISABLE_COPY_MOVE(SmallDisk)
+
+    /// Whether this process has the right to mount one.
+    bool isMounted() const { return m_isMounted; }
+    QString path() const { return m_directory.path(); }
+
+    /// Takes up all of its room.
+    void fill() const
+    {
+        QFile file(m_directory.filePath(u"filler"_s));
+        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+        while (file.write(QByteArray(4096, 'x')) == 4096) {
+        }
+    }
+    /// Takes up all of its inodes.
+    void fillWithFiles() const
+    {
+        bool isFull = false;
+        for (int number = 0; !isFull; ++number) {
+            QFile file(m_directory.filePath(QString::number(number)));
+            isFull = !file.open(QIODevice::WriteOnly);
+        }
+    }
+    /// Gives back what fill() took.
+    void clear() const { QVERIFY(QFile::remove(m_directory.filePath(u"filler"_s))); }
+    void makeReadOnly() const
+    {
+        QCOMPARE(::mount(nullptr, name().constData(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr), 0);
+    }
+
+private:
+    QByteArray name() const { return QFile::encodeName(m_directory.path()); }
+
+    QTemporaryDir m_directory;
+    bool m_isMounted;
+};
+
 } // namespace
 
 class TestIoFaults : public QObject
@@ -474,27 +528,66 @@ private Q_SLOTS:
 
     void shouldWriteEverythingOnceAFullDiskHasRoom()
     {
-        // given a namespace of its own, so that the disk goes with this process
-        const QTemporaryDir directory;
-        const QByteArray mountPoint = QFile::encodeName(directory.path());
-        if (::unshare(CLONE_NEWNS) != 0 ||
-            ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
-            ::mount("tmpfs", mountPoint.constData(), "tmpfs", 0, "size=512k") != 0)
+        // given
+        const SmallDisk disk("size=512k");
+        if (!disk.isMounted())
             QSKIP("There is no right to mount a small disk here");
-        const QString filler = directory.filePath(u"filler"_s);
 
         // then
         workOnAFullDisk(
-            directory.path(),
-            [&] {
-                QFile file(filler);
-                QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
-                while (file.write(QByteArray(4096, 'x')) == 4096) {
-                }
-            },
-            [&] { QVERIFY(QFile::remove(filler)); });
+            disk.path(), [&] { disk.fill(); }, [&] { disk.clear(); });
+    }
 
-        ::umount(mountPoint.constData());
+    void shouldSayWhatIsWrongWithTheDisk_data()
+    {
+        QTest::addColumn<QByteArray>("options");
+        QTest::addColumn<bool>("isNew");
+        QTest::addColumn<QString>("words");
+        const auto add = [](const char *name, const char *options, const QString &words) {
+            QTest::addRow("%s", name) << QByteArray(options) << false << words;
+            QTest::addRow("%s, and no store", name) << QByteArray(options) << true << words;
+        };
+        add("full", "size=512k", u"is full. Free some space on it"_s);
+        add("without inodes", "nr_inodes=20", u"takes no more files"_s);
+        add("read-only", "", u"is mounted read-only. Mount it for writing"_s);
+    }
+    void shouldSayWhatIsWrongWithTheDisk()
+    {
+        QFETCH(QByteArray, options);
+        QFETCH(bool, isNew);
+        QFETCH(QString, words);
+
+        // given
+        const SmallDisk disk(options.constData());
+        if (!disk.isMounted())
+            QSKIP("There is no right to mount a small disk here");
+        const QString directory = disk.path() + u"/data"_s;
+        const QString path = directory + u"/store.sqlite"_s;
+        if (isNew)
+            QVERIFY(QDir().mkpath(directory));
+        else
+            writeImage(path, m_used);
+        if (options.startsWith("size"))
+            disk.fill();
+        else if (options.startsWith("nr_inodes"))
+            disk.fillWithFiles();
+        else
+            disk.makeReadOnly();
+
+        // when
+        QString why;
+        try {
+            const FakeClock clock;
+            const ModelContainer container(path, clock);
+        } catch (const StoreError &error) {
+            why = QString::fromUtf8(error.what());
+        }
+
+        // then
+        QVERIFY2(why.contains(words), qPrintable(why));
+        QVERIFY2(why.contains(u'"' + directory + u'"'), qPrintable(why));
+        QVERIFY2(why.contains(u'"' + path + u'"'), qPrintable(why));
+        QVERIFY(readImage(path) == (isNew ? StoreImage() : m_used));
     }
 
     void shouldWriteEverythingOnceItsFilesMayGrow()

@@ -8,11 +8,16 @@
 
 #include <QDir>
 #include <QFile>
+#include <QScopeGuard>
 #include <QTest>
 
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 class TestModelContainer : public QObject
 {
@@ -36,10 +41,10 @@ private:
     }
 
     /// Opens the store at @p path and returns why that failed, or nothing if it did not.
-    QString failure(const QString &path) const
+    QString failure(const QString &path, SaveDelays delays = {}) const
     {
         try {
-            const ModelContainer container(path, m_clock);
+            const ModelContainer container(path, m_clock, delays);
         } catch (const StoreError &error) {
             return QString::fromUtf8(error.what());
         }
@@ -53,6 +58,25 @@ private:
         if (::stat(QFile::encodeName(path).constData(), &status) != 0)
             return -1;
         return static_cast<int>(status.st_mode & 07777);
+    }
+
+    /// Locks @p directory against other processes, and this one, until the descriptor is closed.
+    static int lock(const QString &directory)
+    {
+        const int descriptor =
+            ::open(QFile::encodeName(directory).constData(), O_RDONLY | O_DIRECTORY);
+        return ::flock(descriptor, LOCK_EX | LOCK_NB) == 0 ? descriptor : -1;
+    }
+
+    /// When names in @p directory were last made or removed.
+    static double changeOf(const QString &directory)
+    {
+        struct stat status {
+        };
+        if (::stat(QFile::encodeName(directory).constData(), &status) != 0)
+            return 0;
+        return static_cast<double>(status.st_mtim.tv_sec) +
+               static_cast<double>(status.st_mtim.tv_nsec) * 1e-9;
     }
 
     static void execute(const QString &path, const char *sql)
@@ -470,6 +494,131 @@ private Q_SLOTS:
         // then
         QCOMPARE(why, QString());
         QVERIFY(QFile::exists(directory.filePath(u"real/store.sqlite"_s)));
+    }
+
+    void shouldSayWhichRightIsMissingAndLockAndMakeNothing_data()
+    {
+        QTest::addColumn<QString>("changed");
+        QTest::addColumn<int>("mode");
+        QTest::addColumn<bool>("isNew");
+        QTest::addColumn<QStringList>("words");
+
+        const QStringList file{u"you lack the rights to read and write the file"_s,
+                               u"chmod u+rw \""_s};
+        const QStringList folder{u"you lack the rights to make files in the directory"_s,
+                                 u"chmod u+rwx \""_s};
+        QTest::newRow("to write the store")
+            << u"data/store.sqlite"_s << 0400 << false << file + QStringList{u"mode 0400"_s};
+        QTest::newRow("to read the store")
+            << u"data/store.sqlite"_s << 0200 << false << file + QStringList{u"mode 0200"_s};
+        QTest::newRow("to write the log")
+            << u"data/store.sqlite-wal"_s << 0400 << false << file + QStringList{u"mode 0400"_s};
+        QTest::newRow("to make files beside the store")
+            << u"data"_s << 0500 << false << folder + QStringList{u"mode 0500"_s};
+        QTest::newRow("to enter the directory")
+            << u"data"_s << 0600 << false << folder + QStringList{u"mode 0600"_s};
+        QTest::newRow("to make a store")
+            << u"data"_s << 0500 << true << folder + QStringList{u"mode 0500"_s};
+        QTest::newRow("to make the directory") << u""_s << 0500 << true << folder;
+    }
+    void shouldSayWhichRightIsMissingAndLockAndMakeNothing()
+    {
+        QFETCH(QString, changed);
+        QFETCH(int, mode);
+        QFETCH(bool, isNew);
+        QFETCH(QStringList, words);
+        // given a store and its log, or a place for them, that the user may not use as they are
+        const QTemporaryDir directory;
+        const QString data = directory.filePath(u"data"_s);
+        const QString path = data + u"/store.sqlite"_s;
+        QStringList parts{directory.path()};
+        if (!isNew) {
+            QCOMPARE(failure(path), QString());
+            write(path + u"-wal"_s, {});
+        }
+        if (!changed.isEmpty())
+            QVERIFY(QDir().mkpath(data));
+        for (const QString &part : {data, path, path + u"-wal"_s}) {
+            if (QFileInfo::exists(part))
+                parts << part;
+        }
+        // To the superuser rights mean nothing.
+        constexpr uid_t nobody = 65534;
+        const uid_t user = ::geteuid();
+        for (const QString &part : std::as_const(parts))
+            QCOMPARE(::chown(QFile::encodeName(part).constData(), user == 0 ? nobody : user,
+                             static_cast<gid_t>(-1)),
+                     0);
+        const QString target = directory.filePath(changed);
+        QCOMPARE(::chmod(QFile::encodeName(target).constData(), static_cast<mode_t>(mode)), 0);
+        const QByteArray before = isNew ? QByteArray() : contents(path);
+        const QString parent = QDir(data).exists() ? data : directory.path();
+        const double change = changeOf(parent);
+        // and that another process has locked the directory
+        const int held = lock(parent);
+        QVERIFY(held >= 0);
+
+        QCOMPARE(::seteuid(user == 0 ? nobody : user), 0);
+        const QString why = failure(path);
+        QCOMPARE(::seteuid(user), 0);
+        ::close(held);
+
+        QCOMPARE(changeOf(parent), change);
+        QCOMPARE(::chmod(QFile::encodeName(target).constData(), 0700), 0);
+        QCOMPARE(isNew ? QByteArray() : contents(path), before);
+        for (const QString &word : std::as_const(words))
+            QVERIFY2(why.contains(word), qPrintable(why));
+        QVERIFY2(why.contains(path) || why.contains(u'"' + data + u'"'), qPrintable(why));
+        QVERIFY2(why.contains(u'"' + QDir::cleanPath(target) + u'"'), qPrintable(why));
+    }
+
+    void shouldNotWaitForeverForItsTurn()
+    {
+        TestStore store(m_clock);
+        store.close();
+        const QString directory = QFileInfo(store.path()).path();
+        const int held = lock(directory);
+        QVERIFY(held >= 0);
+        const auto letGo = qScopeGuard([held] { ::close(held); });
+
+        const QString why = failure(store.path(), {1h, 1h, 1ms});
+        QVERIFY2(why.contains("locked by another process"_L1), qPrintable(why));
+        QVERIFY2(why.contains(u'"' + directory + u'"'), qPrintable(why));
+    }
+
+    void shouldRefuseWhatIsNoFileInTheStoresPlaces_data()
+    {
+        QTest::addColumn<QString>("suffix");
+        QTest::addColumn<bool>("isLink");
+        QTest::newRow("pipe for the store") << u""_s << false;
+        QTest::newRow("pipe for the log") << u"-wal"_s << false;
+        QTest::newRow("pipe for the journal") << u"-journal"_s << false;
+        QTest::newRow("pipe for the log's index") << u"-shm"_s << false;
+        QTest::newRow("link for the log") << u"-wal"_s << true;
+        QTest::newRow("link for the journal") << u"-journal"_s << true;
+    }
+    void shouldRefuseWhatIsNoFileInTheStoresPlaces()
+    {
+        QFETCH(QString, suffix);
+        QFETCH(bool, isLink);
+        TestStore store(m_clock);
+        store.close();
+        const QString place = store.path() + suffix;
+        const QByteArray name = QFile::encodeName(place);
+        const QByteArray before = contents(store.path());
+        if (suffix.isEmpty())
+            QVERIFY(QFile::remove(place));
+        if (isLink)
+            QVERIFY(QFile::link(store.path(), place));
+        else
+            QCOMPARE(::mkfifo(name.constData(), 0600), 0);
+
+        const QString why = failure(store.path());
+        QVERIFY2(why.contains("is not a plain file"_L1), qPrintable(why));
+        QVERIFY2(why.contains(u'"' + place + u'"'), qPrintable(why));
+        QVERIFY(::unlink(name.constData()) == 0);
+        if (!suffix.isEmpty())
+            QCOMPARE(contents(store.path()), before);
     }
 
     void shouldSayWhenTheDirectoryCannotBeMade()
