@@ -14,6 +14,7 @@
 #include <QQuickWindow>
 #include <QSvgRenderer>
 
+#include <csignal>
 #include <cstdlib>
 #include <optional>
 
@@ -83,6 +84,8 @@ int main(int argc, char *argv[])
     // Read before Qt takes them out of the environment.
     const StartTokens tokens = StartTokens::fromEnvironment();
     neverStartABus();
+    // A file that may not grow is a full disk, and no reason to be killed.
+    std::signal(SIGXFSZ, SIG_IGN);
     // A program that waits all day holds no graphics context.
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     // An application with widgets, as the X11 trays need them.
@@ -111,5 +114,6 @@ int main(int argc, char *argv[])
     QObject::connect(&instance, &SingleInstance::quitRequested, &application,
                      &QCoreApplication::quit);
     app.openMainWindow();
-    return QApplication::exec();
+    const int status = QApplication::exec();
+    return app.saveOrTell() ? status : EXIT_FAILURE;
 }

@@ -14,7 +14,8 @@ TimeTrackerApp::TimeTrackerApp(QQmlEngine &engine, const QDBusConnection &connec
 {
     ModelContext &context = m_sharedModelContainer->mainContext();
     connect(qApp, &QCoreApplication::aboutToQuit, &context, &ModelContext::save);
-    connect(qApp, &QGuiApplication::commitDataRequest, &context, &ModelContext::save);
+    // The session's end may leave no time for another word.
+    connect(qApp, &QGuiApplication::commitDataRequest, &context, &ModelContext::saveOrTell);
     quitOnUnixSignals(this);
 
     // The menu-bar extra keeps the program going.

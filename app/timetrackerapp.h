@@ -21,6 +21,9 @@ public:
     /// desktop gave to who asked for it, or empty.
     void openMainWindow(const QString &activationToken = {});
 
+    /// Writes what is unsaved at the end. False if that failed; standard error then names it.
+    bool saveOrTell() { return m_sharedModelContainer->mainContext().saveOrTell(); }
+
 private:
     static std::unique_ptr<ModelContainer> openStore(const Clock &clock, SaveDelays delays);
 

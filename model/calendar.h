@@ -26,6 +26,8 @@ public:
     /// Always @p zone.
     explicit Calendar(QTimeZone zone);
 
+    /// The wall time at @p instant; invalid beyond the years that a date can hold.
+    QDateTime dateTime(Instant instant) const;
     /// The day that @p instant lies in; invalid beyond the years that a date can hold.
     QDate dayOf(Instant instant) const;
     /// The first moment of @p instant's day; @p instant itself where there is no such day.
@@ -41,7 +43,6 @@ public:
     std::optional<Instant> addingDays(Instant instant, int days) const;
 
 private:
-    QDateTime dateTime(Instant instant) const;
     QDateTime dateTime(QDate day, QTime time) const;
     QDateTime firstMoment(QDate day) const;
 

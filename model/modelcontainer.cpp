@@ -2,6 +2,7 @@
 
 #include "model/fatalerror.h"
 #include "model/recordtable.h"
+#include "model/reserve.h"
 
 #include <SQLiteCpp/Database.h>
 #include <SQLiteCpp/Exception.h>
@@ -451,15 +452,25 @@ ModelContainer::ModelContainer(const QString &path, const Clock &clock, SaveDela
     } else if (file.size() == 0)
         fail(path, "is empty, which a store never is." + leftAsItIs +
                        "; or put a backup in the place of all these.");
-    try {
+    const auto openStore = [&] {
         check(realPath);
         keepFromOthers(realPath);
         m_database = open(realPath);
+    };
+    try {
+        try {
+            openStore();
+        } catch (const SQLite::Exception &) {
+            // The files that SQLite makes beside the store take room, too.
+            if (obstacle(directory) != ENOSPC || !Reserve(realPath).giveUp())
+                throw;
+            openStore();
+        }
     } catch (const SQLite::Exception &error) {
         fail(path, error);
     }
     m_mainContext = std::make_unique<ModelContext>(*m_database, clock, delays);
-    setFatalErrorRescue([context = m_mainContext.get()] { context->save(); });
+    setFatalErrorRescue([context = m_mainContext.get()] { context->saveOrTell(); });
 }
 
 ModelContainer::~ModelContainer()

@@ -11,6 +11,10 @@
 #include <QFile>
 
 #include <algorithm>
+#include <cerrno>
+#include <cstdio>
+
+using namespace Qt::StringLiterals;
 
 namespace
 {
@@ -42,13 +46,26 @@ bool isOfOneChange(const SQLite::Exception &error)
     return code == SQLITE_CORRUPT || code == SQLITE_TOOBIG || code == SQLITE_CONSTRAINT;
 }
 
+/// Whether a change of @p database has failed for want of room: on the disk, in the user's share of
+/// it, or in what a file may take.
+bool isForWantOfRoom(const SQLite::Exception &error, const SQLite::Database &database)
+{
+    const int code = error.getErrorCode();
+    if (code != SQLITE_IOERR)
+        return code == SQLITE_FULL;
+    const int systemError = sqlite3_system_errno(database.getHandle());
+    return systemError == ENOSPC || systemError == EDQUOT || systemError == EFBIG;
+}
+
 } // namespace
 
 ModelContext::ModelContext(SQLite::Database &database, const Clock &clock, SaveDelays delays)
     : m_database(database)
     , m_clock(clock)
     , m_delays(delays)
+    , m_reserve(storePath())
 {
+    m_reserve.takeUp();
     m_saveTimer.setSingleShot(true);
     m_saveTimer.setTimerType(Qt::PreciseTimer);
     connect(&m_saveTimer, &QTimer::timeout, this, &ModelContext::save);
@@ -82,7 +99,7 @@ void ModelContext::remove(Record *record)
     if (record->m_rowid) {
         records.stored.remove(*record->m_rowid);
         records.edited.remove(record);
-        records.removed.insert(*record->m_rowid);
+        records.removed.insert(*record->m_rowid, record->description());
         scheduleSave();
     } else {
         records.inserted.removeOne(record);
@@ -100,12 +117,20 @@ bool ModelContext::save()
         return true;
 
     try {
-        SQLite::Transaction transaction(m_database, SQLite::TransactionBehavior::IMMEDIATE);
-        Written written;
-        write(Failure::OfAll, written);
-        transaction.commit();
-        noteWritten(written);
+        try {
+            writeAll();
+        } catch (const SQLite::Exception &error) {
+            if (!isForWantOfRoom(error, m_database))
+                throw;
+            m_reserve.giveUp();
+            foldLog();
+            writeAll();
+        }
+        // While there is little room, the log is not to take what the store needs to take it in.
+        if (!m_reserve.takeUp())
+            foldLog();
     } catch (const SQLite::Exception &error) {
+        m_failure = error.what();
         // After a change that hits a damaged page, SQLite takes no other in its transaction.
         if (isOfOneChange(error))
             writeOneByOne();
@@ -114,6 +139,24 @@ bool ModelContext::save()
     if (m_lastSaveFailed)
         m_saveTimer.start(m_delays.retry);
     return !m_lastSaveFailed;
+}
+
+bool ModelContext::saveOrTell()
+{
+    if (save())
+        return true;
+    QString changes = u"These changes are not in the store \""_s + storePath() + u"\" ("_s +
+                      QString::fromStdString(m_failure) + u"):\n"_s;
+    for (const Shelf &records : m_shelves) {
+        for (const Record *record : records.inserted)
+            changes += u"  new: "_s + record->description() + u'\n';
+        for (const Record *record : records.edited)
+            changes += u"  changed: "_s + record->description() + u'\n';
+        for (const QString &description : records.removed)
+            changes += u"  deleted: "_s + description + u'\n';
+    }
+    std::fputs(changes.toUtf8().constData(), stderr);
+    return false;
 }
 
 bool ModelContext::hasChanges() const
@@ -218,6 +261,22 @@ void ModelContext::scheduleSave()
     m_saveTimer.start(m_delays.automatic);
 }
 
+void ModelContext::writeAll()
+{
+    SQLite::Transaction transaction(m_database, SQLite::TransactionBehavior::IMMEDIATE);
+    Written written;
+    write(Failure::OfAll, written);
+    transaction.commit();
+    noteWritten(written);
+}
+
+void ModelContext::foldLog()
+{
+    // Once all of the log is in the store, SQLite writes from the log's beginning again, over what
+    // takes up room already.
+    m_database.tryExec("PRAGMA wal_checkpoint");
+}
+
 void ModelContext::writeOneByOne()
 {
     Written written;
@@ -267,7 +326,8 @@ void ModelContext::write(RecordType type, Failure failure, Written &written)
             written.edited.append(record);
         });
     }
-    for (const qint64 rowid : std::as_const(shelf.removed)) {
+    const QList<qint64> removed = shelf.removed.keys();
+    for (const qint64 rowid : removed) {
         attempt([&] {
             SQLite::Statement &removal = statement(table.remove);
             const ResetGuard guard(removal);

@@ -2,6 +2,7 @@
 
 #include "model/record.h"
 #include "model/recordfilter.h"
+#include "model/reserve.h"
 
 #include <QHash>
 #include <QList>
@@ -61,8 +62,11 @@ public:
 
     /// Writes all unsaved changes in one transaction. False if that failed; they then stay unsaved
     /// and are tried again, with the next change or after a while. Changes that fail by themselves,
-    /// on a damaged page, do not keep the others from being written.
+    /// on a damaged page, do not keep the others from being written. On a full disk the reserve
+    /// beside the store gives its room for them.
     bool save();
+    /// save() at the end: what could not be written is named on standard error, in English.
+    bool saveOrTell();
     bool hasChanges() const;
 
     /// The records of @p type that match, in the store's order, with all that is not yet written.
@@ -83,7 +87,8 @@ private:
         QHash<qint64, Record *> stored;
         QList<Record *> inserted;
         QSet<Record *> edited;
-        QSet<qint64> removed;
+        /// By rowid: what they were, in words.
+        QHash<qint64, QString> removed;
     };
 
     /// What a change that fails means: for all others, too, or for itself alone.
@@ -100,6 +105,8 @@ private:
     void adopt(Record *record);
     void noteChange(Record *record);
     void scheduleSave();
+    void writeAll();
+    void foldLog();
     void writeOneByOne();
     void write(Failure failure, Written &written);
     void write(RecordType type, Failure failure, Written &written);
@@ -109,8 +116,11 @@ private:
     SQLite::Database &m_database;
     const Clock &m_clock;
     SaveDelays m_delays;
+    Reserve m_reserve;
     QTimer m_saveTimer;
     bool m_lastSaveFailed = false;
+    /// Why the last save that failed did so.
+    std::string m_failure;
     std::array<Shelf, 3> m_shelves;
     std::unordered_map<std::string, std::unique_ptr<SQLite::Statement>> m_statements;
 };

@@ -18,3 +18,8 @@ QString ProjectCode::displayName() const
 {
     return name().isEmpty() ? code() : code() + u" \u2013 "_s + name();
 }
+
+QString ProjectCode::description() const
+{
+    return QStringLiteral("project code ") + quotedName(displayName());
+}

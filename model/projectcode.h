@@ -32,6 +32,8 @@ public:
     /// "4711 – Support", or the code alone where it has no name.
     QString displayName() const;
 
+    QString description() const override;
+
     const Values &values() const override { return m_values; }
 
 private:

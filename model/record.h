@@ -41,6 +41,8 @@ public:
     /// Place in the lists that show the record, ascending; neither unique nor without gaps.
     qint64 sortOrder() const { return values().sortOrder; }
     void setSortOrder(qint64 sortOrder);
+    /// For messages: what it is, its name and, of a task, day and time. In English, in one line.
+    virtual QString description() const = 0;
 
 Q_SIGNALS:
     void sortOrderChanged();
@@ -49,6 +51,9 @@ Q_SIGNALS:
 
 protected:
     explicit Record(RecordType type);
+
+    /// @p name in quotes, shortened, without line breaks and control characters.
+    static QString quotedName(const QString &name);
 
     virtual Values &values() = 0;
     /// Those of a new record.

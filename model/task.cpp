@@ -109,11 +109,26 @@ double Task::roundedDecimalHours() const
     return ::roundedDecimalHours(currentTotalSeconds());
 }
 
+QString Task::nameAndDay() const
+{
+    return u"task "_s + quotedName(m_values.name) + u" of "_s +
+           m_clock.calendar().dayOf(m_values.date).toString(Qt::ISODate);
+}
+
+QString Task::description() const
+{
+    // The current run is not added up, as a sum that does not fit would end the program.
+    QString description = nameAndDay() + u", "_s + clockText(m_values.accumulatedSeconds);
+    if (m_values.lastStartTime)
+        description +=
+            u", running since "_s +
+            m_clock.calendar().dateTime(*m_values.lastStartTime).toString(u"yyyy-MM-dd HH:mm:ss"_s);
+    return description;
+}
+
 std::string Task::repairAdvice() const
 {
-    constexpr qsizetype longestName = 60;
-    QString advice = u"The time of the task \""_s + m_values.name.simplified().left(longestName) +
-                     u"\" of "_s + m_clock.calendar().dayOf(m_values.date).toString(Qt::ISODate) +
+    QString advice = u"The time of the "_s + nameAndDay() +
                      u" cannot be added up (accumulatedSeconds "_s +
                      QString::number(m_values.accumulatedSeconds);
     if (m_values.lastStartTime)

@@ -63,6 +63,7 @@ public:
     /// For the message of a fatal error about the task's time: which task of which day it is, what
     /// is stored of its time and where, and how to set it to zero there. In English.
     std::string repairAdvice() const;
+    QString description() const override;
 
     const Values &values() const override { return m_values; }
 
@@ -74,6 +75,8 @@ Q_SIGNALS:
     void projectCodeChanged();
 
 private:
+    QString nameAndDay() const;
+
     Values &values() override { return m_values; }
 
     const Clock &m_clock;

@@ -10,3 +10,8 @@ TaskTemplate::TaskTemplate(const Values &values)
     , m_values(values)
 {
 }
+
+QString TaskTemplate::description() const
+{
+    return QStringLiteral("template ") + quotedName(m_values.name);
+}

@@ -25,6 +25,8 @@ public:
     /// The name that a task made from the template gets.
     const QString &name() const { return m_values.name; }
 
+    QString description() const override;
+
     const Values &values() const override { return m_values; }
 
 private:

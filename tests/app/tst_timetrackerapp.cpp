@@ -9,7 +9,13 @@
 #include <QFileInfo>
 #include <QQmlEngine>
 #include <QTemporaryDir>
+#include <QTemporaryFile>
 #include <QTest>
+
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <csignal>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -98,6 +104,38 @@ private Q_SLOTS:
 
         // then
         QCOMPARE(f.storedTasks(), 1);
+    }
+
+    void shouldNameWhatCannotBeSavedWhenTheSessionEnds()
+    {
+        const Fixture f;
+        QVERIFY(f.addTask());
+        QTemporaryFile said;
+        QVERIFY(said.open());
+        struct rlimit before {
+        };
+        QCOMPARE(::getrlimit(RLIMIT_FSIZE, &before), 0);
+        const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+        const int standardError = ::dup(STDERR_FILENO);
+
+        // A file of the store takes more than this, and what is said less.
+        const rlimit small{4096, before.rlim_max};
+        ::setrlimit(RLIMIT_FSIZE, &small);
+        ::dup2(said.handle(), STDERR_FILENO);
+        QObject manager;
+        QMetaObject::invokeMethod(qApp, "commitDataRequest", Qt::DirectConnection,
+                                  QGenericArgument("QSessionManager&", &manager));
+        const bool isSaved = f.app->saveOrTell();
+        ::dup2(standardError, STDERR_FILENO);
+        ::setrlimit(RLIMIT_FSIZE, &before);
+        std::signal(SIGXFSZ, handler);
+        ::close(standardError);
+
+        QVERIFY(!isSaved);
+        said.seek(0);
+        // once for the session's end, and once for the program's
+        QCOMPARE(said.readAll().count("  new: task \"\" of "), 2);
+        QVERIFY(f.app->saveOrTell());
     }
 };
 

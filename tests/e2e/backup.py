@@ -12,14 +12,15 @@ TASK = "Årsopgørelse"
 class Backup(harness.Story):
     program = DayProgram
 
-    def shouldComeBackFromACopyOfTheOneFileThatIsLeft(self):
+    def shouldComeBackFromACopyOfTheStoresFile(self):
         folder = self.home / STORE
         copy = self.home / "copy.sqlite"
         with self.running() as program:
             self.make_task(program, TASK)
             program.quit()
             program.ends_well()
-        self.assertEqual([file.name for file in folder.iterdir()], ["store.sqlite"])
+        self.assertEqual(sorted(file.name for file in folder.iterdir()),
+                         ["store.sqlite", "store.sqlite-reserve"])
         shutil.copyfile(folder / "store.sqlite", copy)
 
         # What is beside the store after a kill goes with it.

@@ -23,7 +23,8 @@ StoreImage readImage(const QString &path)
         store.dir().entryList({store.fileName() + u'*'}, QDir::Files | QDir::Hidden);
     for (const QString &name : names) {
         QFile file(store.dir().filePath(name));
-        if (name.endsWith("-shm"_L1) || (name != store.fileName() && file.size() == 0))
+        if (name.endsWith("-shm"_L1) || name.endsWith("-reserve"_L1) ||
+            (name != store.fileName() && file.size() == 0))
             continue;
         if (file.open(QIODevice::ReadOnly))
             image.insert(name.mid(store.fileName().size()), file.readAll());

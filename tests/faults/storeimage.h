@@ -10,9 +10,9 @@
 /// A store's files, by what follows the store's own path: "", "-wal", …
 using StoreImage = QMap<QString, QByteArray>;
 
-/// The files of the store at @p path, but for an empty log and for the log's index, which is made
-/// anew. If this process
-/// has the store open, it no longer keeps others from it.
+/// The files of the store at @p path, but for an empty log, and for the log's index and the
+/// reserve, which are made anew. If this process has the store open, it no longer keeps others from
+/// it.
 StoreImage readImage(const QString &path);
 /// Makes those files, and the directory for them.
 void writeImage(const QString &path, const StoreImage &image);

@@ -1,6 +1,7 @@
 #include "../support/fakeclock.h"
 #include "faultvfs.h"
 #include "model/projectcode.h"
+#include "model/reserve.h"
 #include "model/task.h"
 #include "model/tasklist.h"
 #include "model/tasktemplate.h"
@@ -364,7 +365,8 @@ private:
             insert(u"mens der er plads"_s);
             QVERIFY(context.save());
             fill();
-            insert(u"når disken er fuld"_s.repeated(10'000));
+            // more than the reserve holds
+            insert(u"når disken er fuld"_s.repeated(30'000));
             QVERIFY(!context.save());
             insert(u"og mere"_s);
             QVERIFY(!context.save());
@@ -529,13 +531,79 @@ private Q_SLOTS:
     void shouldWriteEverythingOnceAFullDiskHasRoom()
     {
         // given
-        const SmallDisk disk("size=512k");
+        const SmallDisk disk("size=3m");
         if (!disk.isMounted())
             QSKIP("There is no right to mount a small disk here");
 
         // then
         workOnAFullDisk(
             disk.path(), [&] { disk.fill(); }, [&] { disk.clear(); });
+    }
+
+    void shouldWriteADaysChangesOnAFullDisk()
+    {
+        const SmallDisk disk("size=1m");
+        if (!disk.isMounted())
+            QSKIP("There is no right to mount a small disk here");
+        const FakeClock clock;
+        const QString path = disk.path() + u"/data/store.sqlite"_s;
+        const QString reserve = path + u"-reserve"_s;
+        QList<Task *> tasks;
+        {
+            ModelContainer container(path, clock, {1h, 1h});
+            ModelContext &context = container.mainContext();
+            const auto newTask = [&](int number) {
+                auto task = std::make_unique<Task>(clock, u"Opgave nr. %1"_s.arg(number),
+                                                   clock.now(), std::nullopt);
+                tasks.append(task.get());
+                context.insert(std::move(task));
+            };
+            newTask(0);
+            QVERIFY(context.save());
+            QVERIFY(QFile::exists(reserve));
+            disk.fill();
+            // when a task is made now and then, and each change is written by itself
+            for (int change = 1; change < 600; ++change) {
+                if (change % 10 == 0) {
+                    newTask(change);
+                } else {
+                    Task *const task = tasks.at(change % tasks.size());
+                    if (task->isRunning())
+                        task->stop();
+                    else
+                        task->start();
+                }
+                QVERIFY2(context.save(), qPrintable(QString::number(change)));
+            }
+            QVERIFY(!QFile::exists(reserve));
+            QVERIFY(isOneOf(readImage(path), {contentsOf(context)}));
+
+            // and there is a reserve again as soon as there is room for it
+            disk.clear();
+            newTask(600);
+            QVERIFY(context.save());
+            QCOMPARE(QFileInfo(reserve).size(), Reserve::size);
+            disk.fill();
+            newTask(601);
+            QVERIFY(context.save());
+            QVERIFY(isOneOf(readImage(path), {contentsOf(context)}));
+        }
+    }
+
+    void shouldOpenOnAFullDiskByItsReserve()
+    {
+        const SmallDisk disk("size=1m");
+        if (!disk.isMounted())
+            QSKIP("There is no right to mount a small disk here");
+        const QString path = disk.path() + u"/data/store.sqlite"_s;
+        writeImage(path, m_used);
+        const FakeClock clock;
+        {
+            const ModelContainer made(path, clock);
+        }
+        disk.fill();
+        ModelContainer container(path, clock);
+        QVERIFY(contentsOf(container.mainContext()) == m_usedContents);
     }
 
     void shouldSayWhatIsWrongWithTheDisk_data()

@@ -8,6 +8,9 @@
 
 #include <QCoreApplication>
 
+#include <sys/resource.h>
+
+#include <csignal>
 #include <limits>
 
 using namespace Qt::StringLiterals;
@@ -31,10 +34,15 @@ int main(int argc, char *argv[])
         (void)checkedSum(most, 1);
     else if (way == "product"_L1)
         (void)checkedProduct(most, 2);
-    else if (way == "run"_L1 || way == "stop"_L1) {
+    else if (way == "run"_L1 || way == "stop"_L1 || way == "full-disk"_L1) {
         // A store with a task whose time overflows, and another one, both unsaved.
         FakeClock clock;
         ModelContainer container(arguments.value(2), clock);
+        if (way == "full-disk"_L1) {
+            std::signal(SIGXFSZ, SIG_IGN);
+            const rlimit nothing{};
+            ::setrlimit(RLIMIT_FSIZE, &nothing);
+        }
         auto made = std::make_unique<Task>(clock, u"For lang"_s, clock.now(), std::nullopt);
         Task *const task = made.get();
         container.mainContext().insert(std::move(made));

@@ -108,6 +108,20 @@ private Q_SLOTS:
         QCOMPARE(tasks.results().constLast()->name(), u"Ikke gemt"_s);
     }
 
+    void shouldNameWhatCannotBeWritten()
+    {
+        const FakeClock clock;
+        TestStore store(clock);
+        store.close();
+        const End end = runProbe({u"full-disk"_s, store.path()});
+        QCOMPARE(end.status, 1);
+        QVERIFY2(end.message.startsWith(u"These changes are not in the store \""_s + store.path()),
+                 qPrintable(end.message));
+        QVERIFY2(end.message.contains("\n  new: task \"Ikke gemt\" of 2026-11-20, 00:00:00\n"_L1),
+                 qPrintable(end.message));
+        QVERIFY(end.message.contains("Integer overflow"_L1));
+    }
+
     void shouldNameTheTaskAndTheStoreThatATimeComesFrom_data()
     {
         QTest::addColumn<QString>("way");

@@ -1,6 +1,7 @@
 #include "../support/teststore.h"
 #include "model/livequery.h"
 #include "model/projectcode.h"
+#include "model/reserve.h"
 #include "model/tasktemplate.h"
 
 #include <SQLiteCpp/Database.h>
@@ -452,14 +453,55 @@ private Q_SLOTS:
         QCOMPARE(contents(other), "somebody else's");
         QVERIFY(!QFileInfo(path).isSymLink());
         QCOMPARE(QDir(directory.path()).entryList(QDir::Files),
-                 (QStringList{u"other"_s, u"store.sqlite"_s}));
+                 (QStringList{u"other"_s, u"store.sqlite"_s, u"store.sqlite-reserve"_s}));
     }
 
-    void shouldLeaveOneFileWhenItCloses()
+    void shouldKeepAReserveOfRealBlocks_data()
+    {
+        QTest::addColumn<QByteArray>("left");
+        QTest::addColumn<int>("mode");
+        QTest::newRow("where there was none") << QByteArray() << 0;
+        QTest::newRow("instead of a shorter one") << QByteArray(4096, '\0') << 0600;
+        QTest::newRow("instead of one for all to read") << QByteArray(Reserve::size, '\1') << 0644;
+    }
+    void shouldKeepAReserveOfRealBlocks()
+    {
+        QFETCH(QByteArray, left);
+        QFETCH(int, mode);
+        const QTemporaryDir directory;
+        const QString path = directory.filePath(u"store.sqlite"_s);
+        const QByteArray reserve = QFile::encodeName(path + u"-reserve"_s);
+        if (!left.isEmpty()) {
+            write(path + u"-reserve"_s, left);
+            QCOMPARE(::chmod(reserve.constData(), static_cast<mode_t>(mode)), 0);
+        }
+        QCOMPARE(failure(path), QString());
+        struct stat status {
+        };
+        QCOMPARE(::stat(reserve.constData(), &status), 0);
+        QCOMPARE(status.st_mode & 07777, 0600U);
+        QCOMPARE(status.st_size, Reserve::size);
+        QVERIFY(status.st_blocks * 512 >= Reserve::size);
+    }
+
+    void shouldNotFollowALinkInTheReservesPlace()
     {
         // given
         const QTemporaryDir directory;
         const QString path = directory.filePath(u"store.sqlite"_s);
+        const QString other = directory.filePath(u"other"_s);
+        write(other, "somebody else's");
+        QVERIFY(QFile::link(other, path + u"-reserve"_s));
+        QCOMPARE(failure(path), QString());
+        QCOMPARE(contents(other), "somebody else's");
+        QVERIFY(!QFileInfo(path + u"-reserve"_s).isSymLink());
+    }
+
+    void shouldLeaveTheStoreAndItsReserveWhenItCloses()
+    {
+        const QTemporaryDir directory;
+        const QString path = directory.filePath(u"store.sqlite"_s);
+        const QStringList left{u"store.sqlite"_s, u"store.sqlite-reserve"_s};
         const auto files = [&] { return QDir(directory.path()).entryList(QDir::Files); };
 
         for (int start = 0; start < 2; ++start) {
@@ -468,7 +510,7 @@ private Q_SLOTS:
 
             // then
             QCOMPARE(why, QString());
-            QCOMPARE(files(), QStringList{u"store.sqlite"_s});
+            QCOMPARE(files(), left);
         }
 
         // when a program that was killed has left more
@@ -478,7 +520,7 @@ private Q_SLOTS:
 
         // then that goes, too
         QCOMPARE(why, QString());
-        QCOMPARE(files(), QStringList{u"store.sqlite"_s});
+        QCOMPARE(files(), left);
     }
 
     void shouldFollowLinksInTheDirectoriesAbove()

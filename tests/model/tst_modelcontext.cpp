@@ -1,14 +1,21 @@
 #include "../support/teststore.h"
 #include "model/livequery.h"
+#include "model/projectcode.h"
 #include "model/recordtable.h"
 #include "model/tasklist.h"
+#include "model/tasktemplate.h"
 
 #include <SQLiteCpp/Database.h>
 #include <SQLiteCpp/Statement.h>
 #include <sqlite3.h>
 
 #include <QSignalSpy>
+#include <QTemporaryFile>
 #include <QTest>
+
+#include <unistd.h>
+
+#include <limits>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -311,6 +318,61 @@ private Q_SLOTS:
         QTRY_VERIFY(!context.hasChanges());
         ModelContext another(database, m_clock);
         QCOMPARE(storedNames(another), (QStringList{u"A"_s, u"b"_s}));
+    }
+
+    void shouldNameWhatCouldNotBeWrittenAtTheEnd()
+    {
+        // given a store whose writes fail
+        const QTemporaryDir directory;
+        const QString path = directory.filePath(u"store.sqlite"_s);
+        {
+            const ModelContainer made(path, m_clock);
+        }
+        SQLite::Database database(QFile::encodeName(path).constData(), SQLite::OPEN_READWRITE);
+        sqlite3_commit_hook(database.getHandle(), &refuseCommit, nullptr);
+        ModelContext context(database, m_clock, {1h, 1h});
+        const auto insert = [&](auto made) {
+            auto *const inserted = made.get();
+            context.insert(std::move(made));
+            return inserted;
+        };
+        const auto newTask = [&](const QString &name) {
+            return insert(std::make_unique<Task>(m_clock, name, m_clock.now(), std::nullopt));
+        };
+        Task *const edited = newTask(u"Skrevet før"_s);
+        Task *const removed = newTask(u"Slettet"_s);
+        removed->setAccumulatedSeconds(60);
+        QVERIFY(context.saveOrTell());
+        diskIsFull = true;
+        edited->setAccumulatedSeconds(5025);
+        context.remove(removed);
+        // even if its time cannot be added up
+        Task *const endless = newTask(u"Ny\nop\x1bgave"_s + QChar(u'\0'));
+        endless->setAccumulatedSeconds(std::numeric_limits<qint64>::max());
+        endless->start();
+        insert(std::make_unique<TaskTemplate>(m_clock, u"Skabelon"_s));
+        insert(std::make_unique<ProjectCode>(m_clock, u"4711"_s, u"Støtte"_s));
+
+        // when the program ends
+        QTemporaryFile said;
+        QVERIFY(said.open());
+        const int standardError = ::dup(STDERR_FILENO);
+        ::dup2(said.handle(), STDERR_FILENO);
+        const bool isSaved = context.saveOrTell();
+        ::dup2(standardError, STDERR_FILENO);
+        ::close(standardError);
+
+        QVERIFY(!isSaved);
+        said.seek(0);
+        const QStringList lines = QString::fromUtf8(said.readAll()).split(u'\n');
+        QVERIFY2(lines.at(0).contains(u'"' + path + u'"'), qPrintable(lines.at(0)));
+        QCOMPARE(lines.sliced(1),
+                 (QStringList{u"  new: task \"Ny opgave\" of 2026-11-20, "
+                              "2562047788015215:30:07, running since 2026-11-20 08:00:00"_s,
+                              u"  changed: task \"Skrevet før\" of 2026-11-20, 01:23:45"_s,
+                              u"  deleted: task \"Slettet\" of 2026-11-20, 00:01:00"_s,
+                              u"  new: template \"Skabelon\""_s,
+                              u"  new: project code \"4711 \u2013 Støtte\""_s, u""_s}));
     }
 
     void shouldTryAgainAtOnceWithTheNextChange()
