@@ -10,9 +10,12 @@
 
 #include <QFile>
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -57,6 +60,14 @@ bool isForWantOfRoom(const SQLite::Exception &error, const SQLite::Database &dat
     return systemError == ENOSPC || systemError == EDQUOT || systemError == EFBIG;
 }
 
+/// Whether the file of @p database no longer has its name, which another one may have now.
+bool hasMoved(const SQLite::Database &database)
+{
+    int hasMoved = 0;
+    sqlite3_file_control(database.getHandle(), "main", SQLITE_FCNTL_HAS_MOVED, &hasMoved);
+    return hasMoved != 0;
+}
+
 } // namespace
 
 ModelContext::ModelContext(SQLite::Database &database, const Clock &clock, SaveDelays delays)
@@ -74,6 +85,7 @@ ModelContext::ModelContext(SQLite::Database &database, const Clock &clock, SaveD
 ModelContext::~ModelContext()
 {
     save();
+    isInPlace();
 }
 
 QString ModelContext::storePath() const
@@ -117,6 +129,8 @@ bool ModelContext::save()
         return true;
 
     try {
+        if (!isInPlace())
+            throw SQLite::Exception("its file is no longer in its place", SQLITE_READONLY_DBMOVED);
         try {
             writeAll();
         } catch (const SQLite::Exception &error) {
@@ -259,6 +273,23 @@ void ModelContext::scheduleSave()
         return;
     m_lastSaveFailed = false;
     m_saveTimer.start(m_delays.automatic);
+}
+
+bool ModelContext::isInPlace()
+{
+    const bool wasOutOfPlace = std::exchange(m_isOutOfPlace, hasMoved(m_database));
+    if (!m_isOutOfPlace)
+        return true;
+    if (!wasOutOfPlace)
+        std::fprintf(stderr,
+                     "The store \"%s\" is no longer in its place: it has been removed, or another "
+                     "file lies there now. Nothing is written until it is back.\n",
+                     m_database.getFilename().c_str());
+    // A log that stays beside another store would be taken for that one's own. Where there is none,
+    // the log goes with the store once that is back.
+    if (::access(m_database.getFilename().c_str(), F_OK) == 0)
+        m_database.tryExec("PRAGMA wal_checkpoint(TRUNCATE)");
+    return false;
 }
 
 void ModelContext::writeAll()

@@ -63,7 +63,8 @@ public:
     /// Writes all unsaved changes in one transaction. False if that failed; they then stay unsaved
     /// and are tried again, with the next change or after a while. Changes that fail by themselves,
     /// on a damaged page, do not keep the others from being written. On a full disk the reserve
-    /// beside the store gives its room for them.
+    /// beside the store gives its room for them. Nothing is written while the store's file has been
+    /// removed or replaced; standard error says so once.
     bool save();
     /// save() at the end: what could not be written is named on standard error, in English.
     bool saveOrTell();
@@ -105,6 +106,8 @@ private:
     void adopt(Record *record);
     void noteChange(Record *record);
     void scheduleSave();
+    /// Whether the store's file still is where it was; standard error says when it no longer is.
+    bool isInPlace();
     void writeAll();
     void foldLog();
     void writeOneByOne();
@@ -119,6 +122,7 @@ private:
     Reserve m_reserve;
     QTimer m_saveTimer;
     bool m_lastSaveFailed = false;
+    bool m_isOutOfPlace = false;
     /// Why the last save that failed did so.
     std::string m_failure;
     std::array<Shelf, 3> m_shelves;

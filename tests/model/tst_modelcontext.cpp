@@ -15,6 +15,7 @@
 
 #include <unistd.h>
 
+#include <functional>
 #include <limits>
 
 using namespace Qt::StringLiterals;
@@ -52,6 +53,31 @@ private:
     {
         LiveQuery<Task> tasks(context, allRecords(), QueryOrder::Store);
         return names(tasks.results());
+    }
+
+    /// What @p action writes to standard error.
+    static QString saidBy(const std::function<void()> &action)
+    {
+        QTemporaryFile said;
+        if (!said.open())
+            return u"The test's file cannot be opened."_s;
+        const int standardError = ::dup(STDERR_FILENO);
+        ::dup2(said.handle(), STDERR_FILENO);
+        action();
+        ::dup2(standardError, STDERR_FILENO);
+        ::close(standardError);
+        said.seek(0);
+        return QString::fromUtf8(said.readAll());
+    }
+
+    /// The path of a store that is closed, with a task of this name.
+    QString makeStore(const QTemporaryDir &directory, const QString &name) const
+    {
+        const QString path = directory.filePath(u"store.sqlite"_s);
+        ModelContainer container(path, m_clock);
+        container.mainContext().insert(
+            std::make_unique<Task>(m_clock, name, m_clock.now(), std::nullopt));
+        return path;
     }
 
 private Q_SLOTS:
@@ -354,17 +380,11 @@ private Q_SLOTS:
         insert(std::make_unique<ProjectCode>(m_clock, u"4711"_s, u"Støtte"_s));
 
         // when the program ends
-        QTemporaryFile said;
-        QVERIFY(said.open());
-        const int standardError = ::dup(STDERR_FILENO);
-        ::dup2(said.handle(), STDERR_FILENO);
-        const bool isSaved = context.saveOrTell();
-        ::dup2(standardError, STDERR_FILENO);
-        ::close(standardError);
+        bool isSaved = true;
+        const QString said = saidBy([&] { isSaved = context.saveOrTell(); });
 
         QVERIFY(!isSaved);
-        said.seek(0);
-        const QStringList lines = QString::fromUtf8(said.readAll()).split(u'\n');
+        const QStringList lines = said.split(u'\n');
         QVERIFY2(lines.at(0).contains(u'"' + path + u'"'), qPrintable(lines.at(0)));
         QCOMPARE(lines.sliced(1),
                  (QStringList{u"  new: task \"Ny opgave\" of 2026-11-20, "
@@ -373,6 +393,92 @@ private Q_SLOTS:
                               u"  deleted: task \"Slettet\" of 2026-11-20, 00:01:00"_s,
                               u"  new: template \"Skabelon\""_s,
                               u"  new: project code \"4711 \u2013 Støtte\""_s, u""_s}));
+    }
+
+    void shouldNoticeAStoreThatIsMovedAwayAndGoOnWhenItIsBack()
+    {
+        // given a store that is moved away while it is open
+        TestStore store(m_clock, {1h, 1h});
+        store.insertTask(u"før"_s);
+        QVERIFY(store.context().save());
+        const QString aside = store.path() + u".aside"_s;
+        QVERIFY(QFile::rename(store.path(), aside));
+        store.insertTask(u"efter"_s);
+
+        // when it is saved, and saved again
+        bool isSaved = true;
+        const QString said = saidBy([&] { isSaved = store.context().save(); });
+        const QString saidLater = saidBy([&] { isSaved = store.context().save() || isSaved; });
+
+        // then standard error says so once, and the change stays unsaved
+        QVERIFY(!isSaved);
+        QVERIFY2(
+            said.contains(u"The store \""_s + store.path() + u"\" is no longer in its place"_s),
+            qPrintable(said));
+        QCOMPARE(saidLater, QString());
+        QVERIFY(store.context().hasChanges());
+        // and once the store is back, it is written
+        QVERIFY(QFile::rename(aside, store.path()));
+        QVERIFY(store.context().save());
+        store.reopen();
+        QCOMPARE(storedNames(store.context()), (QStringList{u"før"_s, u"efter"_s}));
+    }
+
+    void shouldKeepTheLogOfARemovedStore()
+    {
+        // given a store with its last change in its log
+        TestStore store(m_clock, {1h, 1h});
+        store.insertTask(u"før"_s);
+        QVERIFY(store.context().save());
+        // when it is moved away, and the program ends
+        const QTemporaryDir elsewhere;
+        const QString moved = elsewhere.filePath(u"store.sqlite"_s);
+        QVERIFY(QFile::rename(store.path(), moved));
+        const QString said = saidBy([&] { store.close(); });
+        // then standard error says so
+        QVERIFY2(said.contains("is no longer in its place"_L1), qPrintable(said));
+        // and nothing is lost: with the log it is whole
+        QVERIFY(QFile::rename(moved, store.path()));
+        store.open();
+        QCOMPARE(storedNames(store.context()), QStringList{u"før"_s});
+    }
+
+    void shouldLeaveAStoreAloneThatReplacedItsOwn_data()
+    {
+        QTest::addColumn<bool>("isChangedAfterwards");
+        QTest::newRow("before a change") << true;
+        QTest::newRow("before the end") << false;
+    }
+    void shouldLeaveAStoreAloneThatReplacedItsOwn()
+    {
+        QFETCH(bool, isChangedAfterwards);
+        // given a store that is replaced by another while it is open
+        TestStore store(m_clock, {1h, 1h});
+        for (int number = 0; number < 50; ++number)
+            store.insertTask(u"egen"_s);
+        QVERIFY(store.context().save());
+        const QTemporaryDir elsewhere;
+        const QString other = makeStore(elsewhere, u"en anden"_s);
+        QCOMPARE(::rename(QFile::encodeName(other).constData(),
+                          QFile::encodeName(store.path()).constData()),
+                 0);
+
+        // when something changes, or nothing does, and the program ends
+        bool isSaved = false;
+        const QString said = saidBy([&] {
+            if (isChangedAfterwards)
+                store.insertTask(u"efter"_s);
+            isSaved = store.context().saveOrTell();
+            store.close();
+        });
+
+        // then standard error says so, and names what could not be written
+        QCOMPARE(isSaved, !isChangedAfterwards);
+        QVERIFY2(said.contains("is no longer in its place"_L1), qPrintable(said));
+        QCOMPARE(said.contains("new: task \"efter\""_L1), isChangedAfterwards);
+        // and the other store is what it was
+        store.open();
+        QCOMPARE(storedNames(store.context()), QStringList{u"en anden"_s});
     }
 
     void shouldTryAgainAtOnceWithTheNextChange()
