@@ -10,10 +10,8 @@
 #include <SQLiteCpp/Transaction.h>
 #include <sqlite3.h>
 
-#include <QDir>
+#include <QCoreApplication>
 #include <QFile>
-#include <QFileInfo>
-#include <QStandardPaths>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -22,10 +20,17 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cctype>
 #include <cerrno>
 #include <chrono>
+#include <cstdio>
 #include <cstring>
+#include <iterator>
 #include <thread>
+#include <utility>
+#include <vector>
+
+namespace fs = std::filesystem;
 
 using namespace Qt::StringLiterals;
 
@@ -39,12 +44,12 @@ constexpr int busyMilliseconds = 500;
 /// A store up to this size, some 8,000 tasks, is looked through as a whole before it is opened,
 /// which takes a few milliseconds. Damage in a larger one shows where it is read.
 constexpr qint64 sizeLookedThrough = 1'000'000;
-constexpr QFileDevice::Permissions ownerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
+constexpr mode_t ownerOnly = S_IRUSR | S_IWUSR;
 
-const QString newStoreSuffix = u".new"_s;
-const QString logSuffix = u"-wal"_s;
-const QString journalSuffix = u"-journal"_s;
-const QString sharedIndexSuffix = u"-shm"_s;
+constexpr const char *newStoreSuffix = ".new";
+constexpr const char *logSuffix = "-wal";
+constexpr const char *journalSuffix = "-journal";
+constexpr const char *sharedIndexSuffix = "-shm";
 
 /// The advice on a refused file. A log that stays would be taken for that of the next file of that
 /// name.
@@ -52,22 +57,54 @@ const std::string leftAsItIs =
     " It has been left as it is. To start with an empty store, move it away, together with the "
     "files beside it whose names begin with its own";
 
-std::string quoted(const QString &path)
+/// The file whose name has @p suffix at its end.
+fs::path beside(fs::path path, const char *suffix)
 {
-    return QString(u'"' + QDir::toNativeSeparators(path) + u'"').toStdString();
+    path += suffix;
+    return path;
 }
 
-[[noreturn]] void fail(const QString &path, const std::string &what)
+/// 0 if there is no such file.
+qint64 sizeOf(const fs::path &path)
+{
+    std::error_code error;
+    const std::uintmax_t size = fs::file_size(path, error);
+    return error ? 0 : static_cast<qint64>(size);
+}
+
+bool isDirectory(const fs::path &path)
+{
+    std::error_code error;
+    return fs::is_directory(path, error);
+}
+
+void removeFile(const fs::path &path)
+{
+    ::unlink(path.c_str());
+}
+
+std::string quoted(const fs::path &path)
+{
+    return '"' + path.native() + '"';
+}
+
+std::string modeOf(const struct stat &status)
+{
+    return QString::asprintf("mode %04o", static_cast<unsigned>(status.st_mode & 07777))
+        .toStdString();
+}
+
+[[noreturn]] void fail(const fs::path &path, const std::string &what)
 {
     throw StoreError("The store " + quoted(path) + " " + what);
 }
 
-[[noreturn]] void failAsDamaged(const QString &path, const std::string &detail)
+[[noreturn]] void failAsDamaged(const fs::path &path, const std::string &detail)
 {
     fail(path, "is damaged." + leftAsItIs + "; or put a backup in the place of all these" + detail);
 }
 
-[[noreturn]] void failAsUnwritable(const QString &path, const std::string &detail)
+[[noreturn]] void failAsUnwritable(const fs::path &path, const std::string &detail)
 {
     fail(path, "cannot be opened for reading and writing. Check the rights of the file and its "
                "directory" +
@@ -75,27 +112,26 @@ std::string quoted(const QString &path)
 }
 
 /// What to do about @p error in using @p path, where chmod gives the @p rights that it takes.
-std::string remedy(int error, const QString &path, const std::string &rights)
+std::string remedy(int error, const fs::path &path, const std::string &rights)
 {
     if (error == EPERM)
         return " (it is marked as immutable). This takes the mark away: chattr -i " + quoted(path);
     struct stat status {
     };
-    ::stat(QFile::encodeName(path).constData(), &status);
-    const QString mode = QString::asprintf("%04o", static_cast<unsigned>(status.st_mode & 07777));
-    return " (mode " + mode.toStdString() + "). If it is yours, this gives them to you: chmod u+" +
-           rights + ' ' + quoted(path);
+    ::stat(path.c_str(), &status);
+    return " (" + modeOf(status) + "). If it is yours, this gives them to you: chmod u+" + rights +
+           ' ' + quoted(path);
 }
 
 /// What @p error in making or writing files in @p directory means, and what to do about it.
-std::string explained(int error, const QString &directory)
+std::string explained(int error, const fs::path &directory)
 {
     struct statvfs disk {
     };
     switch (error) {
     case ENOSPC:
     case EDQUOT:
-        ::statvfs(QFile::encodeName(directory).constData(), &disk);
+        ::statvfs(directory.c_str(), &disk);
         if (disk.f_files > 0 && disk.f_favail == 0)
             return "the disk of the directory " + quoted(directory) +
                    " takes no more files, however small (it has no free inode). Delete some there";
@@ -113,14 +149,13 @@ std::string explained(int error, const QString &directory)
 }
 
 /// Why the user may not do @p access, as access(2) takes it, to @p path: an errno, or 0.
-int denial(const QString &path, int access)
+int denial(const fs::path &path, int access)
 {
-    const QByteArray name = QFile::encodeName(path);
-    return ::faccessat(AT_FDCWD, name.constData(), access, AT_EACCESS) == 0 ? 0 : errno;
+    return ::faccessat(AT_FDCWD, path.c_str(), access, AT_EACCESS) == 0 ? 0 : errno;
 }
 
 /// Why no files can be made and written in @p directory: an errno, or 0.
-int obstacle(const QString &directory)
+int obstacle(const fs::path &directory)
 {
     // The index of the log, and the first changes in it.
     constexpr unsigned long roomToOpen = 64 * 1024;
@@ -128,19 +163,20 @@ int obstacle(const QString &directory)
         return error;
     struct statvfs disk {
     };
-    if (::statvfs(QFile::encodeName(directory).constData(), &disk) != 0)
+    if (::statvfs(directory.c_str(), &disk) != 0)
         return 0;
     const bool hasNoInode = disk.f_files > 0 && disk.f_favail == 0;
     return hasNoInode || disk.f_bavail * disk.f_frsize < roomToOpen ? ENOSPC : 0;
 }
 
 /// Refuses a store that the user may not use, before anything is locked or made beside it.
-void checkRights(const QString &path)
+void checkRights(const fs::path &path)
 {
-    const QString directory = QFileInfo(path).path();
+    const fs::path directory = path.parent_path();
     if (const int error = denial(directory, W_OK | X_OK))
         fail(path, "cannot be used: " + explained(error, directory) + ".");
-    for (const QString &part : {path, path + logSuffix, path + journalSuffix}) {
+    for (const char *const suffix : {"", logSuffix, journalSuffix}) {
+        const fs::path part = beside(path, suffix);
         const int error = denial(part, R_OK | W_OK);
         if (error != 0 && error != ENOENT)
             fail(path, "cannot be used: you lack the rights to read and write the file " +
@@ -148,27 +184,46 @@ void checkRights(const QString &path)
     }
 }
 
-/// Refuses anything but files in the store's places: SQLite would wait at a pipe for ever, and
-/// follow a link.
-void checkKinds(const QString &path)
+/// Refuses anything but files in the store's places, as SQLite would wait at a pipe for ever and
+/// follow a link; and files that somebody else owns or may have changed, by whatever name.
+void checkFiles(const fs::path &path)
 {
-    for (const QString &suffix : {QString(), logSuffix, journalSuffix, sharedIndexSuffix}) {
-        const QString part = path + suffix;
+    for (const char *const suffix : {"", logSuffix, journalSuffix, sharedIndexSuffix}) {
+        const fs::path part = beside(path, suffix);
+        const std::string name = quoted(part);
         struct stat status {
         };
-        if (::lstat(QFile::encodeName(part).constData(), &status) != 0 || S_ISREG(status.st_mode))
+        if (::lstat(part.c_str(), &status) != 0)
             continue;
-        if (suffix.isEmpty())
+        if (!S_ISREG(status.st_mode) && part == path)
             fail(path, "is not a plain file." + leftAsItIs + ".");
-        fail(path, "cannot be used: " + quoted(part) + " is not a plain file. Move that one away.");
+        if (!S_ISREG(status.st_mode))
+            fail(path, "cannot be used: " + name + " is not a plain file. Move that one away.");
+        if (status.st_uid != ::geteuid())
+            fail(path, "cannot be used: the file " + name +
+                           " belongs to another user. If you trust what is in it, this makes it "
+                           "yours: sudo chown " +
+                           std::to_string(::geteuid()) + ' ' + name + '.');
+        if (status.st_nlink > 1)
+            fail(path, "cannot be used: the file " + name +
+                           " is hard-linked, and would be changed under its other name, too. This "
+                           "gives it a file of its own: cp " +
+                           name + ' ' + quoted(beside(part, ".copy")) + " && mv -f " +
+                           quoted(beside(part, ".copy")) + ' ' + name + '.');
+        if ((status.st_mode & (S_IWGRP | S_IWOTH)) != 0)
+            fail(path,
+                 "cannot be used: the file " + name + " may have been changed by others, as " +
+                     "others may write it (" + modeOf(status) +
+                     "). If you trust what is in it, this takes that right away: chmod go-w " +
+                     name + '.');
     }
 }
 
 /// SQLite's code in terms of what a person can do about it.
-[[noreturn]] void fail(const QString &path, const SQLite::Exception &error)
+[[noreturn]] void fail(const fs::path &path, const SQLite::Exception &error)
 {
     const std::string detail = std::string(" (") + error.what() + ").";
-    const QString directory = QFileInfo(path).path();
+    const fs::path directory = path.parent_path();
     const auto failForTheDirectory = [&] {
         if (const int reason = obstacle(directory))
             fail(path, "cannot be used: " + explained(reason, directory) + detail);
@@ -209,10 +264,9 @@ std::string versionText(int version)
 }
 
 /// Puts the names that @p directory holds on the disk.
-void syncDirectory(const QString &directory)
+void syncDirectory(const fs::path &directory)
 {
-    const int descriptor =
-        ::open(QFile::encodeName(directory).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const int descriptor = ::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (descriptor < 0)
         return;
     ::fsync(descriptor);
@@ -220,54 +274,90 @@ void syncDirectory(const QString &directory)
 }
 
 /// Makes @p directory and those above it that are missing, for the owner alone whatever the umask.
-void makeDirectory(const QString &directory)
+void makeDirectory(const fs::path &directory)
 {
-    if (QFileInfo(directory).isDir())
+    if (isDirectory(directory))
         return;
-    const QString above = QFileInfo(directory).path();
+    const fs::path above = directory.parent_path();
     if (above != directory)
         makeDirectory(above);
-    const QByteArray name = QFile::encodeName(directory);
-    if (::mkdir(name.constData(), S_IRWXU) == 0) {
-        ::chmod(name.constData(), S_IRWXU); // The umask may have taken even the owner's rights.
+    if (::mkdir(directory.c_str(), S_IRWXU) == 0) {
+        ::chmod(directory.c_str(), S_IRWXU); // The umask may have taken even the owner's rights.
         syncDirectory(above);
         return;
     }
     const int error = errno;
-    if (!QFileInfo(directory).isDir())
+    if (!isDirectory(directory))
         throw StoreError("The directory " + quoted(directory) +
                          " cannot be made: " + explained(error, above) + ".");
 }
 
 /// Takes away what others may do with the store: a backup may have come back with other rights.
-void keepFromOthers(const QString &path)
+void keepFromOthers(const fs::path &path)
 {
-    const auto restrict = [](const QString &name, QFileDevice::Permissions allowed) {
-        const QFileDevice::Permissions now = QFileInfo(name).permissions();
-        // What QFileInfo says of the user is about the one who asks, not the owner.
-        constexpr QFileDevice::Permissions others =
-            QFileDevice::ReadGroup | QFileDevice::WriteGroup | QFileDevice::ExeGroup |
-            QFileDevice::ReadOther | QFileDevice::WriteOther | QFileDevice::ExeOther;
-        if ((now & others) != 0)
-            QFile::setPermissions(name, allowed);
+    const auto restrict = [](const fs::path &name, mode_t allowed) {
+        struct stat status {
+        };
+        if (::stat(name.c_str(), &status) == 0 && (status.st_mode & (S_IRWXG | S_IRWXO)) != 0)
+            ::chmod(name.c_str(), allowed);
     };
-    for (const QString &part : {path, path + logSuffix}) {
-        if (QFileInfo::exists(part))
-            restrict(part, ownerOnly);
-    }
+    for (const char *const suffix : {"", logSuffix})
+        restrict(beside(path, suffix), ownerOnly);
     // The program only takes care of its own directory.
-    const QString directory = QFileInfo(path).path();
-    const QString own = QFileInfo(ModelContainer::defaultPath()).path();
-    if (directory == QFileInfo(own).canonicalFilePath())
-        restrict(directory, ownerOnly | QFileDevice::ExeOwner);
+    const fs::path directory = path.parent_path();
+    std::error_code error;
+    if (fs::equivalent(directory, ModelContainer::defaultPath().parent_path(), error))
+        restrict(directory, S_IRWXU);
+}
+
+/// A table, index, trigger or view by kind and name, and by the SQL that makes it.
+using SchemaPart = std::pair<std::string, std::string>;
+
+/// All of them, in order.
+std::vector<SchemaPart> schemaOf(SQLite::Database &database)
+{
+    std::vector<SchemaPart> parts;
+    SQLite::Statement query(database, "SELECT type || ' \"' || name || '\"', tbl_name || ': ' || "
+                                      "coalesce(sql, '') FROM sqlite_schema");
+    while (query.executeStep())
+        parts.emplace_back(query.getColumn(0).getString(), query.getColumn(1).getString());
+    std::sort(parts.begin(), parts.end());
+    return parts;
+}
+
+void makeTables(SQLite::Database &database)
+{
+    for (const RecordType type : recordTypes)
+        database.exec(recordTable(type).create);
+}
+
+/// Refuses a store with anything more, less or other than this program's tables and indexes: a
+/// trigger could change records behind its back.
+void checkSchema(SQLite::Database &database, const fs::path &path)
+{
+    SQLite::Database own(":memory:", SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+    makeTables(own);
+    const std::vector<SchemaPart> expected = schemaOf(own);
+    const std::vector<SchemaPart> found = schemaOf(database);
+    std::vector<SchemaPart> differing;
+    std::set_symmetric_difference(found.begin(), found.end(), expected.begin(), expected.end(),
+                                  std::back_inserter(differing));
+    if (differing.empty())
+        return;
+    std::string part = differing.front().first;
+    std::replace_if(
+        part.begin(), part.end(), [](unsigned char letter) { return std::iscntrl(letter) != 0; },
+        '?');
+    fail(path,
+         "has another schema than this program's: the " + part + " differs." + leftAsItIs + ".");
 }
 
 /// Looks at the store through a connection that cannot write: a read-write one would already fold
 /// a leftover log into a file that is not ours to touch.
-void check(const QString &path)
+void check(const fs::path &path)
 {
-    SQLite::Database database(QFile::encodeName(path).constData(),
-                              SQLite::OPEN_READONLY | SQLite::OPEN_NOFOLLOW, busyMilliseconds);
+    SQLite::Database database(path.native(), SQLite::OPEN_READONLY | SQLite::OPEN_NOFOLLOW,
+                              busyMilliseconds);
     const int application = integer(database, "application_id");
     const int version = integer(database, "user_version");
     if (application != applicationID)
@@ -281,19 +371,10 @@ void check(const QString &path)
         fail(path, "has the schema version " + versionText(version) + ", and this program reads " +
                        versionText(ModelContainer::schemaVersion) +
                        " only. It has been left as it is.");
-    for (const RecordType type : recordTypes) {
-        try {
-            const SQLite::Statement statement(database, recordTable(type).select);
-        } catch (const SQLite::Exception &error) {
-            if (error.getErrorCode() != SQLITE_ERROR)
-                throw;
-            fail(path, std::string("has other tables than this program's (") + error.what() +
-                           "). It has been left as it is.");
-        }
-    }
+    checkSchema(database, path);
     const qint64 size = qint64{integer(database, "page_count")} * integer(database, "page_size");
     // The log may hold more than what has come into the file yet.
-    if (QFileInfo(path).size() < size && QFileInfo(path + logSuffix).size() == 0)
+    if (sizeOf(path) < size && sizeOf(beside(path, logSuffix)) == 0)
         failAsDamaged(path, " (its end is missing).");
     if (size <= sizeLookedThrough) {
         std::string verdict = database.execAndGet("PRAGMA integrity_check(1)").getString();
@@ -305,13 +386,12 @@ void check(const QString &path)
 
 /// Makes an empty store in the empty file at @p path. All of it is in that file when this returns,
 /// and nothing in a log: closing a log may fail, and nobody would be told.
-void makeStore(const QString &path)
+void makeStore(const fs::path &path)
 {
-    SQLite::Database database(QFile::encodeName(path).constData(), SQLite::OPEN_READWRITE);
+    SQLite::Database database(path.native(), SQLite::OPEN_READWRITE);
     database.exec("PRAGMA synchronous = FULL");
     SQLite::Transaction transaction(database);
-    for (const RecordType type : recordTypes)
-        database.exec(recordTable(type).create);
+    makeTables(database);
     database.exec("PRAGMA application_id = " + std::to_string(applicationID) +
                   "; PRAGMA user_version = " + std::to_string(ModelContainer::schemaVersion));
     transaction.commit();
@@ -325,9 +405,8 @@ class Turn
 {
 public:
     /// Waits for it, but not longer than @p patience. A directory that cannot be read has no turns.
-    Turn(const QString &directory, std::chrono::milliseconds patience)
-        : m_directory(
-              ::open(QFile::encodeName(directory).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
+    Turn(const fs::path &directory, std::chrono::milliseconds patience)
+        : m_directory(::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
         , m_error(errno)
     {
         // The lock has no waiting that ends by itself.
@@ -363,29 +442,28 @@ private:
     int m_error;
 };
 
-[[noreturn]] void failToMake(const QString &path, int error)
+[[noreturn]] void failToMake(const fs::path &path, int error)
 {
-    fail(path, "cannot be made: " + explained(error, QFileInfo(path).path()) + ".");
+    fail(path, "cannot be made: " + explained(error, path.parent_path()) + ".");
 }
 
 /// An empty store is made under another name and then renamed: under its own name there is never
 /// anything but a whole store, even if the machine stops in the middle.
-void create(const QString &path, const Turn &turn)
+void create(const fs::path &path, const Turn &turn)
 {
     if (!turn.isTaken())
         failToMake(path, turn.error());
-    const QString newPath = path + newStoreSuffix;
-    const QByteArray newName = QFile::encodeName(newPath);
+    const fs::path newPath = beside(path, newStoreSuffix);
     const auto clear = [&newPath] {
-        for (const char *const suffix : {"", "-journal", "-wal", "-shm"})
-            QFile::remove(newPath + QLatin1StringView(suffix));
+        for (const char *const suffix : {"", journalSuffix, logSuffix, sharedIndexSuffix})
+            removeFile(beside(newPath, suffix));
     };
     clear();
     const int descriptor =
-        ::open(newName.constData(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, S_IRUSR | S_IWUSR);
+        ::open(newPath.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, ownerOnly);
     if (descriptor < 0)
         failToMake(path, errno);
-    ::fchmod(descriptor, S_IRUSR | S_IWUSR);
+    ::fchmod(descriptor, ownerOnly);
     ::close(descriptor);
     try {
         makeStore(newPath);
@@ -394,17 +472,18 @@ void create(const QString &path, const Turn &turn)
         clear();
         fail(path, error);
     }
-    if (!QFile::rename(newPath, path))
-        fail(path, "cannot be made: its new file cannot be renamed.");
+    // Some file systems cannot say no to a name that is taken. Nobody else has the turn to take it.
+    if (::renameat2(AT_FDCWD, newPath.c_str(), AT_FDCWD, path.c_str(), RENAME_NOREPLACE) != 0 &&
+        (errno != EINVAL || ::rename(newPath.c_str(), path.c_str()) != 0))
+        failToMake(path, errno);
     clear();
     turn.sync();
 }
 
-std::unique_ptr<SQLite::Database> open(const QString &path)
+std::unique_ptr<SQLite::Database> open(const fs::path &path)
 {
     auto database = std::make_unique<SQLite::Database>(
-        QFile::encodeName(path).constData(), SQLite::OPEN_READWRITE | SQLite::OPEN_NOFOLLOW,
-        busyMilliseconds);
+        path.native(), SQLite::OPEN_READWRITE | SQLite::OPEN_NOFOLLOW, busyMilliseconds);
     // The lock is held from here on. So a second writer is refused, and no index of the log is
     // shared.
     database->exec(
@@ -414,42 +493,53 @@ std::unique_ptr<SQLite::Database> open(const QString &path)
     if (sqlite3_db_readonly(database->getHandle(), "main") != 0)
         failAsUnwritable(path, ".");
     // The check before this left its index of the log behind. Nobody can use it any more.
-    QFile::remove(path + sharedIndexSuffix);
+    removeFile(beside(path, sharedIndexSuffix));
     return database;
 }
 
 } // namespace
 
-QString ModelContainer::defaultPath()
+fs::path ModelContainer::defaultPath()
 {
-    return QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + u"/store.sqlite"_s;
+    // QStandardPaths gives a text, and a name that is no UTF-8 would become another one in it.
+    fs::path dataHome = qgetenv("XDG_DATA_HOME").toStdString();
+    if (!dataHome.is_absolute())
+        dataHome = fs::path("/") / qgetenv("HOME").toStdString() / ".local/share";
+    return dataHome / QCoreApplication::applicationName().toStdString() / "store.sqlite";
 }
 
 ModelContainer::ModelContainer(const QString &path, const Clock &clock, SaveDelays delays)
+    : ModelContainer(fs::path(QFile::encodeName(path).toStdString()), clock, delays)
 {
-    makeDirectory(QFileInfo(path).path());
+}
+
+ModelContainer::ModelContainer(const fs::path &path, const Clock &clock, SaveDelays delays)
+{
+    const fs::path parent = fs::absolute(path).parent_path();
+    makeDirectory(parent);
     // Users may link the directories above as they like, but the file itself must be a file.
-    const QFileInfo given(path);
-    const QString realPath = QFileInfo(given.path()).canonicalFilePath() + u'/' + given.fileName();
-    checkKinds(realPath);
+    std::error_code error;
+    const fs::path canonical = fs::canonical(parent, error);
+    const fs::path directory = error ? parent : canonical;
+    const fs::path realPath = directory / path.filename();
+    checkFiles(realPath);
     checkRights(realPath);
-    const QString directory = QFileInfo(realPath).path();
     const Turn turn(directory, delays.turn);
     if (turn.isKeptByAnother())
         fail(path, "cannot be opened: its directory " + quoted(directory) +
                        " is locked by another process, probably a TULO Time Tracker that hangs. "
                        "End that one first.");
-    const QFileInfo file(realPath);
-    if (!file.exists()) {
-        for (const QString &suffix : {logSuffix, journalSuffix}) {
-            if (QFileInfo(realPath + suffix).size() > 0)
-                fail(path, "is missing, but its log " + quoted(realPath + suffix) +
+    if (!fs::exists(realPath, error)) {
+        for (const char *const suffix : {logSuffix, journalSuffix}) {
+            const fs::path log = beside(realPath, suffix);
+            if (sizeOf(log) > 0)
+                fail(path, "is missing, but its log " + quoted(log) +
                                " is there, with changes that are nowhere else. Put the store back "
                                "beside it; or move the log away, too, to start with an empty "
                                "store.");
         }
         create(realPath, turn);
-    } else if (file.size() == 0)
+    } else if (sizeOf(realPath) == 0)
         fail(path, "is empty, which a store never is." + leftAsItIs +
                        "; or put a backup in the place of all these.");
     const auto openStore = [&] {

@@ -4,6 +4,8 @@
 
 #include <QString>
 
+#include <filesystem>
+
 /// The store on disk: one SQLite file, held by one process at a time.
 class ModelContainer
 {
@@ -11,14 +13,16 @@ public:
     /// Major × 10,000 + minor × 100 + patch.
     static constexpr int schemaVersion = 1'00'00;
 
-    /// Where the user's store lies.
-    static QString defaultPath();
+    /// Where the user's store lies: in XDG_DATA_HOME, if that is a full path, or in the home.
+    static std::filesystem::path defaultPath();
 
     /// Opens the store at @p path, or makes an empty one, with its directory, where there is no
     /// file, for the owner alone. Throws StoreError, and leaves the file as it is, if it is not a
-    /// whole store of this schema version, cannot be read and written, or is held by another
-    /// process; also if there is only the log of a store, and if another process keeps its
-    /// directory locked for longer than @p delays say. @p clock outlives the container.
+    /// whole store of this schema, cannot be read and written, belongs to or may have been changed
+    /// by another user, or is held by another process; also if there is only the log of a store,
+    /// and if another process keeps its directory locked for longer than @p delays say. @p clock
+    /// outlives the container.
+    ModelContainer(const std::filesystem::path &path, const Clock &clock, SaveDelays delays = {});
     ModelContainer(const QString &path, const Clock &clock, SaveDelays delays = {});
     /// Writes what is unsaved and closes the store.
     ~ModelContainer();

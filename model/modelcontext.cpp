@@ -74,7 +74,7 @@ ModelContext::ModelContext(SQLite::Database &database, const Clock &clock, SaveD
     : m_database(database)
     , m_clock(clock)
     , m_delays(delays)
-    , m_reserve(storePath())
+    , m_reserve(database.getFilename())
 {
     m_reserve.takeUp();
     m_saveTimer.setSingleShot(true);

@@ -1,7 +1,6 @@
 #pragma once
 
-#include <QByteArray>
-#include <QString>
+#include <string>
 
 /// Room on the disk that is kept for a store: a file beside it that holds nothing and takes up
 /// blocks. On a full disk it is given up, so that what is unsaved can be written all the same.
@@ -12,7 +11,7 @@ public:
     static constexpr int size = 256 * 1024;
 
     /// That of the store at @p storePath. Nothing is done yet.
-    explicit Reserve(const QString &storePath);
+    explicit Reserve(const std::string &storePath);
 
     /// Takes the room up, unless that has been done before. False if there is not enough.
     bool takeUp();
@@ -20,6 +19,6 @@ public:
     bool giveUp();
 
 private:
-    QByteArray m_name;
+    std::string m_name;
     bool m_isThere = false;
 };

@@ -21,7 +21,7 @@ class Backup(harness.Story):
             program.ends_well()
         self.assertEqual(sorted(file.name for file in folder.iterdir()),
                          ["store.sqlite", "store.sqlite-reserve"])
-        shutil.copyfile(folder / "store.sqlite", copy)
+        shutil.copy(folder / "store.sqlite", copy)
 
         # What is beside the store after a kill goes with it.
         with self.running() as program:
@@ -29,7 +29,7 @@ class Backup(harness.Story):
             program.kill()
         for file in folder.iterdir():
             file.unlink()
-        shutil.copyfile(copy, folder / "store.sqlite")
+        shutil.copy(copy, folder / "store.sqlite")
         with self.running() as program:
             program.row(TASK)
             self.assertEqual(len(program.all("list item")), 1)

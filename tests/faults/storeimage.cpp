@@ -37,7 +37,8 @@ void writeImage(const QString &path, const StoreImage &image)
     QDir().mkpath(QFileInfo(path).path());
     for (auto part = image.cbegin(); part != image.cend(); ++part) {
         QFile file(path + part.key());
-        if (!file.open(QIODevice::WriteOnly) || file.write(*part) != part->size())
+        if (!file.open(QIODevice::WriteOnly, QFile::ReadOwner | QFile::WriteOwner) ||
+            file.write(*part) != part->size())
             qFatal("A test's file cannot be written");
     }
 }

@@ -5,6 +5,7 @@
 #include "model/tasktemplate.h"
 
 #include <SQLiteCpp/Database.h>
+#include <filesystem>
 #include <limits>
 
 #include <QDir>
@@ -37,12 +38,12 @@ private:
     {
         QDir().mkpath(QFileInfo(path).path());
         QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly));
+        QVERIFY(file.open(QIODevice::WriteOnly, QFile::ReadOwner | QFile::WriteOwner));
         file.write(contents);
     }
 
     /// Opens the store at @p path and returns why that failed, or nothing if it did not.
-    QString failure(const QString &path, SaveDelays delays = {}) const
+    QString failure(const auto &path, SaveDelays delays = {}) const
     {
         try {
             const ModelContainer container(path, m_clock, delays);
@@ -83,6 +84,19 @@ private:
     static void execute(const QString &path, const char *sql)
     {
         SQLite::Database(QFile::encodeName(path).constData(), SQLite::OPEN_READWRITE).exec(sql);
+    }
+
+    /// Sets where the user's data lies, as long as the result lives.
+    [[nodiscard]] static auto withDataHome(const QByteArray &path)
+    {
+        const QByteArray before = qgetenv("XDG_DATA_HOME");
+        qputenv("XDG_DATA_HOME", path);
+        return qScopeGuard([before] {
+            if (before.isNull())
+                qunsetenv("XDG_DATA_HOME");
+            else
+                qputenv("XDG_DATA_HOME", before);
+        });
     }
 
 private Q_SLOTS:
@@ -222,9 +236,9 @@ private Q_SLOTS:
     {
         // given a store that came back from a backup with the log of a crash, for all to read
         const QTemporaryDir directory;
-        qputenv("XDG_DATA_HOME", QFile::encodeName(directory.path()));
-        const QString path = ModelContainer::defaultPath();
-        QVERIFY(path.startsWith(directory.path()));
+        const auto dataHome = withDataHome(QFile::encodeName(directory.path()));
+        const QString folder = directory.filePath(QCoreApplication::applicationName());
+        const QString path = folder + u"/store.sqlite"_s;
         {
             TestStore store(m_clock);
             store.insertTask(u"Møde"_s);
@@ -233,14 +247,13 @@ private Q_SLOTS:
             write(path + u"-wal"_s, contents(store.path() + u"-wal"_s));
         }
         for (const QString &each : {path, path + u"-wal"_s})
-            QCOMPARE(::chmod(QFile::encodeName(each).constData(), 0666), 0);
-        const QString folder = QFileInfo(path).path();
+            QCOMPARE(::chmod(QFile::encodeName(each).constData(), 0755), 0);
         QCOMPARE(::chmod(QFile::encodeName(folder).constData(), 0777), 0);
 
         // when
         const QString why = failure(path);
 
-        // then
+        // then it is the owner's alone
         QCOMPARE(why, QString());
         QCOMPARE(mode(path), 0600);
         QCOMPARE(mode(folder), 0700);
@@ -252,8 +265,166 @@ private Q_SLOTS:
         // then it is left as it is
         QCOMPARE(whyElsewhere, QString());
         QCOMPARE(mode(directory.path()), 0755);
+    }
 
-        qunsetenv("XDG_DATA_HOME");
+    void shouldRefuseFilesThatOthersMayWrite_data()
+    {
+        QTest::addColumn<QString>("suffix");
+        QTest::addColumn<int>("mode");
+        QTest::newRow("a store for the group") << u""_s << 0620;
+        QTest::newRow("a store for others") << u""_s << 0602;
+        QTest::newRow("a store for all") << u""_s << 0666;
+        QTest::newRow("a log for the group") << u"-wal"_s << 0660;
+        QTest::newRow("a journal for others") << u"-journal"_s << 0606;
+    }
+    void shouldRefuseFilesThatOthersMayWrite()
+    {
+        QFETCH(QString, suffix);
+        QFETCH(int, mode);
+        // given a store with a file that somebody else may have changed
+        TestStore store(m_clock);
+        store.close();
+        const QByteArray before = contents(store.path());
+        const QString part = store.path() + suffix;
+        if (!suffix.isEmpty())
+            write(part, {});
+        QCOMPARE(::chmod(QFile::encodeName(part).constData(), static_cast<mode_t>(mode)), 0);
+
+        // when it is opened
+        const QString why = failure(store.path());
+
+        // then it is refused, with what to do, and stays as it is
+        QVERIFY2(why.contains("others may write it"_L1), qPrintable(why));
+        QVERIFY2(why.contains(u"chmod go-w \""_s + part + u'"'), qPrintable(why));
+        QCOMPARE(this->mode(part), mode);
+        QCOMPARE(contents(store.path()), before);
+    }
+
+    void shouldRefuseFilesWithASecondName_data()
+    {
+        QTest::addColumn<QString>("suffix");
+        QTest::newRow("the store") << u""_s;
+        QTest::newRow("its log") << u"-wal"_s;
+        QTest::newRow("its journal") << u"-journal"_s;
+    }
+    void shouldRefuseFilesWithASecondName()
+    {
+        QFETCH(QString, suffix);
+        // given a store with a file that is hard-linked
+        TestStore store(m_clock);
+        store.close();
+        const QByteArray before = contents(store.path());
+        const QString part = store.path() + suffix;
+        if (!suffix.isEmpty())
+            write(part, {});
+        const QTemporaryDir elsewhere;
+        const QString other = elsewhere.filePath(u"other"_s);
+        QCOMPARE(::link(QFile::encodeName(part).constData(), QFile::encodeName(other).constData()),
+                 0);
+
+        // when it is opened
+        const QString why = failure(store.path());
+
+        // then it is refused, and stays as it is under both names
+        QVERIFY2(why.contains("is hard-linked"_L1), qPrintable(why));
+        QVERIFY2(why.contains(u'"' + part + u'"'), qPrintable(why));
+        QCOMPARE(contents(store.path()), before);
+        QCOMPARE(contents(other), suffix.isEmpty() ? before : QByteArray());
+        // and with one name it is opened again
+        QVERIFY(QFile::remove(other));
+        QCOMPARE(failure(store.path()), QString());
+    }
+
+    void shouldRefuseFilesOfAnotherUser_data()
+    {
+        QTest::addColumn<QString>("suffix");
+        QTest::newRow("the store") << u""_s;
+        QTest::newRow("its log") << u"-wal"_s;
+    }
+    void shouldRefuseFilesOfAnotherUser()
+    {
+        QFETCH(QString, suffix);
+        if (::geteuid() != 0)
+            QSKIP("Only the superuser can give a file to another user.");
+        // given a store with a file of somebody else
+        TestStore store(m_clock);
+        store.close();
+        const QByteArray before = contents(store.path());
+        const QString part = store.path() + suffix;
+        if (!suffix.isEmpty())
+            write(part, {});
+        constexpr uid_t nobody = 65534;
+        QCOMPARE(::chown(QFile::encodeName(part).constData(), nobody, static_cast<gid_t>(-1)), 0);
+
+        // when it is opened
+        const QString why = failure(store.path());
+
+        // then it is refused, and stays as it is
+        QVERIFY2(why.contains("belongs to another user"_L1), qPrintable(why));
+        QVERIFY2(why.contains(u'"' + part + u'"'), qPrintable(why));
+        QCOMPARE(QFileInfo(part).ownerId(), nobody);
+        QCOMPARE(contents(store.path()), before);
+    }
+
+    void shouldIgnoreADataHomeThatIsNoFullPath_data()
+    {
+        QTest::addColumn<QByteArray>("dataHome");
+        QTest::newRow("relative") << QByteArray("data");
+        QTest::newRow("relative with a dot") << QByteArray("./data");
+        QTest::newRow("empty") << QByteArray("");
+    }
+    void shouldIgnoreADataHomeThatIsNoFullPath()
+    {
+        QFETCH(QByteArray, dataHome);
+        // given a home, and another current directory
+        const QTemporaryDir home;
+        const QTemporaryDir current;
+        const auto before = qScopeGuard([path = QDir::currentPath(), home = qgetenv("HOME")] {
+            QDir::setCurrent(path);
+            qputenv("HOME", home);
+        });
+        QVERIFY(QDir::setCurrent(current.path()));
+        qputenv("HOME", QFile::encodeName(home.path()));
+        const auto set = withDataHome(dataHome);
+
+        // when the store is opened
+        QCOMPARE(failure(ModelContainer::defaultPath()), QString());
+
+        // then it lies in the home
+        QVERIFY(QFile::exists(home.filePath(
+            u".local/share/"_s + QCoreApplication::applicationName() + u"/store.sqlite"_s)));
+        QVERIFY(QDir(current.path()).isEmpty());
+    }
+
+    void shouldWorkWhereADirectorysNameIsNoText()
+    {
+        // given a place for data whose name is not UTF-8
+        const QTemporaryDir directory;
+        const std::filesystem::path home =
+            QFile::encodeName(directory.path()).toStdString() + "/d\xe6ta";
+        const auto removal = qScopeGuard([home] { std::filesystem::remove_all(home); });
+        const auto set = withDataHome(QByteArray::fromStdString(home.native()));
+
+        // when a task is stored there
+        {
+            ModelContainer container(ModelContainer::defaultPath(), m_clock);
+            container.mainContext().insert(
+                std::make_unique<Task>(m_clock, u"Møde"_s, m_clock.now(), std::nullopt));
+            // and the store is asked for once more
+            QVERIFY(failure(ModelContainer::defaultPath()).contains("in use"_L1));
+        }
+
+        // then it lies there, with its reserve, and is found again
+        const auto folder = home / QCoreApplication::applicationName().toStdString();
+        QVERIFY(std::filesystem::exists(folder / "store.sqlite"));
+        QVERIFY(std::filesystem::exists(folder / "store.sqlite-reserve"));
+        QVERIFY(!std::filesystem::exists(folder / "store.sqlite-wal"));
+        ModelContainer container(ModelContainer::defaultPath(), m_clock);
+        LiveQuery<Task> tasks(container.mainContext(), allRecords(), QueryOrder::Store);
+        QCOMPARE(tasks.results().size(), 1);
+        // and nothing lies beside that place, under a name made a text
+        const std::filesystem::directory_iterator places(home.parent_path());
+        QCOMPARE(std::distance(begin(places), end(places)), 1);
     }
 
     void shouldRefuseASecondWriter()
@@ -315,25 +486,50 @@ private Q_SLOTS:
                                << u"schema version 0.9.0"_s;
         QTest::newRow("another program's")
             << QByteArray("PRAGMA application_id = 1") << u"database of another program"_s;
-        QTest::newRow("a column is missing")
-            << QByteArray("ALTER TABLE TaskTemplate DROP COLUMN sortOrder")
-            << u"has other tables"_s;
+        const auto row = [](const char *name, const char *change, const QString &part) {
+            QTest::newRow(name) << QByteArray(change)
+                                << u"has another schema than this program's: the "_s + part;
+        };
+        row("a column is missing", "ALTER TABLE TaskTemplate DROP COLUMN sortOrder",
+            u"table \"TaskTemplate\""_s);
+        row("a column of another type",
+            "DROP TABLE TaskTemplate; CREATE TABLE TaskTemplate (rowid INTEGER PRIMARY KEY, "
+            "id BLOB NOT NULL, name BLOB NOT NULL, sortOrder INTEGER NOT NULL, "
+            "createdAt REAL NOT NULL) STRICT",
+            u"table \"TaskTemplate\""_s);
+        row("one column more", "ALTER TABLE ProjectCode ADD COLUMN more TEXT",
+            u"table \"ProjectCode\""_s);
+        row("a table more", "CREATE TABLE more (x)", u"table \"more\""_s);
+        row("a table is missing", "DROP TABLE ProjectCode", u"table \"ProjectCode\""_s);
+        row("statistics", "ANALYZE", u"table \"sqlite_stat1\""_s);
+        row("an index more", "CREATE INDEX more ON Task (name)", u"index \"more\""_s);
+        row("an index is missing", "DROP INDEX TaskByID", u"index \"TaskByID\""_s);
+        row("an index of something else",
+            "DROP INDEX TaskByID; CREATE INDEX TaskByID ON Task (name)", u"index \"TaskByID\""_s);
+        row("a trigger", "CREATE TRIGGER swallow AFTER INSERT ON Task BEGIN DELETE FROM Task; END",
+            u"trigger \"swallow\""_s);
+        row("a view", "CREATE VIEW more AS SELECT * FROM Task", u"view \"more\""_s);
+        row("a view in a table's place",
+            "ALTER TABLE TaskTemplate RENAME TO more; CREATE VIEW TaskTemplate AS SELECT * FROM "
+            "more",
+            u"table \"TaskTemplate\""_s);
+        row("a name that is no text", "CREATE TABLE \"\x1b[2J\" (x)", u"table \"?[2J\""_s);
     }
     void shouldRefuseAndNotTouchAnotherSchema()
     {
         QFETCH(QByteArray, change);
         QFETCH(QString, why);
-
-        // given
+        // given a store that something else has changed
         TestStore store(m_clock);
+        store.insertTask(u"Møde"_s);
         store.close();
         execute(store.path(), change.constData());
         const QByteArray before = contents(store.path());
 
-        // when
+        // when it is opened
         const QString said = failure(store.path());
 
-        // then
+        // then it is refused, and stays as it is
         QVERIFY2(said.contains(why), qPrintable(said));
         QCOMPARE(contents(store.path()), before);
     }
