@@ -21,5 +21,5 @@ QString ProjectCode::displayName() const
 
 QString ProjectCode::description() const
 {
-    return QStringLiteral("project code ") + quotedName(displayName());
+    return u"project code "_s + quotedName(displayName());
 }

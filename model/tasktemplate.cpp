@@ -1,5 +1,7 @@
 #include "model/tasktemplate.h"
 
+using namespace Qt::StringLiterals;
+
 TaskTemplate::TaskTemplate(const Clock &clock, const QString &name, qint64 sortOrder)
     : TaskTemplate(Values{newValues(clock, sortOrder), name})
 {
@@ -13,5 +15,5 @@ TaskTemplate::TaskTemplate(const Values &values)
 
 QString TaskTemplate::description() const
 {
-    return QStringLiteral("template ") + quotedName(m_values.name);
+    return u"template "_s + quotedName(m_values.name);
 }

@@ -108,6 +108,7 @@ private Q_SLOTS:
 
     void shouldNameWhatCannotBeSavedWhenTheSessionEnds()
     {
+        // given a task that there is no room for, and a file that takes what is said
         const Fixture f;
         QVERIFY(f.addTask());
         QTemporaryFile said;
@@ -117,25 +118,34 @@ private Q_SLOTS:
         QCOMPARE(::getrlimit(RLIMIT_FSIZE, &before), 0);
         const auto handler = std::signal(SIGXFSZ, SIG_IGN);
         const int standardError = ::dup(STDERR_FILENO);
-
         // A file of the store takes more than this, and what is said less.
         const rlimit small{4096, before.rlim_max};
         ::setrlimit(RLIMIT_FSIZE, &small);
         ::dup2(said.handle(), STDERR_FILENO);
         QObject manager;
-        QMetaObject::invokeMethod(qApp, "commitDataRequest", Qt::DirectConnection,
-                                  QGenericArgument("QSessionManager&", &manager));
+
+        // when the session ends, and then the program
+        const bool isAsked =
+            QMetaObject::invokeMethod(qApp, "commitDataRequest", Qt::DirectConnection,
+                                      QGenericArgument("QSessionManager&", &manager));
         const bool isSaved = f.app->saveOrTell();
         ::dup2(standardError, STDERR_FILENO);
         ::setrlimit(RLIMIT_FSIZE, &before);
         std::signal(SIGXFSZ, handler);
         ::close(standardError);
-
-        QVERIFY(!isSaved);
         said.seek(0);
-        // once for the session's end, and once for the program's
-        QCOMPARE(said.readAll().count("  new: task \"\" of "), 2);
-        QVERIFY(f.app->saveOrTell());
+        const QByteArray words = said.readAll();
+
+        // then the task is named each time
+        QVERIFY(isAsked);
+        QVERIFY(!isSaved);
+        QCOMPARE(words.count("  new: task \"\" of "), 2);
+
+        // when there is room again
+        const bool isSavedThen = f.app->saveOrTell();
+
+        // then
+        QVERIFY(isSavedThen);
     }
 };
 

@@ -542,6 +542,7 @@ private Q_SLOTS:
 
     void shouldWriteADaysChangesOnAFullDisk()
     {
+        // given a store on a disk that is full but for the reserve
         const SmallDisk disk("size=1m");
         if (!disk.isMounted())
             QSKIP("There is no right to mount a small disk here");
@@ -549,49 +550,62 @@ private Q_SLOTS:
         const QString path = disk.path() + u"/data/store.sqlite"_s;
         const QString reserve = path + u"-reserve"_s;
         QList<Task *> tasks;
-        {
-            ModelContainer container(path, clock, {1h, 1h});
-            ModelContext &context = container.mainContext();
-            const auto newTask = [&](int number) {
-                auto task = std::make_unique<Task>(clock, u"Opgave nr. %1"_s.arg(number),
-                                                   clock.now(), std::nullopt);
-                tasks.append(task.get());
-                context.insert(std::move(task));
-            };
-            newTask(0);
-            QVERIFY(context.save());
-            QVERIFY(QFile::exists(reserve));
-            disk.fill();
-            // when a task is made now and then, and each change is written by itself
-            for (int change = 1; change < 600; ++change) {
-                if (change % 10 == 0) {
-                    newTask(change);
-                } else {
-                    Task *const task = tasks.at(change % tasks.size());
-                    if (task->isRunning())
-                        task->stop();
-                    else
-                        task->start();
-                }
-                QVERIFY2(context.save(), qPrintable(QString::number(change)));
-            }
-            QVERIFY(!QFile::exists(reserve));
-            QVERIFY(isOneOf(readImage(path), {contentsOf(context)}));
+        ModelContainer container(path, clock, {1h, 1h});
+        ModelContext &context = container.mainContext();
+        const auto newTask = [&](int number) {
+            auto task = std::make_unique<Task>(clock, u"Opgave nr. %1"_s.arg(number), clock.now(),
+                                               std::nullopt);
+            tasks.append(task.get());
+            context.insert(std::move(task));
+        };
+        newTask(0);
+        QVERIFY(context.save());
+        QVERIFY(QFile::exists(reserve));
+        disk.fill();
 
-            // and there is a reserve again as soon as there is room for it
-            disk.clear();
-            newTask(600);
-            QVERIFY(context.save());
-            QCOMPARE(QFileInfo(reserve).size(), Reserve::size);
-            disk.fill();
-            newTask(601);
-            QVERIFY(context.save());
-            QVERIFY(isOneOf(readImage(path), {contentsOf(context)}));
+        for (int change = 1; change < 600; ++change) {
+            // when a task is made now and then, and each change is written by itself
+            if (change % 10 == 0) {
+                newTask(change);
+            } else {
+                Task *const task = tasks.at(change % tasks.size());
+                if (task->isRunning())
+                    task->stop();
+                else
+                    task->start();
+            }
+            const bool isSaved = context.save();
+
+            // then
+            QVERIFY2(isSaved, qPrintable(QString::number(change)));
         }
+
+        // then that has taken the reserve
+        QVERIFY(!QFile::exists(reserve));
+        QVERIFY(isOneOf(readImage(path), {contentsOf(context)}));
+
+        // when there is room again
+        disk.clear();
+        newTask(600);
+        const bool isSavedWithRoom = context.save();
+
+        // then there is a reserve again
+        QVERIFY(isSavedWithRoom);
+        QCOMPARE(QFileInfo(reserve).size(), Reserve::size);
+
+        // when the disk is full once more
+        disk.fill();
+        newTask(601);
+        const bool isSavedAgain = context.save();
+
+        // then
+        QVERIFY(isSavedAgain);
+        QVERIFY(isOneOf(readImage(path), {contentsOf(context)}));
     }
 
     void shouldOpenOnAFullDiskByItsReserve()
     {
+        // given
         const SmallDisk disk("size=1m");
         if (!disk.isMounted())
             QSKIP("There is no right to mount a small disk here");
@@ -602,7 +616,11 @@ private Q_SLOTS:
             const ModelContainer made(path, clock);
         }
         disk.fill();
+
+        // when
         ModelContainer container(path, clock);
+
+        // then
         QVERIFY(contentsOf(container.mainContext()) == m_usedContents);
     }
 

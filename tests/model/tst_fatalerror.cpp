@@ -110,16 +110,22 @@ private Q_SLOTS:
 
     void shouldNameWhatCannotBeWritten()
     {
+        // given
         const FakeClock clock;
         TestStore store(clock);
         store.close();
+
+        // when
         const End end = runProbe({u"full-disk"_s, store.path()});
+
+        // then
+        QCOMPARE(end.how, QProcess::NormalExit);
         QCOMPARE(end.status, 1);
         QVERIFY2(end.message.startsWith(u"These changes are not in the store \""_s + store.path()),
                  qPrintable(end.message));
         QVERIFY2(end.message.contains("\n  new: task \"Ikke gemt\" of 2026-11-20, 00:00:00\n"_L1),
                  qPrintable(end.message));
-        QVERIFY(end.message.contains("Integer overflow"_L1));
+        QVERIFY2(end.message.contains("Integer overflow"_L1), qPrintable(end.message));
     }
 
     void shouldNameTheTaskAndTheStoreThatATimeComesFrom_data()

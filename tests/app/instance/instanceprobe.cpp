@@ -8,6 +8,8 @@
 
 #include <cstdio>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -31,12 +33,12 @@ int main(int argc, char *argv[])
         instance.claim(tokens, std::chrono::milliseconds(arguments.at(2).toLongLong()));
     if (claim != SingleInstance::Claim::First)
         return claim == SingleInstance::Claim::HandedOver ? 0 : 1;
-    say(QStringLiteral("first"));
+    say(u"first"_s);
     if (arguments.size() > 3)
         (void)std::getchar();
 
     QObject::connect(&instance, &SingleInstance::activated, &application,
-                     [](const QString &token) { say(QStringLiteral("activated:") + token); });
+                     [](const QString &token) { say(u"activated:"_s + token); });
     QObject::connect(&instance, &SingleInstance::quitRequested, &application,
                      &QCoreApplication::quit);
     return QCoreApplication::exec();
