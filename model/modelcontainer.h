@@ -10,9 +10,6 @@
 class ModelContainer
 {
 public:
-    /// Major × 10,000 + minor × 100 + patch.
-    static constexpr int schemaVersion = 1'00'00;
-
     /// Where the user's store lies: in XDG_DATA_HOME, if that is a full path, or in the home.
     static std::filesystem::path defaultPath();
 

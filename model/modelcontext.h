@@ -3,6 +3,7 @@
 #include "model/record.h"
 #include "model/recordfilter.h"
 #include "model/reserve.h"
+#include "model/storeerror.h"
 
 #include <QHash>
 #include <QList>
@@ -11,7 +12,6 @@
 
 #include <chrono>
 #include <memory>
-#include <stdexcept>
 #include <unordered_map>
 
 namespace SQLite
@@ -20,13 +20,6 @@ class Database;
 class Statement;
 } // namespace SQLite
 class Clock;
-
-/// The store could not be read or opened; what() says why, in English.
-class StoreError : public std::runtime_error
-{
-public:
-    using std::runtime_error::runtime_error;
-};
 
 /// When the store is written to by itself, and asked again, and how long it is waited for.
 struct SaveDelays {
