@@ -93,7 +93,7 @@ int main(int argc, char *argv[])
     nameApplication();
     // On Wayland, Qt itself makes the repetitions of a held key.
     std::optional<KeyRepeats> keyRepeats;
-    if (QGuiApplication::platformName() == QLatin1String("xcb"))
+    if (QGuiApplication::platformName() == "xcb"_L1)
         keyRepeats.emplace();
 
     // Loading the types takes as long as everything else up to the window, so it begins first.
@@ -115,5 +115,5 @@ int main(int argc, char *argv[])
                      &QCoreApplication::quit);
     app.openMainWindow();
     const int status = QApplication::exec();
-    return app.saveOrTell() ? status : EXIT_FAILURE;
+    return app.finish() ? status : EXIT_FAILURE;
 }

@@ -17,6 +17,7 @@ TimeTrackerApp::TimeTrackerApp(QQmlEngine &engine, const QDBusConnection &connec
     // The session's end may leave no time for another word.
     connect(qApp, &QGuiApplication::commitDataRequest, &context, &ModelContext::saveOrTell);
     quitOnUnixSignals(this);
+    m_sharedModelContainer->backups().begin();
 
     // The menu-bar extra keeps the program going.
     QGuiApplication::setQuitOnLastWindowClosed(false);
@@ -29,6 +30,14 @@ TimeTrackerApp::TimeTrackerApp(QQmlEngine &engine, const QDBusConnection &connec
 void TimeTrackerApp::openMainWindow(const QString &activationToken)
 {
     m_mainWindow.open(activationToken);
+}
+
+bool TimeTrackerApp::finish()
+{
+    if (!m_sharedModelContainer->mainContext().saveOrTell())
+        return false;
+    m_sharedModelContainer->backups().finish();
+    return true;
 }
 
 std::unique_ptr<ModelContainer> TimeTrackerApp::openStore(const Clock &clock, SaveDelays delays)

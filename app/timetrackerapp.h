@@ -21,8 +21,9 @@ public:
     /// desktop gave to who asked for it, or empty.
     void openMainWindow(const QString &activationToken = {});
 
-    /// Writes what is unsaved at the end. False if that failed; standard error then names it.
-    bool saveOrTell() { return m_sharedModelContainer->mainContext().saveOrTell(); }
+    /// At the end: writes what is unsaved, and then makes the day's backup. False if something stays
+    /// unsaved; standard error then names it.
+    bool finish();
 
 private:
     static std::unique_ptr<ModelContainer> openStore(const Clock &clock, SaveDelays delays);

@@ -2,6 +2,7 @@
 // so each has to fit into a frame. "CPU" is what that thread works; "Time" also waits for the disk.
 
 #include "benchmarks/madestore.h"
+#include "model/backupfiles.h"
 #include "model/modelcontainer.h"
 #include "model/systemclock.h"
 #include "model/task.h"
@@ -11,6 +12,10 @@
 #include <benchmark/benchmark.h>
 
 #include <QCoreApplication>
+#include <QFile>
+
+#include <algorithm>
+#include <chrono>
 
 using namespace Qt::StringLiterals;
 
@@ -90,6 +95,39 @@ void runningTask(benchmark::State &state)
     }
 }
 
+/// The day after today.
+class Tomorrow : public Clock
+{
+public:
+    Instant now() const override { return m_clock.now() + 24.0 * 3600; }
+
+private:
+    SystemClock m_clock;
+};
+
+/// The backup of a day that has ended, and how long it keeps everything else waiting at a time.
+void backUp(benchmark::State &state)
+{
+    using std::chrono::steady_clock;
+    const Tomorrow clock;
+    SaveDelays delays;
+    delays.backup = std::chrono::milliseconds(0);
+    const std::filesystem::path path = QFile::encodeName(madeStore(state.range(0))).toStdString();
+    steady_clock::duration longest{0};
+    for (auto _ : state) {
+        std::filesystem::remove_all(backupDirectory(path));
+        ModelContainer container(path, clock, delays);
+        container.backups().begin();
+        while (backupsOf(path).empty() || container.backups().isMaking()) {
+            const auto start = steady_clock::now();
+            QCoreApplication::processEvents();
+            longest = std::max(longest, steady_clock::now() - start);
+        }
+    }
+    std::filesystem::remove_all(backupDirectory(path));
+    state.counters["longest_ms"] = std::chrono::duration<double, std::milli>(longest).count();
+}
+
 void sizes(benchmark::internal::Benchmark *each)
 {
     each->Arg(20)->Arg(10'000)->Arg(100'000)->Arg(1'000'000)->Unit(benchmark::kMicrosecond);
@@ -100,6 +138,7 @@ BENCHMARK(startAndStop)->Apply(sizes);
 BENCHMARK(newTask)->Apply(sizes);
 BENCHMARK(anotherDay)->Apply(sizes)->Iterations(500);
 BENCHMARK(runningTask)->Apply(sizes);
+BENCHMARK(backUp)->Apply(sizes)->Iterations(3);
 
 } // namespace
 

@@ -1,5 +1,6 @@
 #include "model/modelcontainer.h"
 
+#include "model/backupfiles.h"
 #include "model/fatalerror.h"
 #include "model/reserve.h"
 #include "model/storefiles.h"
@@ -254,8 +255,13 @@ ModelContainer::ModelContainer(const fs::path &path, const Clock &clock, SaveDel
     std::error_code error;
     const fs::path canonical = fs::canonical(directory, error);
     const fs::path realPath = (error ? directory : canonical) / path.filename();
-    m_database = openOrMake(realPath, delays.turn);
+    try {
+        m_database = openOrMake(realPath, delays.turn);
+    } catch (const UnusableStoreError &error) {
+        throw UnusableStoreError(error.what() + restoreAdvice(realPath));
+    }
     m_mainContext = std::make_unique<ModelContext>(*m_database, clock, delays);
+    m_backups = std::make_unique<Backups>(*m_database, *m_mainContext);
     setFatalErrorRescue([context = m_mainContext.get()] { context->saveOrTell(); });
 }
 

@@ -85,6 +85,7 @@ ModelContext::ModelContext(SQLite::Database &database, const Clock &clock, SaveD
 ModelContext::~ModelContext()
 {
     save();
+    // Also with nothing to write: the log is not to stay beside another store.
     isInPlace();
 }
 
@@ -169,7 +170,9 @@ bool ModelContext::saveOrTell()
         for (const QString &description : records.removed)
             changes += u"  deleted: "_s + description + u'\n';
     }
-    std::fputs(changes.toUtf8().constData(), stderr);
+    // The session's end tells them, and the program's own end may come after it.
+    if (std::exchange(m_told, changes) != changes)
+        std::fputs(changes.toUtf8().constData(), stderr);
     return false;
 }
 
@@ -392,6 +395,8 @@ void ModelContext::noteWritten(const Written &written)
         record->m_isUnsaved = false;
         shelf(record->recordType()).edited.remove(record);
     }
+    if (!written.inserted.isEmpty() || !written.edited.isEmpty() || !written.removed.isEmpty())
+        Q_EMIT this->written();
 }
 
 SQLite::Statement &ModelContext::statement(const std::string &sql)

@@ -21,7 +21,7 @@ class Statement;
 } // namespace SQLite
 class Clock;
 
-/// When the store is written to by itself, and asked again, and how long it is waited for.
+/// When the store is written to, asked again and copied by itself, and how long it is waited for.
 struct SaveDelays {
     /// From the first unsaved change to the write; later changes do not put it off.
     std::chrono::milliseconds automatic{50};
@@ -29,6 +29,10 @@ struct SaveDelays {
     std::chrono::milliseconds retry{5000};
     /// At most, for another process's lock on the store's directory, when the store is opened.
     std::chrono::milliseconds turn{10'000};
+    /// From the start to the backup that the day before has not got.
+    std::chrono::milliseconds backup{10'000};
+    /// At most, for the backup at the program's end.
+    std::chrono::milliseconds finish{1'000};
 };
 
 /// The one place where records live while the program runs: it makes the objects of stored
@@ -74,6 +78,8 @@ Q_SIGNALS:
     /// The record still exists, but belongs to no query any more.
     void removed(Record *record);
     void changed(Record *record);
+    /// Changes have been written to the store.
+    void written();
 
 private:
     /// One record type's part of the context.
@@ -116,6 +122,8 @@ private:
     QTimer m_saveTimer;
     bool m_lastSaveFailed = false;
     bool m_isOutOfPlace = false;
+    /// What saveOrTell() last said.
+    QString m_told;
     /// Why the last save that failed did so.
     std::string m_failure;
     std::array<Shelf, 3> m_shelves;

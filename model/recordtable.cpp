@@ -160,7 +160,7 @@ int bindRecord(SQLite::Statement &statement, const Record &record)
 }
 
 template<typename Type>
-RecordTable makeTable(const std::string &table, const std::string &indexes)
+RecordTable makeTable(const std::string &table, const std::vector<RecordTable::Index> &indexes)
 {
     const auto joined = [](const auto &textOf) {
         std::string list;
@@ -178,9 +178,15 @@ RecordTable makeTable(const std::string &table, const std::string &indexes)
         };
         return std::string(property.name) + ' ' + std::visit(type, property.member);
     });
+    std::string create =
+        "CREATE TABLE " + table + " (rowid INTEGER PRIMARY KEY, " + declarations + ") STRICT;";
+    for (const RecordTable::Index &index : indexes)
+        create += "CREATE INDEX " + index.name + " ON " + table + " (" + index.column + ")" +
+                  (index.condition.empty() ? "" : " WHERE " + index.condition) + ';';
     return {
-        "CREATE TABLE " + table + " (rowid INTEGER PRIMARY KEY, " + declarations + ") STRICT;" +
-            indexes,
+        table,
+        indexes,
+        create,
         "SELECT rowid, " + names + " FROM " + table,
         "INSERT INTO " + table + " (" + names + ") VALUES (" + places + ")",
         "UPDATE " + table + " SET " + assignments + " WHERE rowid = ?",
@@ -197,10 +203,9 @@ const RecordTable &recordTable(RecordType type)
     // A day, the running tasks and one task by its id are found by index: the history may hold
     // millions of tasks, and nobody waits for it.
     static const std::array<RecordTable, recordTypes.size()> tables{
-        makeTable<Task>("Task", "CREATE INDEX TaskByDate ON Task (date);"
-                                "CREATE INDEX TaskByID ON Task (id);"
-                                "CREATE INDEX RunningTask ON Task (lastStartTime) "
-                                "WHERE lastStartTime IS NOT NULL;"),
+        makeTable<Task>("Task", {{"TaskByDate", "date", ""},
+                                 {"TaskByID", "id", ""},
+                                 {"RunningTask", "lastStartTime", "lastStartTime IS NOT NULL"}}),
         makeTable<TaskTemplate>("TaskTemplate", {}),
         makeTable<ProjectCode>("ProjectCode", {}),
     };

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <string>
+#include <vector>
 
 namespace SQLite
 {
@@ -15,6 +16,15 @@ struct RecordFilter;
 /// How one record type lies in the store's file. `rowid` is the record's identity and grows with
 /// insertion, so it is also the store's order.
 struct RecordTable {
+    struct Index {
+        std::string name;
+        std::string column;
+        /// Of the rows that are in it; empty for all.
+        std::string condition;
+    };
+
+    std::string name;
+    std::vector<Index> indexes;
     /// Creates the table and its indexes.
     std::string create;
     /// Yields rowid and the properties; a condition may follow.

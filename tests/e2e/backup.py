@@ -1,4 +1,4 @@
-"""What the README says of backups: a copy of one file, and that file put back."""
+"""What the README says of backups: they are there, and one is put back."""
 
 import shutil
 
@@ -12,22 +12,24 @@ TASK = "Årsopgørelse"
 class Backup(harness.Story):
     program = DayProgram
 
-    def shouldComeBackFromACopyOfTheStoresFile(self):
+    def shouldComeBackFromABackup(self):
         folder = self.home / STORE
-        copy = self.home / "copy.sqlite"
         with self.running() as program:
             self.make_task(program, TASK)
             program.quit()
             program.ends_well()
         self.assertEqual(sorted(file.name for file in folder.iterdir()),
-                         ["store.sqlite", "store.sqlite-reserve"])
-        shutil.copy(folder / "store.sqlite", copy)
+                         ["backups", "store.sqlite", "store.sqlite-reserve"])
+        backup, = (folder / "backups").iterdir()
+        self.assertRegex(backup.name, r"^\d{4}-\d\d-\d\d\.sqlite$")
+        copy = self.home / "copy.sqlite"
+        shutil.copy(backup, copy)
 
         # What is beside the store after a kill goes with it.
         with self.running() as program:
             self.make_task(program, "Efter kopien")
             program.kill()
-        for file in folder.iterdir():
+        for file in folder.glob("store.sqlite*"):
             file.unlink()
         shutil.copy(copy, folder / "store.sqlite")
         with self.running() as program:

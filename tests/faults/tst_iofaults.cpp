@@ -1,5 +1,7 @@
 #include "../support/fakeclock.h"
+#include "../support/standarderror.h"
 #include "faultvfs.h"
+#include "model/backupfiles.h"
 #include "model/projectcode.h"
 #include "model/reserve.h"
 #include "model/task.h"
@@ -145,6 +147,13 @@ private:
     Contents m_contents;
     QList<Contents> m_possible;
 };
+
+/// The file as the store that it becomes once it is put back.
+StoreImage imageOf(const BackupFile &backup)
+{
+    QFile file(QFile::decodeName(backup.path.c_str()));
+    return file.open(QIODevice::ReadOnly) ? StoreImage{{u""_s, file.readAll()}} : StoreImage();
+}
 
 /// Whether what a program that is started on these files would find is one of @p possible; says
 /// on standard error what is wrong.
@@ -417,6 +426,49 @@ private Q_SLOTS:
     {
         const int runs = workInEveryTrouble({}, {}, Work::Little);
         QVERIFY(runs > 0);
+    }
+
+    void shouldNameABackupOnlyWhenItIsWhole_data() { addFaults(); }
+    void shouldNameABackupOnlyWhenItIsWhole()
+    {
+        QFETCH(int, fault);
+        int runs = 0;
+        for (const auto duration : {FaultVfs::Duration::Once, FaultVfs::Duration::ForGood}) {
+            bool hasFailed = true;
+            for (int position = 1; hasFailed && !QTest::currentTestFailed(); ++position) {
+                // given
+                const QString path = newPath();
+                writeImage(path, m_used);
+                FaultVfs vfs;
+                const FakeClock clock;
+                ModelContainer container(path, clock, {1h, 1h, 10s, 1h, 1h});
+                Backups &backups = container.backups();
+                const auto made = [&] { return backupsOf(QFile::encodeName(path).toStdString()); };
+                backups.begin();
+
+                // when an operation fails while it is made
+                vfs.failAt(faults[fault].operation, position, faults[fault].code, duration);
+                const QString said = saidBy([&] { backups.finish(); });
+                hasFailed = vfs.hasFailed();
+                runs += hasFailed ? 1 : 0;
+                vfs.heal();
+
+                // then it is whole or has no name, and the store has lost nothing
+                QVERIFY2(!said.contains("damaged"_L1), qPrintable(said));
+                for (const BackupFile &backup : made())
+                    QVERIFY(isOneOf(imageOf(backup), {m_usedContents}));
+                QVERIFY(contentsOf(container.mainContext()) == m_usedContents);
+
+                // when nothing fails any more
+                backups.finish();
+
+                // then there is one
+                QCOMPARE(made().size(), 1U);
+                QVERIFY(isOneOf(imageOf(made().front()), {m_usedContents}));
+            }
+        }
+        if (runs == 0)
+            QSKIP("This takes no such operation");
     }
 
     void shouldHaveWhatWasSavedAfterAPowerCut_data()

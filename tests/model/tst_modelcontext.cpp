@@ -1,3 +1,4 @@
+#include "../support/standarderror.h"
 #include "../support/teststore.h"
 #include "model/livequery.h"
 #include "model/projectcode.h"
@@ -11,10 +12,7 @@
 
 #include <QFileInfo>
 #include <QSignalSpy>
-#include <QTemporaryFile>
 #include <QTest>
-
-#include <unistd.h>
 
 #include <functional>
 #include <limits>
@@ -54,21 +52,6 @@ private:
     {
         LiveQuery<Task> tasks(context, allRecords(), QueryOrder::Store);
         return names(tasks.results());
-    }
-
-    /// What @p action writes to standard error.
-    static QString saidBy(const std::function<void()> &action)
-    {
-        QTemporaryFile said;
-        if (!said.open())
-            return u"The test's file cannot be opened."_s;
-        const int standardError = ::dup(STDERR_FILENO);
-        ::dup2(said.handle(), STDERR_FILENO);
-        action();
-        ::dup2(standardError, STDERR_FILENO);
-        ::close(standardError);
-        said.seek(0);
-        return QString::fromUtf8(said.readAll());
     }
 
     /// How a save ends, and what it writes to standard error.

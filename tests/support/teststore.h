@@ -19,6 +19,7 @@ public:
 
     QString path() const { return m_directory.filePath(QStringLiteral("data/store.sqlite")); }
     ModelContext &context() { return m_container->mainContext(); }
+    Backups &backups() { return m_container->backups(); }
 
     void open() { m_container = std::make_unique<ModelContainer>(path(), m_clock, m_delays); }
     void close() { m_container.reset(); }
