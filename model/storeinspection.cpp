@@ -2,7 +2,6 @@
 
 #include "model/recordtable.h"
 
-#include <SQLiteCpp/Column.h>
 #include <SQLiteCpp/Exception.h>
 #include <sqlite3.h>
 
@@ -21,16 +20,6 @@ std::string rowsAfter(const RecordTable &table)
                  table.name + '.' + index.column + " AND other.rowid = " + table.name + ".rowid)";
     sql.insert(sql.rfind(" FROM "), found);
     return sql + " NOT INDEXED WHERE rowid > ? ORDER BY rowid";
-}
-
-/// Reads what lies outside of the row's own page, too.
-void readTexts(SQLite::Statement &row)
-{
-    for (int column = 0; column < row.getColumnCount(); ++column) {
-        const SQLite::Column cell = row.getColumn(column);
-        if (cell.isText() || cell.isBlob())
-            cell.getBlob();
-    }
 }
 
 } // namespace
@@ -73,7 +62,6 @@ bool StoreInspection::lookThroughTable(Moment end)
         if (rowid <= m_lastRowid)
             throw SQLite::Exception("they are not in order", SQLITE_CORRUPT);
         m_lastRowid = rowid;
-        readTexts(*m_rows);
         int column = m_rows->getColumnCount() - static_cast<int>(table.indexes.size());
         for (const RecordTable::Index &index : table.indexes) {
             if (m_rows->getColumn(column++).getInt() == 0)

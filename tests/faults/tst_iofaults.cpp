@@ -555,6 +555,26 @@ private Q_SLOTS:
         QVERIFY(vfs.isSynced(path + u".new"_s));
     }
 
+    void shouldNameABackupOnlyWhenItIsOnTheDisk()
+    {
+        // given
+        const QString path = newPath();
+        writeImage(path, m_used);
+        const FaultVfs vfs;
+        const FakeClock clock;
+        ModelContainer container(path, clock, {1h, 1h, 10s, 1h, 1h});
+        container.backups().begin();
+
+        // when
+        container.backups().finish();
+
+        // then
+        const std::filesystem::path store = QFile::encodeName(path).toStdString();
+        QCOMPARE(backupsOf(store).size(), 1U);
+        const std::filesystem::path unfinished = backupDirectory(store) / "unfinished";
+        QVERIFY(vfs.isSynced(QFile::decodeName(unfinished.c_str())));
+    }
+
     void shouldNotTakeADayThatCannotBeReadForAnEmptyOne()
     {
         // given

@@ -3,6 +3,7 @@
 #include "model/backupfiles.h"
 #include "model/storefiles.h"
 #include "model/tasklist.h"
+#include "model/tasktemplate.h"
 
 #include <SQLiteCpp/Database.h>
 #include <SQLiteCpp/Statement.h>
@@ -511,12 +512,24 @@ private Q_SLOTS:
         QCOMPARE(verdictOn(pathOf(store.path())), u"ok"_s);
     }
 
+    void shouldGiveNoNameToACopyOfADamagedStore_data()
+    {
+        QTest::addColumn<bool>("isTask");
+        QTest::newRow("a task") << true;
+        QTest::newRow("a template, which no index has") << false;
+    }
     void shouldGiveNoNameToACopyOfADamagedStore()
     {
+        QFETCH(bool, isTask);
+
         // given a store with a backup
         TestStore store(m_clock, onlyWhenAsked);
         store.backups().begin();
-        store.insertTask(QString(1'200'000, u'x'));
+        const QString name(1'200'000, u'x');
+        if (isTask)
+            store.insertTask(name);
+        else
+            store.insert<TaskTemplate>(name);
         QVERIFY(store.context().save());
         store.backups().finish();
         store.close();
@@ -540,7 +553,8 @@ private Q_SLOTS:
         const QString said = saidBy([&] { store.backups().finish(); });
 
         // then
-        QVERIFY2(said.contains("the store is damaged, rows of the table Task cannot be read"_L1),
+        QVERIFY2(said.contains(u"the store is damaged, rows of the table "_s +
+                               (isTask ? u"Task cannot"_s : u"TaskTemplate cannot"_s)),
                  qPrintable(said));
         QVERIFY2(said.contains(u"The newest good backup is \""_s + QFile::decodeName(good.c_str()) +
                                u"\".\n"_s),
