@@ -60,6 +60,14 @@ bool isForWantOfRoom(const SQLite::Exception &error, const SQLite::Database &dat
     return systemError == ENOSPC || systemError == EDQUOT || systemError == EFBIG;
 }
 
+/// Ends a transaction of @p database that could not be rolled back when it failed, for want of
+/// memory: no other could begin.
+void endTransaction(SQLite::Database &database)
+{
+    if (sqlite3_get_autocommit(database.getHandle()) == 0)
+        database.exec("ROLLBACK");
+}
+
 /// Whether the file of @p database no longer has its name, which another one may have now.
 bool hasMoved(const SQLite::Database &database)
 {
@@ -297,6 +305,7 @@ bool ModelContext::isInPlace()
 
 void ModelContext::writeAll()
 {
+    endTransaction(m_database);
     SQLite::Transaction transaction(m_database, SQLite::TransactionBehavior::IMMEDIATE);
     Written written;
     write(Failure::OfAll, written);
@@ -315,6 +324,7 @@ void ModelContext::writeOneByOne()
 {
     Written written;
     try {
+        endTransaction(m_database);
         write(Failure::OfOne, written);
     } catch (const SQLite::Exception &) {
         // The disk failed as well. What was written before it did is kept.

@@ -100,7 +100,13 @@ void checkStore(const fs::path &path)
     if (sizeOf(path) < size && sizeOf(beside(path, logSuffix)) == 0)
         refuseAsDamaged(path, " (its end is missing).");
     if (size <= sizeLookedThrough) {
-        std::string verdict = database.execAndGet("PRAGMA integrity_check(1)").getString();
+        const auto look = [&database] {
+            return database.execAndGet("PRAGMA integrity_check(1)").getString();
+        };
+        std::string verdict = look();
+        // SQLite calls a page damaged, too, for which there was no memory at that moment.
+        if (verdict != "ok")
+            verdict = look();
         std::replace(verdict.begin(), verdict.end(), '\n', ' ');
         if (verdict != "ok")
             refuseAsDamaged(path, " (" + verdict + ").");

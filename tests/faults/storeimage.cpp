@@ -8,6 +8,7 @@
 
 #include <SQLiteCpp/Database.h>
 
+#include <QDebug>
 #include <QDir>
 #include <QFile>
 #include <QLocale>
@@ -102,4 +103,17 @@ Contents contentsOf(const StoreImage &image)
     if (verdict != "ok")
         throw StoreError(verdict);
     return contents;
+}
+
+bool isOneOf(const StoreImage &image, const QList<Contents> &possible)
+{
+    try {
+        const Contents contents = contentsOf(image);
+        if (possible.contains(contents))
+            return true;
+        qCritical() << "The files hold" << contents << "and not one of" << possible;
+    } catch (const StoreError &error) {
+        qCritical() << "The files cannot be used:" << error.what();
+    }
+    return false;
 }

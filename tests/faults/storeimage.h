@@ -27,3 +27,6 @@ Contents contentsOf(ModelContext &context);
 /// What a program that opens these files would show. Throws StoreError if they cannot be opened,
 /// or are damaged.
 Contents contentsOf(const StoreImage &image);
+/// Whether what a program that opens these files would show is one of @p possible; says on standard
+/// error what is wrong.
+bool isOneOf(const StoreImage &image, const QList<Contents> &possible);

@@ -8,6 +8,7 @@
 #include "model/tasklist.h"
 #include "model/tasktemplate.h"
 #include "storeimage.h"
+#include "storeuser.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -52,137 +53,11 @@ constexpr Fault faults[] = {
     {FileOperation::SharedMemory, SQLITE_BUSY, "shared memory: held"},
 };
 
-/// A user at work in a store, who knows what should be in it.
-class User
-{
-public:
-    /// Opens the store at @p path, in which there is @p contents. Throws StoreError.
-    User(const QString &path, const Contents &contents)
-        : m_container(path, m_clock, SaveDelays{1h, 1ms})
-        , m_day(m_container.mainContext(), m_clock.calendar().dayInterval(m_clock.now()))
-        , m_contents(contents)
-        , m_possible{contents}
-    {
-    }
-
-    ModelContext &context() { return m_container.mainContext(); }
-    const DayTasks &day() const { return m_day; }
-
-    /// What should be in the store once all is written.
-    const Contents &contents() const { return m_contents; }
-    /// What may be in the store's files now: what was there at the last save that succeeded, or at
-    /// any that was tried since.
-    const QList<Contents> &possible() const { return m_possible; }
-
-    void work()
-    {
-        auto *const task = insert<Task>(u"ny"_s, m_clock.now(), u"4711"_s, 7);
-        save();
-        if (Task *const seen = find(u"a"_s))
-            edit(seen, [&] { seen->setName(u"omdøbt"_s); });
-        if (Task *const seen = find(u"b"_s)) {
-            m_contents.remove(seen->id());
-            context().remove(seen);
-        }
-        save();
-        insert<TaskTemplate>(u"skabelon 2"_s, 1);
-        insert<ProjectCode>(u"4712"_s, u""_s, 1);
-        edit(task, [&] { task->start(); });
-        save();
-        m_clock.advance(61);
-        edit(task, [&] { task->stop(); });
-        if (Task *const seen = find(u"c"_s))
-            edit(seen, [&] { seen->start(); });
-        save();
-    }
-
-    /// So much that SQLite moves its log into the store.
-    void workALot()
-    {
-        auto *const task = insert<Task>(u"stor"_s, m_clock.now(), std::nullopt);
-        save();
-        edit(task, [&] { task->setName(QString(4'300'000, u'x')); });
-        save();
-        edit(task, [&] { task->setName(u"igen lille"_s); });
-        save();
-    }
-
-private:
-    Task *find(const QString &name) const
-    {
-        for (Task *const task : m_day.tasks()) {
-            if (task->name() == name)
-                return task;
-        }
-        return nullptr;
-    }
-
-    template<class T, class... Arguments>
-    T *insert(Arguments &&...arguments)
-    {
-        auto record = std::make_unique<T>(m_clock, std::forward<Arguments>(arguments)...);
-        T *const inserted = record.get();
-        m_contents.insert(inserted->id(), describe(*inserted));
-        context().insert(std::move(record));
-        return inserted;
-    }
-
-    template<class Change>
-    void edit(const Record *record, Change change)
-    {
-        change();
-        m_contents.insert(record->id(), describe(*record));
-    }
-
-    void save()
-    {
-        m_possible.append(m_contents);
-        if (context().save())
-            m_possible = {m_contents};
-    }
-
-    FakeClock m_clock;
-    ModelContainer m_container;
-    DayTasks m_day;
-    Contents m_contents;
-    QList<Contents> m_possible;
-};
-
 /// The file as the store that it becomes once it is put back.
 StoreImage imageOf(const BackupFile &backup)
 {
     QFile file(QFile::decodeName(backup.path.c_str()));
     return file.open(QIODevice::ReadOnly) ? StoreImage{{u""_s, file.readAll()}} : StoreImage();
-}
-
-/// Whether what a program that is started on these files would find is one of @p possible; says
-/// on standard error what is wrong.
-bool isOneOf(const StoreImage &image, const QList<Contents> &possible)
-{
-    try {
-        const Contents contents = contentsOf(image);
-        if (possible.contains(contents))
-            return true;
-        qCritical() << "The files hold" << contents << "and not one of" << possible;
-    } catch (const StoreError &error) {
-        qCritical() << "The files cannot be used:" << error.what();
-    }
-    return false;
-}
-
-bool isTheLikeOf(const Contents &contents, const DayTasks &day)
-{
-    QStringList expected;
-    for (const QString &record : contents) {
-        if (record.contains("|task|"_L1))
-            expected << record;
-    }
-    QStringList shown;
-    for (const Task *task : day.tasks())
-        shown << describe(*task);
-    expected.sort();
-    shown.sort();
-    return shown == expected;
 }
 
 /// A disk that is small enough to be filled. The namespace that it is mounted in goes with this
@@ -291,7 +166,7 @@ private:
             vfs.failAt(trouble.fault.operation, trouble.position, trouble.fault.code,
                        trouble.duration);
 
-            std::optional<User> user;
+            std::optional<StoreUser> user;
             try {
                 user.emplace(path, contents);
             } catch (const StoreError &) {
@@ -324,7 +199,7 @@ private:
             QVERIFY(isOneOf(killed, user->possible()));
             // All is written as soon as it can be, without being asked, and everything is shown.
             QTRY_VERIFY(!user->context().hasChanges());
-            QTRY_VERIFY(isTheLikeOf(user->contents(), user->day()));
+            QTRY_VERIFY(user->seesAllTasks());
             const Contents expected = user->contents();
             user.reset();
             QVERIFY(isOneOf(readImage(path), {expected}));
@@ -503,7 +378,7 @@ private Q_SLOTS:
             const Contents before = isNew ? Contents() : m_usedContents;
             QList<Contents> possible{before};
             QList<Contents> possibleAtTheEnd;
-            std::optional<User> user;
+            std::optional<StoreUser> user;
             vfs.cutPowerAt(static_cast<int>(position), [&] {
                 wasCut = true;
                 if (user)
