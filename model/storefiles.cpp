@@ -47,6 +47,36 @@ int denial(const fs::path &path, int access)
     return ::faccessat(AT_FDCWD, path.c_str(), access, AT_EACCESS) == 0 ? 0 : errno;
 }
 
+/// Refuses the store at @p path for what lies at @p part, in one of its places.
+void checkFile(const fs::path &path, const fs::path &part)
+{
+    const std::string name = quoted(part);
+    struct stat status {
+    };
+    if (::lstat(part.c_str(), &status) != 0)
+        return;
+    if (!S_ISREG(status.st_mode) && part == path)
+        refuseContents(path, "is not a plain file");
+    if (!S_ISREG(status.st_mode))
+        refuse(path, "cannot be used: " + name + " is not a plain file. Move that one away.");
+    if (status.st_uid != ::geteuid())
+        refuse(path, "cannot be used: the file " + name +
+                         " belongs to another user. If you trust what is in it, this makes it "
+                         "yours: sudo chown " +
+                         std::to_string(::geteuid()) + ' ' + name + '.');
+    if (status.st_nlink > 1)
+        refuse(path, "cannot be used: the file " + name +
+                         " is hard-linked, and would be changed under its other name, too. This "
+                         "gives it a file of its own: cp " +
+                         name + ' ' + quoted(beside(part, ".copy")) + " && mv -f " +
+                         quoted(beside(part, ".copy")) + ' ' + name + '.');
+    if ((status.st_mode & (S_IWGRP | S_IWOTH)) != 0)
+        refuse(path, "cannot be used: the file " + name + " may have been changed by others, as " +
+                         "others may write it (" + modeOf(status) +
+                         "). If you trust what is in it, this takes that right away: chmod go-w " +
+                         name + '.');
+}
+
 } // namespace
 
 fs::path beside(fs::path path, const char *suffix)
@@ -129,7 +159,7 @@ std::string explained(int error, const fs::path &directory)
 int obstacle(const fs::path &directory)
 {
     // The index of the log, and the first changes in it.
-    constexpr unsigned long roomToOpen = 64 * 1024;
+    constexpr unsigned long roomToOpen = 64UL * 1024;
     if (const int error = denial(directory, W_OK | X_OK))
         return error;
     struct statvfs disk {
@@ -156,36 +186,8 @@ void checkRights(const fs::path &path)
 
 void checkFiles(const fs::path &path)
 {
-    for (const char *const suffix : {"", logSuffix, journalSuffix, sharedIndexSuffix}) {
-        const fs::path part = beside(path, suffix);
-        const std::string name = quoted(part);
-        struct stat status {
-        };
-        if (::lstat(part.c_str(), &status) != 0)
-            continue;
-        if (!S_ISREG(status.st_mode) && part == path)
-            refuseContents(path, "is not a plain file");
-        if (!S_ISREG(status.st_mode))
-            refuse(path, "cannot be used: " + name + " is not a plain file. Move that one away.");
-        if (status.st_uid != ::geteuid())
-            refuse(path, "cannot be used: the file " + name +
-                             " belongs to another user. If you trust what is in it, this makes it "
-                             "yours: sudo chown " +
-                             std::to_string(::geteuid()) + ' ' + name + '.');
-        if (status.st_nlink > 1)
-            refuse(path,
-                   "cannot be used: the file " + name +
-                       " is hard-linked, and would be changed under its other name, too. This "
-                       "gives it a file of its own: cp " +
-                       name + ' ' + quoted(beside(part, ".copy")) + " && mv -f " +
-                       quoted(beside(part, ".copy")) + ' ' + name + '.');
-        if ((status.st_mode & (S_IWGRP | S_IWOTH)) != 0)
-            refuse(path,
-                   "cannot be used: the file " + name + " may have been changed by others, as " +
-                       "others may write it (" + modeOf(status) +
-                       "). If you trust what is in it, this takes that right away: chmod go-w " +
-                       name + '.');
-    }
+    for (const char *const suffix : {"", logSuffix, journalSuffix, sharedIndexSuffix})
+        checkFile(path, beside(path, suffix));
 }
 
 void syncDirectory(const fs::path &directory)
