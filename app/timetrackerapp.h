@@ -21,8 +21,8 @@ public:
     /// desktop gave to who asked for it, or empty.
     void openMainWindow(const QString &activationToken = {});
 
-    /// At the end: writes what is unsaved, and then makes the day's backup. False if something could
-    /// not be written; standard error then names it.
+    /// At the end: writes what is unsaved, and then makes the day's backup. False if something
+    /// could not be written; standard error then names it.
     bool finish();
 
 private:

@@ -540,7 +540,7 @@ private Q_SLOTS:
             QFile file(store.path());
             QVERIFY(file.open(QIODevice::ReadWrite));
             QVERIFY(file.size() > 1'000'000);
-            QVERIFY(file.seek(100 * 4096));
+            QVERIFY(file.seek(100LL * 4096));
             QCOMPARE(file.write(QByteArray(4096, '\xff')), 4096);
         }
         m_clock.set(u"2026-11-21T12:00:00"_s);

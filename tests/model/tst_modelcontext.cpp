@@ -70,7 +70,7 @@ private:
     /// The path of a store that is closed, with a task of this name.
     QString makeStore(const QTemporaryDir &directory, const QString &name) const
     {
-        const QString path = directory.filePath(u"store.sqlite"_s);
+        QString path = directory.filePath(u"store.sqlite"_s);
         ModelContainer container(path, m_clock);
         container.mainContext().insert(
             std::make_unique<Task>(m_clock, name, m_clock.now(), std::nullopt));
