@@ -215,7 +215,7 @@ std::unique_ptr<SQLite::Database> openOrMake(const fs::path &path,
                                          "move the log away, too, to start with an empty store.");
         }
         create(path, turn);
-    } else if (sizeOf(path) == 0)
+    } else if (sizeOf(path) <= 1) // SQLite takes one byte for none, and deletes the log.
         refuseContents(path, "is empty, which a store never is");
     try {
         try {

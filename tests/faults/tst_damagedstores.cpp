@@ -210,6 +210,21 @@ private Q_SLOTS:
         }
     }
 
+    void shouldLeaveTheLogOfATruncatedStore()
+    {
+        for (const qsizetype truncated : {0, 1, 2, 15, 16, 99, 100, 511, 512, 4095, 4096}) {
+            // when
+            StoreImage image = m_killed;
+            image[QString()].truncate(truncated);
+            const Outcome outcome = open(image);
+
+            // then
+            QVERIFY2(!outcome.refusal.isEmpty(), qPrintable(QString::number(truncated)));
+            if (QTest::currentTestFailed())
+                return;
+        }
+    }
+
     void shouldOpenOrRefuseAStoreWithABitFlipped()
     {
         // given
