@@ -13,7 +13,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdio>
 #include <utility>
 
@@ -49,15 +48,12 @@ bool isOfOneChange(const SQLite::Exception &error)
     return code == SQLITE_CORRUPT || code == SQLITE_TOOBIG || code == SQLITE_CONSTRAINT;
 }
 
-/// Whether a change of @p database has failed for want of room: on the disk, in the user's share of
-/// it, or in what a file may take.
-bool isForWantOfRoom(const SQLite::Exception &error, const SQLite::Database &database)
+/// Whether a change may have failed for want of room. SQLite does not tell a user's share of the
+/// disk, or a limit on the size of files, from any other failure to write.
+bool isForWantOfRoom(const SQLite::Exception &error)
 {
-    const int code = error.getErrorCode();
-    if (code != SQLITE_IOERR)
-        return code == SQLITE_FULL;
-    const int systemError = sqlite3_system_errno(database.getHandle());
-    return systemError == ENOSPC || systemError == EDQUOT || systemError == EFBIG;
+    return error.getErrorCode() == SQLITE_FULL ||
+           error.getExtendedErrorCode() == SQLITE_IOERR_WRITE;
 }
 
 /// Ends a transaction of @p database that could not be rolled back when it failed, for want of
@@ -143,7 +139,7 @@ bool ModelContext::save()
         try {
             writeAll();
         } catch (const SQLite::Exception &error) {
-            if (!isForWantOfRoom(error, m_database))
+            if (!isForWantOfRoom(error))
                 throw;
             m_reserve.giveUp();
             foldLog();

@@ -430,6 +430,36 @@ private Q_SLOTS:
         QVERIFY(vfs.isSynced(path + u".new"_s));
     }
 
+    void shouldGiveItsReserveWhereAQuotaKeepsItFromWriting()
+    {
+        // given
+        const QString path = newPath();
+        writeImage(path, m_used);
+        FaultVfs vfs;
+        const FakeClock clock;
+        ModelContainer container(path, clock, {1h, 1h});
+        ModelContext &context = container.mainContext();
+        const QString reserve = path + u"-reserve"_s;
+        QVERIFY(QFile::exists(reserve));
+        context.insert(std::make_unique<Task>(clock, u"ny"_s, clock.now(), std::nullopt));
+
+        // when nothing can be written, for which SQLite knows no reason
+        vfs.failAt(FileOperation::Write, 1, SQLITE_IOERR_WRITE, FaultVfs::Duration::ForGood);
+        const bool isSaved = context.save();
+
+        // then it has tried with the reserve's room
+        QVERIFY(!isSaved);
+        QVERIFY(!QFile::exists(reserve));
+
+        // when there is room
+        vfs.heal();
+        const bool isSavedThen = context.save();
+
+        // then there is a reserve again
+        QVERIFY(isSavedThen);
+        QVERIFY(QFile::exists(reserve));
+    }
+
     void shouldNameABackupOnlyWhenItIsOnTheDisk()
     {
         // given
