@@ -638,14 +638,22 @@ private Q_SLOTS:
         QVERIFY(!QFile::exists(directory.filePath(u"nowhere"_s)));
     }
 
-    void shouldNotFollowALinkInTheNewFilesPlace()
+    void shouldNotFollowALinkWhereItMakesAFile_data()
     {
+        QTest::addColumn<QString>("suffix");
+        QTest::newRow("the new store") << u".new"_s;
+        QTest::newRow("the reserve") << u"-reserve"_s;
+    }
+    void shouldNotFollowALinkWhereItMakesAFile()
+    {
+        QFETCH(QString, suffix);
+
         // given
         const QTemporaryDir directory;
         const QString path = directory.filePath(u"store.sqlite"_s);
         const QString other = directory.filePath(u"other"_s);
         write(other, "somebody else's");
-        QVERIFY(QFile::link(other, path + u".new"_s));
+        QVERIFY(QFile::link(other, path + suffix));
 
         // when
         const QString why = failure(path);
@@ -654,6 +662,7 @@ private Q_SLOTS:
         QCOMPARE(why, QString());
         QCOMPARE(contents(other), "somebody else's");
         QVERIFY(!QFileInfo(path).isSymLink());
+        QVERIFY(!QFileInfo(path + suffix).isSymLink());
         QCOMPARE(QDir(directory.path()).entryList(QDir::Files),
                  (QStringList{u"other"_s, u"store.sqlite"_s, u"store.sqlite-reserve"_s}));
     }
@@ -697,24 +706,6 @@ private Q_SLOTS:
         QCOMPARE(status.st_mode & 07777, 0600U);
         QCOMPARE(status.st_size, Reserve::size);
         QVERIFY(status.st_blocks * 512 >= Reserve::size);
-    }
-
-    void shouldNotFollowALinkInTheReservesPlace()
-    {
-        // given
-        const QTemporaryDir directory;
-        const QString path = directory.filePath(u"store.sqlite"_s);
-        const QString other = directory.filePath(u"other"_s);
-        write(other, "somebody else's");
-        QVERIFY(QFile::link(other, path + u"-reserve"_s));
-
-        // when
-        const QString why = failure(path);
-
-        // then
-        QCOMPARE(why, QString());
-        QCOMPARE(contents(other), "somebody else's");
-        QVERIFY(!QFileInfo(path + u"-reserve"_s).isSymLink());
     }
 
     void shouldLeaveTheStoreAndItsReserveWhenItCloses()
