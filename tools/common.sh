@@ -33,6 +33,9 @@ fi
 # What another distribution has to have, by Debian's names.
 unchecked_packages=()
 
+# Most tests wait for something most of the time.
+tests_at_once=$(($(nproc) + 2))
+
 say() { printf '%s\n' "$*" >&2; }
 
 # passing REGEX: copies the lines that do not match. On a terminal, the newest of those that do stands
