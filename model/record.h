@@ -4,7 +4,7 @@
 
 #include <QObject>
 #include <QUuid>
-#include <QtQmlIntegration>
+#include <QtQmlIntegration/qqmlintegration.h>
 
 #include <optional>
 

@@ -3,7 +3,7 @@
 #include <QObject>
 #include <QQmlParserStatus>
 #include <QSize>
-#include <QtQmlIntegration>
+#include <QtQmlIntegration/qqmlintegration.h>
 
 /// Gives the window that it is declared in a size that only itself changes; tiling window managers
 /// let such a window float.

@@ -2,7 +2,7 @@
 
 #include <QObject>
 #include <QQmlParserStatus>
-#include <QtQmlIntegration>
+#include <QtQmlIntegration/qqmlintegration.h>
 
 /// Sees to it that the button that it is declared in is pressed by Space and by no other key. Which
 /// other keys would press it (Return, Space with Ctrl) depends on the desktop and on Qt's version;

@@ -2,7 +2,7 @@
 
 #include <QObject>
 #include <QPointF>
-#include <QtQmlIntegration>
+#include <QtQmlIntegration/qqmlintegration.h>
 
 /// The `containmentMask` of an item that is clicked: its rectangle, and around a small one as much
 /// as it lacks to 20 by 20 pixels, but for what is another control's or nearer to it.

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <QQuickItem>
-#include <QtQmlIntegration>
+#include <QtQmlIntegration/qqmlintegration.h>
 
 /// Takes the keyboard focus whenever no control in its parent has it: what had it has been removed,
 /// hidden or disabled, and Qt leaves it to a focus scope, which does nothing with keys.

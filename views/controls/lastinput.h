@@ -1,7 +1,7 @@
 #pragma once
 
 #include <QObject>
-#include <QtQmlIntegration>
+#include <QtQmlIntegration/qqmlintegration.h>
 
 /// Knows whether the pointer or the keyboard was used last in the program. What appears under a
 /// resting pointer or scrolls there is hovered, too, but nobody has pointed at it.

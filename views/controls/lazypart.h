@@ -3,7 +3,7 @@
 #include <QObject>
 #include <QPointer>
 #include <QVariantMap>
-#include <QtQmlIntegration>
+#include <QtQmlIntegration/qqmlintegration.h>
 
 /// What the item that it is declared in has only while it is needed, which most never do.
 class LazyPart : public QObject

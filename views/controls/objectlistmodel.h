@@ -3,7 +3,7 @@
 #include <QAbstractListModel>
 #include <QList>
 #include <QSet>
-#include <QtQmlIntegration>
+#include <QtQmlIntegration/qqmlintegration.h>
 
 /// A list of objects for a view. A new list is applied as the difference to the old one, so that
 /// what stays keeps its delegate. The objects belong to somebody else; a destroyed one leaves the

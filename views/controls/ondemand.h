@@ -3,7 +3,7 @@
 #include <QPointer>
 #include <QQmlComponent>
 #include <QQuickItem>
-#include <QtQmlIntegration>
+#include <QtQmlIntegration/qqmlintegration.h>
 
 /// The place of something that exists only while it is needed: a field, a form or a popup. As high
 /// as that, which takes its width from here. When it goes, the keyboard focus that was inside it

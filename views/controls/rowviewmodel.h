@@ -4,7 +4,7 @@
 
 #include <QHash>
 #include <QObject>
-#include <QtQmlIntegration>
+#include <QtQmlIntegration/qqmlintegration.h>
 
 #include <memory>
 #include <utility>

@@ -5,7 +5,7 @@
 #include <QPointer>
 #include <QQmlParserStatus>
 #include <QQuickItem>
-#include <QtQmlIntegration>
+#include <QtQmlIntegration/qqmlintegration.h>
 
 class QQuickWindow;
 

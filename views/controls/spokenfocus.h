@@ -1,7 +1,7 @@
 #pragma once
 
 #include <QObject>
-#include <QtQmlIntegration>
+#include <QtQmlIntegration/qqmlintegration.h>
 
 /// Tells assistive technology that the item that it is declared in is what the keys act upon, for
 /// example a selected row, while another item, which knows what they do, has the keyboard focus.

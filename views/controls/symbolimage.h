@@ -2,7 +2,7 @@
 
 #include <QColor>
 #include <QQuickPaintedItem>
-#include <QtQmlIntegration>
+#include <QtQmlIntegration/qqmlintegration.h>
 
 /// A symbol in one colour, like a letter of a font. It is decoration: assistive technology does not
 /// see it.

@@ -3,7 +3,7 @@
 #include <QColor>
 #include <QObject>
 #include <QPalette>
-#include <QtQmlIntegration>
+#include <QtQmlIntegration/qqmlintegration.h>
 
 /// The one place for colours and fonts: derived from the application's palette and following it
 /// while the program runs.

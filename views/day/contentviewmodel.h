@@ -11,7 +11,7 @@
 
 #include <QObject>
 #include <QPointer>
-#include <QtQmlIntegration>
+#include <QtQmlIntegration/qqmlintegration.h>
 
 #include <optional>
 

@@ -4,7 +4,7 @@
 #include "timer/timermanager.h"
 
 #include <QObject>
-#include <QtQmlIntegration>
+#include <QtQmlIntegration/qqmlintegration.h>
 
 /// The day's totals.
 class FooterViewModel : public QObject

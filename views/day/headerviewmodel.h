@@ -5,7 +5,7 @@
 #include "views/day/datefit.h"
 
 #include <QObject>
-#include <QtQmlIntegration>
+#include <QtQmlIntegration/qqmlintegration.h>
 
 /// What the header shows: the date, and what its start/pause button does.
 class HeaderViewModel : public QObject

@@ -4,7 +4,7 @@
 #include "timer/timermanager.h"
 
 #include <QObject>
-#include <QtQmlIntegration>
+#include <QtQmlIntegration/qqmlintegration.h>
 
 /// What the menu-bar item says: the clock of the task that runs, whichever day it belongs to.
 class MenuBarLabelViewModel : public QObject

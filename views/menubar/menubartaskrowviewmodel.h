@@ -5,7 +5,7 @@
 
 #include <QPointer>
 #include <QVariant>
-#include <QtQmlIntegration>
+#include <QtQmlIntegration/qqmlintegration.h>
 
 /// One of today's tasks as the panel shows it. When its task goes, it keeps its last texts.
 class MenuBarTaskRowViewModel : public RowViewModel

@@ -7,7 +7,7 @@
 
 #include <QHash>
 #include <QObject>
-#include <QtQmlIntegration>
+#include <QtQmlIntegration/qqmlintegration.h>
 
 #include <memory>
 

@@ -3,7 +3,7 @@
 #include <QFont>
 #include <QObject>
 #include <QString>
-#include <QtQmlIntegration>
+#include <QtQmlIntegration/qqmlintegration.h>
 
 /// Measures names for the layout of a row.
 class NameFit : public QObject

@@ -7,7 +7,7 @@
 #include <QFont>
 #include <QObject>
 #include <QVariant>
-#include <QtQmlIntegration>
+#include <QtQmlIntegration/qqmlintegration.h>
 
 /// The project codes that the menu of every row offers.
 class ProjectCodeMenuModel : public QObject

@@ -7,7 +7,7 @@
 
 #include <QPointer>
 #include <QVariant>
-#include <QtQmlIntegration>
+#include <QtQmlIntegration/qqmlintegration.h>
 
 #include <optional>
 

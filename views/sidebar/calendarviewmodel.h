@@ -4,7 +4,7 @@
 #include "views/sidebar/monthmodel.h"
 
 #include <QObject>
-#include <QtQmlIntegration>
+#include <QtQmlIntegration/qqmlintegration.h>
 
 /// The month that the calendar shows. It follows the selected date and can be paged; paging never
 /// changes the selected date.

@@ -4,7 +4,7 @@
 
 #include <QAbstractListModel>
 #include <QDate>
-#include <QtQmlIntegration>
+#include <QtQmlIntegration/qqmlintegration.h>
 
 #include <optional>
 #include <vector>

@@ -4,7 +4,7 @@
 #include "views/controls/objectlistmodel.h"
 
 #include <QObject>
-#include <QtQmlIntegration>
+#include <QtQmlIntegration/qqmlintegration.h>
 
 #include <memory>
 
