@@ -35,8 +35,10 @@ else()
   # Qt6::Core alone: what the header defines, every target that uses it has to define, too.
   target_link_libraries(timetracker_precompiled PRIVATE timetracker_options Qt6::Core)
   target_precompile_headers(timetracker_precompiled PRIVATE
-    <algorithm> <chrono> <functional> <memory> <optional> <random>
-    <QCoreApplication> <QDateTime> <QDir> <QFile> <QHash> <QObject> <QPointer> <QProcess> <QString>
-    <QStringList> <QTemporaryDir> <QTimer> <QUuid> <QVariantMap>)
+    <algorithm> <chrono> <filesystem> <functional> <memory> <optional> <random>
+    <QAbstractItemModel> <QBitArray> <QCborMap> <QCoreApplication> <QDateTime> <QDebug> <QDir> <QEvent>
+    <QFile> <QHash> <QObject> <QPointer> <QProcess> <QProperty> <QRectF> <QRegularExpression> <QSet>
+    <QString> <QStringList> <QTemporaryDir> <QThread> <QTimer> <QUrl> <QUuid> <QVariantMap>
+    <QVersionNumber>)
   cmake_language(DEFER CALL timetracker_use_precompiled ${PROJECT_SOURCE_DIR})
 endif()
