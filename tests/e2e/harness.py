@@ -244,11 +244,25 @@ class Program:
                 places.append(tuple(int(number[1]) for number in numbers))
         return places
 
+    def is_under_pointer(self):
+        """Whether the topmost window there is one of the program's, with what a window manager has
+        put around it.
+        """
+        told = subprocess.run(["xdotool", "getmouselocation", "--shell"], capture_output=True,
+                              text=True, check=False).stdout
+        topmost = re.search(r"^WINDOW=(\d+)$", told, re.MULTILINE)
+        # One that vanishes meanwhile makes xdotool fail.
+        if topmost is None:
+            return False
+        parts = subprocess.run(["xwininfo", "-tree", "-id", topmost[1]], capture_output=True,
+                               text=True, check=False).stdout
+        return any(f"{int(window):#x} " in parts for window in self.visible_windows(""))
+
     # Acting
 
     def click(self, node):
-        """Clicks the middle of something once it stands still, and its window is shown where the
-        program has asked for it to be: until then, the click would go elsewhere.
+        """Clicks the middle of something once it stands still, its window is shown where the program
+        has asked for it to be, and nothing covers it: until then, the click would go elsewhere.
         """
         def still():
             place, window = node.get_extents(), node.get_window().get_extents()
@@ -256,7 +270,9 @@ class Program:
                 return None
             return place if place == node.get_extents() and place[2] > 0 and place[3] > 0 else None
         x, y, width, height = wait_until(still, f'"{node.get_name()}" stands still')
-        xdotool("mousemove", x + width // 2, y + height // 2, "click", 1)
+        xdotool("mousemove", x + width // 2, y + height // 2)
+        wait_until(self.is_under_pointer, f'nothing covers "{node.get_name()}"')
+        xdotool("click", 1)
 
     def press_button(self, name, within=None):
         self.click(self.see("button", name, within))
