@@ -12,6 +12,10 @@ if(TIMETRACKER_SANITIZE)
     -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
   target_link_options(timetracker_options INTERFACE -fsanitize=address,undefined)
 endif()
+if(TIMETRACKER_FUZZ)
+  # Tells the fuzzer what an input has reached.
+  target_compile_options(timetracker_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
 
 include(${CMAKE_CURRENT_LIST_DIR}/Hardening.cmake)
 include(${CMAKE_CURRENT_LIST_DIR}/FastBuilds.cmake)
