@@ -611,6 +611,8 @@ private Q_SLOTS:
             QTest::addRow("%s, and no store", name) << QByteArray(options) << true << words;
         };
         add("full", "size=512k", u"is full. Free some space on it"_s);
+        add("full, on one that counts no inodes", "size=512k,nr_inodes=0",
+            u"is full. Free some space on it"_s);
         add("without inodes", "nr_inodes=20", u"takes no more files"_s);
         add("read-only", "", u"is mounted read-only. Mount it for writing"_s);
     }

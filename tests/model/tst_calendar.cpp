@@ -192,6 +192,10 @@ private Q_SLOTS:
         // then
         QCOMPARE(calendar.startOfDay(QDate(2026, 11, 20)).value(),
                  FakeClock(u"2026-11-20T00:00:00"_s, "America/New_York").now());
+        QCOMPARE(
+            calendar.addingDays(FakeClock(u"2026-11-20T08:00:00"_s, "America/New_York").now(), 1)
+                .value(),
+            FakeClock(u"2026-11-21T08:00:00"_s, "America/New_York").now());
 
         qputenv("TZ", before);
     }

@@ -131,10 +131,33 @@ private Q_SLOTS:
         Task *const other = store.insert<Task>(u"i går"_s, m_clock.now() - 86400, std::nullopt);
         other->setName(u"stadig i går"_s);
         store.context().remove(other);
-        store.insert<TaskTemplate>(u"i dag"_s, 0);
+        store.context().remove(store.insert<TaskTemplate>(u"i dag"_s, 0));
 
         // then
         QCOMPARE(changed.count(), 0);
+    }
+
+    void shouldTellOfARemovalBeforeItHasBeenAsked()
+    {
+        // given
+        TestStore store(m_clock);
+        Task *const other = store.insert<Task>(u"i går"_s, m_clock.now() - 86400, std::nullopt);
+        Task *const task = store.insertTask(u"i dag"_s);
+        QVERIFY(store.context().save());
+        LiveQuery<Task> query(store.context(), today(), QueryOrder::Store);
+        QSignalSpy changed(&query, &RecordQuery::changed);
+
+        // when
+        store.context().remove(other);
+
+        // then
+        QCOMPARE(changed.count(), 0);
+
+        // when
+        store.context().remove(task);
+
+        // then
+        QCOMPARE(changed.count(), 1);
     }
 
     void shouldPutATaskThatMovesToTheDayInItsPlace()

@@ -5,6 +5,7 @@
 #include "model/tasktemplate.h"
 
 #include <SQLiteCpp/Database.h>
+#include <cerrno>
 #include <filesystem>
 #include <limits>
 
@@ -16,10 +17,36 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
+
+namespace
+{
+/// What a system call says from now on, until it is 0; an errno.
+int s_renameError = 0;
+int s_accessError = 0;
+} // namespace
+
+// Instead of the C library's: they may fail as they do on other file systems.
+
+extern "C" int renameat2(int oldDirectory, const char *oldName, int newDirectory,
+                         const char *newName, unsigned flags) noexcept
+{
+    errno = s_renameError;
+    return s_renameError != 0 ? -1
+                              : static_cast<int>(::syscall(SYS_renameat2, oldDirectory, oldName,
+                                                           newDirectory, newName, flags));
+}
+extern "C" int faccessat(int directory, const char *name, int access, int flags) noexcept
+{
+    errno = s_accessError;
+    return s_accessError != 0
+               ? -1
+               : static_cast<int>(::syscall(SYS_faccessat2, directory, name, access, flags));
+}
 
 class TestModelContainer : public QObject
 {
@@ -708,6 +735,98 @@ private Q_SLOTS:
         QVERIFY(status.st_blocks * 512 >= Reserve::size);
     }
 
+    void shouldDoWithoutAReserveWhereADirectoryIsInItsPlace()
+    {
+        // given
+        const QTemporaryDir directory;
+        const QString path = directory.filePath(u"store.sqlite"_s);
+        QVERIFY(QDir().mkpath(path + u"-reserve/kept"_s));
+        {
+            // when
+            ModelContainer container(path, m_clock);
+            container.mainContext().insert(
+                std::make_unique<Task>(m_clock, u"Møde"_s, m_clock.now(), std::nullopt));
+
+            // then
+            QVERIFY(container.mainContext().save());
+        }
+        QVERIFY(QFileInfo(path + u"-reserve/kept"_s).isDir());
+    }
+
+    void shouldMakeAStoreWhereFilesCannotBeKeptFromBeingReplaced()
+    {
+        // given a file system that knows no such renaming
+        const QTemporaryDir directory;
+        const QString path = directory.filePath(u"store.sqlite"_s);
+        s_renameError = EINVAL;
+        const auto restore = qScopeGuard([] { s_renameError = 0; });
+
+        // when
+        const QString why = failure(path);
+
+        // then
+        QCOMPARE(why, QString());
+        QVERIFY(QFileInfo(path).isFile());
+        QVERIFY(!QFileInfo::exists(path + u".new"_s));
+    }
+
+    void shouldSayWhenTheNewStoreCannotGetItsName()
+    {
+        // given
+        const QTemporaryDir directory;
+        const QString path = directory.filePath(u"store.sqlite"_s);
+        s_renameError = EIO;
+        const auto restore = qScopeGuard([] { s_renameError = 0; });
+
+        // when
+        const QString why = failure(path);
+
+        // then
+        QVERIFY2(why.contains(u'"' + path + u"\" cannot be made: Input/output error"_s),
+                 qPrintable(why));
+        QVERIFY(!QFileInfo::exists(path));
+    }
+
+    void shouldSayHowToTakeAwayTheMarkOfAnImmutableDirectory()
+    {
+        // given
+        const QTemporaryDir directory;
+        const QString path = directory.filePath(u"store.sqlite"_s);
+        s_accessError = EPERM;
+        const auto restore = qScopeGuard([] { s_accessError = 0; });
+
+        // when
+        const QString why = failure(path);
+
+        // then
+        QVERIFY2(
+            why.contains(u"This takes the mark away: chattr -i \""_s + directory.path() + u'"'),
+            qPrintable(why));
+        QVERIFY(!QFileInfo::exists(path));
+    }
+
+    void shouldMakeItsDirectoryInOneThatCannotBeRead()
+    {
+        // given
+        const QTemporaryDir directory;
+        const QByteArray name = QFile::encodeName(directory.path());
+        // To the superuser rights mean nothing.
+        constexpr uid_t nobody = 65534;
+        const uid_t user = ::geteuid();
+        QCOMPARE(::chown(name.constData(), user == 0 ? nobody : user, static_cast<gid_t>(-1)), 0);
+        QCOMPARE(::chmod(name.constData(), 0300), 0);
+
+        // when
+        QCOMPARE(::seteuid(user == 0 ? nobody : user), 0);
+        const QString why = failure(directory.filePath(u"data/store.sqlite"_s));
+        QCOMPARE(::seteuid(user), 0);
+        QCOMPARE(::chmod(name.constData(), 0700), 0);
+
+        // then
+        QCOMPARE(why, QString());
+        QVERIFY(QFileInfo(directory.filePath(u"data/store.sqlite"_s)).isFile());
+    }
+
     void shouldLeaveTheStoreAndItsReserveWhenItCloses()
     {
         // given
@@ -773,6 +892,8 @@ private Q_SLOTS:
             << u"data"_s << 0600 << false << folder + QStringList{u"mode 0600"_s};
         QTest::newRow("to make a store")
             << u"data"_s << 0500 << true << folder + QStringList{u"mode 0500"_s};
+        QTest::newRow("to read the directory")
+            << u"data"_s << 0300 << true << folder + QStringList{u"mode 0300"_s};
         QTest::newRow("to make the directory") << u""_s << 0500 << true << folder;
     }
     void shouldSayWhichRightIsMissingAndLockAndMakeNothing()

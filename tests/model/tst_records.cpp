@@ -2,6 +2,7 @@
 #include "model/projectcode.h"
 #include "model/tasktemplate.h"
 
+#include <QSignalSpy>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -47,6 +48,23 @@ private Q_SLOTS:
         QCOMPARE(taskTemplate.sortOrder(), 5);
         QCOMPARE(taskTemplate.createdAt(), clock.now());
         QVERIFY(!taskTemplate.id().isNull());
+    }
+
+    void shouldTellOfANewSortOrderAndNotOfTheSameOne()
+    {
+        // given
+        const FakeClock clock;
+        TaskTemplate taskTemplate(clock, u"Møde"_s, 5);
+        QSignalSpy sortOrder(&taskTemplate, &Record::sortOrderChanged);
+        QSignalSpy changed(&taskTemplate, &Record::changed);
+
+        // when
+        taskTemplate.setSortOrder(5);
+        taskTemplate.setSortOrder(6);
+
+        // then
+        QCOMPARE(sortOrder.count(), 1);
+        QCOMPARE(changed.count(), 1);
     }
 
     void shouldSortFirstUnlessToldOtherwise()

@@ -233,9 +233,33 @@ private Q_SLOTS:
         // when
         task.setProjectCode(u""_s);
         task.setProjectCode(std::nullopt);
+        task.setProjectCode(std::nullopt);
 
         // then
         QCOMPARE(changed.count(), 5);
+
+        // when
+        task.setAccumulatedSeconds(90);
+        task.setAccumulatedSeconds(90);
+        task.setDate(clock.now() + 86400);
+        task.setDate(clock.now() + 86401);
+
+        // then
+        QCOMPARE(changed.count(), 7);
+    }
+
+    void shouldAdviseNothingAboutAStoreThatItIsNotIn()
+    {
+        // given
+        const FakeClock clock;
+        const Task task(clock, u"Møde"_s, clock.now(), std::nullopt);
+
+        // when
+        const QString advice = QString::fromStdString(task.repairAdvice());
+
+        // then
+        QVERIFY2(advice.contains(u"\"Møde\" of 2026-11-20"_s), qPrintable(advice));
+        QVERIFY2(!advice.contains(u"store"_s), qPrintable(advice));
     }
 
     void shouldBeStoppedWithItsRunBankedWhenObserversHearOfIt()

@@ -593,6 +593,21 @@ private Q_SLOTS:
         QCOMPARE(timer.selectedDate(), clock.at(u"2018-11-03T01:00:00"_s));
     }
 
+    void shouldStayWhereTheCalendarEnds()
+    {
+        // given
+        FakeClock clock;
+        TimerManager timer(clock);
+        constexpr Instant beyond = 1e14;
+        timer.navigateToDate(beyond);
+
+        // when
+        timer.goToNextDay();
+
+        // then
+        QCOMPARE(timer.selectedDate(), beyond);
+    }
+
     void shouldLeaveRunningTasksAloneWhenTheDayChanges()
     {
         // given
