@@ -94,6 +94,18 @@ def xdotool(*arguments):
     subprocess.run(["xdotool", *map(str, arguments)], check=True)
 
 
+def answer(*arguments):
+    """What xdotool says, or None if it fails: there may be no such window just now."""
+    run = subprocess.run(["xdotool", *map(str, arguments)], capture_output=True, text=True,
+                         check=False)
+    return run.stdout.strip() if run.returncode == 0 else None
+
+
+def active_window():
+    """The X11 id of the window that the window manager takes for the active one, or None."""
+    return answer("getactivewindow")
+
+
 def press(*keys):
     """Presses keys one after the other, "ctrl+Return"."""
     if not IS_WAYLAND:
@@ -108,6 +120,18 @@ def press(*keys):
         for modifier in modifiers:
             arguments += ["-m", modifier]
     subprocess.run(["wtype", *arguments], check=True)
+
+
+def listen_to_keys():
+    """Waits until the X11 window manager hears its keys: the first one that xdotool presses makes
+    another keyboard the current one, for which it grabs them anew, and what is pressed meanwhile is
+    lost.
+    """
+    for key, desktop in (("F2", "1"), ("F1", "0")):
+        def is_shown():
+            press(f"super+{key}")
+            return answer("get_desktop") == desktop
+        wait_until(is_shown, f"Super+{key} shows its desktop")
 
 
 def write(text):
@@ -231,6 +255,15 @@ class Program:
             # A window that vanishes in the middle of its search makes xdotool fail.
             if "X Error" not in run.stderr:
                 return run.stdout.split()
+
+    def see_active(self, pattern=""):
+        """Waits until the X11 window manager takes such a window for the active one, and returns its
+        id: what is pressed while the keyboard is handed over may be lost.
+        """
+        def active():
+            window = active_window()
+            return window if window in self.visible_windows(pattern) else None
+        return None if IS_WAYLAND else wait_until(active, f'the window "{pattern}" is active')
 
     def shown_places(self):
         """Where the X server shows the program's windows: x, y, width, height."""
@@ -410,6 +443,7 @@ def main():
     if not IS_WAYLAND:
         # So that xdotool need not invent keys for the Danish letters.
         subprocess.run(["setxkbmap", "dk"], check=True)
+        listen_to_keys()
 
     # For what is told of changes. Its own patience is less than a second.
     Atspi.init()

@@ -8,18 +8,7 @@ import uuid
 
 import harness
 from dayprogram import UNNAMED, DayProgram
-from harness import wait_until, xdotool
-
-
-def answer(*arguments):
-    """What xdotool says, or None if it fails: there may be no active window just now."""
-    run = subprocess.run(["xdotool", *map(str, arguments)], capture_output=True, text=True,
-                         check=False)
-    return run.stdout.strip() if run.returncode == 0 else None
-
-
-def active_window():
-    return answer("getactivewindow")
+from harness import active_window, answer, wait_until, xdotool
 
 
 @contextlib.contextmanager
@@ -54,9 +43,7 @@ class Instance(harness.Story):
     @contextlib.contextmanager
     def running_with_window(self):
         with self.running() as program:
-            yield program, wait_until(
-                lambda: active_window() in program.visible_windows() and active_window(),
-                "its window is active")
+            yield program, program.see_active(f"^{harness.TITLE}$")
 
     def shouldRaiseAWindowBehindAnother(self):
         with self.running_with_window() as (program, window), another_window():
@@ -132,10 +119,10 @@ class Instance(harness.Story):
     def shouldSayThatTheFirstDoesNotAnswer(self):
         with self.running() as program:
             program.process.send_signal(signal.SIGSTOP)
-            answer = self.run_again()
+            words = self.run_again()
             program.process.send_signal(signal.SIGCONT)
             self.assertEqual(
-                answer, (1, "TULO Time Tracker is running already, but does not answer\n"))
+                words, (1, "TULO Time Tracker is running already, but does not answer\n"))
             program.see_window()
 
 

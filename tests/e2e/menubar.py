@@ -34,15 +34,8 @@ class MenuBarProgram(DayProgram):
         self.rename(UNNAMED, name)
 
     def press_in_panel(self, name):
-        """The X11 window manager may lose a press that comes while it hands the keyboard over."""
         panel = self.see_window_called(PANEL)
-
-        def is_active():
-            run = subprocess.run(["xdotool", "getactivewindow"], capture_output=True, text=True,
-                                 check=False)
-            return run.stdout.strip() in self.visible_windows(f"^{PANEL}$")
-        if not harness.IS_WAYLAND:
-            wait_until(is_active, "the window manager has given the panel the keyboard")
+        self.see_active(f"^{PANEL}$")
         self.press_button(name, panel)
 
     def see_in_main(self, name):
