@@ -1,4 +1,5 @@
 #include "../support/fakeclock.h"
+#include "faultvfs.h"
 #include "model/livequery.h"
 #include "model/projectcode.h"
 #include "model/task.h"
@@ -126,6 +127,31 @@ private:
                         m_closedContents.size() - 2);
             }
         }
+    }
+
+    /// The closed store, with a task that makes it so large that it is not looked through when it
+    /// is opened, and with a damaged page where @p index begins.
+    StoreImage largeStoreWithout(const QString &index)
+    {
+        const QString path = newPath();
+        writeImage(path, m_closed);
+        {
+            const FakeClock clock;
+            ModelContainer container(path, clock);
+            container.mainContext().insert(std::make_unique<Task>(
+                clock, QString(9'000'000, u'x'), clock.now() - 100 * day, std::nullopt));
+        }
+        qsizetype root = 0;
+        {
+            SQLite::Database database(QFile::encodeName(path).constData(), SQLite::OPEN_READONLY);
+            root = database
+                       .execAndGet("SELECT rootpage FROM sqlite_schema WHERE name = '" +
+                                   index.toStdString() + "'")
+                       .getInt();
+        }
+        StoreImage image = readImage(path);
+        std::fill_n(image[QString()].begin() + (root - 1) * pageSize, pageSize, '\xff');
+        return image;
     }
 
     static void execute(const QString &path, const char *sql)
@@ -388,7 +414,6 @@ private Q_SLOTS:
         QVERIFY(!outcome.refusal.isEmpty());
     }
 
-    // A store so large that it is not looked through when it is opened.
     void shouldGoOnWithWhatIsIntactOfALargeStore_data()
     {
         QTest::addColumn<QString>("index");
@@ -404,24 +429,8 @@ private Q_SLOTS:
 
         // given
         const QString path = newPath();
-        writeImage(path, m_closed);
+        writeImage(path, largeStoreWithout(index));
         const FakeClock clock;
-        {
-            ModelContainer container(path, clock);
-            container.mainContext().insert(std::make_unique<Task>(
-                clock, QString(9'000'000, u'x'), clock.now() - 100 * day, std::nullopt));
-        }
-        qsizetype root = 0;
-        {
-            SQLite::Database database(QFile::encodeName(path).constData(), SQLite::OPEN_READONLY);
-            root = database
-                       .execAndGet("SELECT rootpage FROM sqlite_schema WHERE name = '" +
-                                   index.toStdString() + "'")
-                       .getInt();
-        }
-        StoreImage image = readImage(path);
-        std::fill_n(image[QString()].begin() + (root - 1) * pageSize, pageSize, '\xff');
-        writeImage(path, image);
         QUuid task;
         QUuid made;
         {
@@ -458,6 +467,52 @@ private Q_SLOTS:
         QCOMPARE(contents.contains(task), !isTaskLost);
         QVERIFY(contents.contains(made));
         QCOMPARE(intactOf(m_closedContents, contents), m_closedContents.size());
+    }
+
+    void shouldWriteNothingTwiceWhereTheDiskFailsAroundADamagedPage()
+    {
+        const StoreImage image = largeStoreWithout(u"TaskByID"_s);
+        const QStringList names{u"ny 1"_s, u"ny 2"_s, u"ny 3"_s};
+        int failures = 0;
+        bool hasFailed = true;
+        for (int position = 1; hasFailed && !QTest::currentTestFailed(); ++position) {
+            // given a change that hits the page, and others that do not
+            const QString path = newPath();
+            writeImage(path, image);
+            FaultVfs vfs;
+            const FakeClock clock;
+            {
+                ModelContainer container(path, clock, {1h, 1h});
+                ModelContext &context = container.mainContext();
+                context.insert(std::make_unique<Task>(clock, u"ny"_s, clock.now(), std::nullopt));
+                for (const QString &name : names)
+                    context.insert(std::make_unique<TaskTemplate>(clock, name));
+
+                // when the disk fails before these are written, or between two of them
+                vfs.failAt(FileOperation::Write, position, SQLITE_IOERR_WRITE,
+                           FaultVfs::Duration::ForGood);
+                const bool isSaved = context.save();
+                hasFailed = vfs.hasFailed();
+                failures += hasFailed ? 1 : 0;
+
+                // then
+                QVERIFY(!isSaved);
+
+                // when it no longer does
+                vfs.heal();
+                context.save();
+            }
+
+            // then each of them has been written once
+            ModelContainer container(path, clock);
+            LiveQuery<TaskTemplate> templates(container.mainContext(), allRecords(),
+                                              QueryOrder::Store);
+            QStringList written;
+            for (const TaskTemplate *made : templates.results())
+                written << made->name();
+            QCOMPARE(written.filter(u"ny"_s), names);
+        }
+        QVERIFY(failures > names.size());
     }
 
     void shouldRefuseAStoreThatAnotherProcessHolds()

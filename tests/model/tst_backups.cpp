@@ -11,6 +11,7 @@
 #include <QDir>
 #include <QProcess>
 #include <QTest>
+#include <QtEndian>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -24,6 +25,7 @@ namespace
 {
 
 constexpr SaveDelays onlyWhenAsked{1h, 1h, 10s, 1h, 1h};
+constexpr qint64 pageSize = 4096;
 
 fs::path pathOf(const QString &path)
 {
@@ -82,6 +84,16 @@ QStringList filesBesideBackups(const QString &path)
         .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
 }
 
+/// Overwrites a page of the closed store, or the backup, at @p path, which holds more than 1 MB.
+void damagePage(const fs::path &path)
+{
+    QFile file(QFile::decodeName(path.c_str()));
+    QVERIFY(file.open(QIODevice::ReadWrite));
+    QVERIFY(file.size() > 1'000'000);
+    QVERIFY(file.seek(100 * pageSize));
+    QCOMPARE(file.write(QByteArray(pageSize, '\xff')), pageSize);
+}
+
 /// Takes the rows of @p task out of the index @p index of the closed store at @p path, as damage
 /// may do.
 void breakIndex(const QString &path, const std::string &index, const std::string &task)
@@ -98,6 +110,46 @@ void breakIndex(const QString &path, const std::string &index, const std::string
                    task + "'");
     }
     database.exec("INSERT INTO sqlite_schema SELECT * FROM kept");
+}
+
+/// Turns the date of @p task, in the closed store at @p path, into a text, as damage may do. An
+/// index, however new, holds that text, and is asked for the number that the text stands for.
+void turnDateIntoText(const QString &path, const std::string &task)
+{
+    SQLite::Database database(pathOf(path).native(), SQLite::OPEN_READWRITE);
+    database.exec("PRAGMA writable_schema = ON; UPDATE sqlite_schema SET "
+                  "sql = replace(sql, 'date REAL', 'date TEXT') WHERE name = 'Task'");
+    {
+        // Takes the column for one of texts.
+        SQLite::Database misled(pathOf(path).native(), SQLite::OPEN_READWRITE);
+        misled.exec("UPDATE Task SET date = '1795000000' WHERE name = '" + task + "'");
+    }
+    database.exec("UPDATE sqlite_schema SET sql = replace(sql, 'date TEXT', 'date REAL') "
+                  "WHERE name = 'Task'");
+}
+
+/// Lets the first pages of the tasks, in the closed store at @p path, be one and the same.
+void repeatPages(const QString &path)
+{
+    int root = 0;
+    {
+        SQLite::Database database(pathOf(path).native(), SQLite::OPEN_READONLY);
+        root = database.execAndGet("SELECT rootpage FROM sqlite_schema WHERE name = 'Task'");
+    }
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadWrite));
+    const qint64 start = (root - 1) * pageSize;
+    QVERIFY(file.seek(start));
+    const QByteArray page = file.read(pageSize);
+    // A page that refers to others: each of its cells begins with a page's number.
+    QCOMPARE(page.at(0), '\x05');
+    const auto cell = [&page](qsizetype number) {
+        return qFromBigEndian<quint16>(page.constData() + 12 + 2 * number);
+    };
+    for (const qsizetype number : {1, 2}) {
+        QVERIFY(file.seek(start + cell(number)));
+        QCOMPARE(file.write(page.mid(cell(0), 4)), 4);
+    }
 }
 
 } // namespace
@@ -119,6 +171,18 @@ private:
     void setTimeOfStore(const TestStore &store, const QString &time) const
     {
         setTime(pathOf(store.path()), m_clock.at(time));
+    }
+
+    /// Lets the twentieth end, so that its backup is in the making, and something change after it.
+    void letADayEnd(TestStore &store)
+    {
+        store.backups().begin();
+        store.insertTask(u"Fredag"_s);
+        QVERIFY(store.context().save());
+        m_clock.set(u"2026-11-21T00:00:00"_s);
+        QVERIFY(store.backups().isMaking());
+        store.insertTask(u"Lørdag"_s);
+        QVERIFY(store.context().save());
     }
 
 private Q_SLOTS:
@@ -344,6 +408,8 @@ private Q_SLOTS:
         }
         write(directory / "notes.txt", "x");
         write(directory / "2026-13-01.sqlite", "x");
+        write(directory / "2026-10-31.sqlite.gz", "x");
+        fs::create_directory(directory / "2026-10-30.sqlite");
         store.backups().begin();
         store.insertTask(u"Møde"_s);
         QVERIFY(store.context().save());
@@ -355,6 +421,8 @@ private Q_SLOTS:
         QCOMPARE(daysWithBackup(store.path()), expected);
         QVERIFY(fs::exists(directory / "notes.txt"));
         QVERIFY(fs::exists(directory / "2026-13-01.sqlite"));
+        QVERIFY(fs::exists(directory / "2026-10-31.sqlite.gz"));
+        QVERIFY(fs::exists(directory / "2026-10-30.sqlite"));
     }
 
     void shouldTakeUpNoMoreThan256Megabytes_data()
@@ -408,12 +476,31 @@ private Q_SLOTS:
         QCOMPARE(filesBesideBackups(store.path()), QStringList{u"2026-11-20.sqlite"_s});
     }
 
+    void shouldSayWhatKeepsItFromBeingMade_data()
+    {
+        QTest::addColumn<QString>("obstacle");
+        QTest::addColumn<bool>("isDirectory");
+        QTest::addColumn<QString>("reason");
+        QTest::newRow("a file where the directory should be")
+            << u"backups"_s << false << u"File exists"_s;
+        QTest::newRow("a directory where it is made")
+            << u"backups/unfinished"_s << true << u"File exists"_s;
+        QTest::newRow("a directory that has its name")
+            << u"backups/2026-11-20.sqlite"_s << true << u"Is a directory"_s;
+    }
     void shouldSayWhatKeepsItFromBeingMade()
     {
-        // given a file where the directory should be
+        QFETCH(QString, obstacle);
+        QFETCH(bool, isDirectory);
+        QFETCH(QString, reason);
+
+        // given
         TestStore store(m_clock, onlyWhenAsked);
-        const fs::path directory = backupDirectory(pathOf(store.path()));
-        write(directory, "not a directory");
+        const fs::path path = pathOf(store.path()).parent_path() / pathOf(obstacle);
+        if (isDirectory)
+            fs::create_directories(path);
+        else
+            write(path, "not a directory");
         store.backups().begin();
         store.insertTask(u"Møde"_s);
         QVERIFY(store.context().save());
@@ -426,14 +513,97 @@ private Q_SLOTS:
                                  QFile::decodeName(backupOf(store, "2026-11-20").c_str()) +
                                  u"\" could not be made: "_s),
                  qPrintable(said));
-        QVERIFY2(said.contains("File exists"_L1), qPrintable(said));
+        QVERIFY2(said.contains(reason), qPrintable(said));
 
-        // when the file is gone
-        QVERIFY(fs::remove(directory));
+        // when that is gone
+        QVERIFY(fs::remove(path));
         store.backups().finish();
 
         // then it is made, though nothing has changed since
         QCOMPARE(tasksIn(backupOf(store, "2026-11-20")), QStringList{u"Møde"_s});
+    }
+
+    void shouldTryAgainWhenTheNextDayEnds()
+    {
+        // given a day whose end sees no backup
+        TestStore store(m_clock, onlyWhenAsked);
+        const fs::path directory = backupDirectory(pathOf(store.path()));
+        write(directory, "not a directory");
+        store.backups().begin();
+        store.insertTask(u"Møde"_s);
+        QVERIFY(store.context().save());
+        const QString said = saidBy([&] { m_clock.set(u"2026-11-21T00:00:00"_s); });
+        QVERIFY2(said.contains("could not be made"_L1), qPrintable(said));
+        // and leaves nothing to go on with
+        QTimer later;
+        later.setSingleShot(true);
+        later.start(0ms);
+        QTRY_VERIFY(!later.isActive());
+
+        // when there is nothing in the way any more
+        QVERIFY(fs::remove(directory));
+        m_clock.set(u"2026-11-22T00:00:00"_s);
+
+        // then it is made
+        QTRY_VERIFY(!store.backups().isMaking());
+        QCOMPARE(daysWithBackup(store.path()), QStringList{u"2026-11-20"_s});
+        QCOMPARE(tasksIn(backupOf(store, "2026-11-20")), QStringList{u"Møde"_s});
+    }
+
+    void shouldMakeOneBackupAfterTheOther()
+    {
+        // given one in the making, and changes of the day that has begun
+        TestStore store(m_clock, onlyWhenAsked);
+        letADayEnd(store);
+
+        // when that day ends, too, before it is made
+        m_clock.set(u"2026-11-22T00:00:00"_s);
+
+        // then it is made
+        QTRY_VERIFY(!store.backups().isMaking());
+        QCOMPARE(daysWithBackup(store.path()), QStringList{u"2026-11-20"_s});
+
+        // when the program ends
+        store.backups().finish();
+
+        // then so is that of the other day
+        QCOMPARE(daysWithBackup(store.path()), (QStringList{u"2026-11-21"_s, u"2026-11-20"_s}));
+        QCOMPARE(tasksIn(backupOf(store, "2026-11-21")), (QStringList{u"Fredag"_s, u"Lørdag"_s}));
+    }
+
+    void shouldBeginNoOtherAtTheEndWhileOneIsUnfinished()
+    {
+        // given one in the making, later changes, and a program's end that may take no time
+        TestStore store(m_clock, SaveDelays{1h, 1h, 10s, 1h, 0ms});
+        letADayEnd(store);
+        const fs::path log = pathOf(store.path() + u"-wal"_s);
+        QVERIFY(sizeOf(log) > 0);
+
+        // when
+        const QString said = saidBy([&] { store.backups().finish(); });
+
+        // then there is none and no trace of one, and what begins one, the log's way into the
+        // store, has been left out
+        QCOMPARE(said, QString());
+        QCOMPARE(filesBesideBackups(store.path()), QStringList());
+        QVERIFY(sizeOf(log) > 0);
+    }
+
+    void shouldMakeOneOfTheNewestChangesWhereAnEarlierOneFailed()
+    {
+        // given one in the making that cannot have its name, and later changes
+        TestStore store(m_clock, onlyWhenAsked);
+        letADayEnd(store);
+        fs::create_directory(backupOf(store, "2026-11-20"));
+        const QString said = saidBy([&] { QTRY_VERIFY(!store.backups().isMaking()); });
+        QVERIFY2(said.contains("could not be made"_L1), qPrintable(said));
+
+        // when the program ends
+        store.backups().finish();
+
+        // then their day has one
+        QCOMPARE(daysWithBackup(store.path()), QStringList{u"2026-11-21"_s});
+        QCOMPARE(tasksIn(backupOf(store, "2026-11-21")), (QStringList{u"Fredag"_s, u"Lørdag"_s}));
     }
 
     void shouldCopyAStoreThatIsChangedMeanwhile()
@@ -512,6 +682,50 @@ private Q_SLOTS:
         QCOMPARE(verdictOn(pathOf(store.path())), u"ok"_s);
     }
 
+    void shouldBuildAnIndexAnewOnlyOnce()
+    {
+        // given a store, too large to be looked through at the start, with a date that no index can
+        // find
+        TestStore store(m_clock, SaveDelays{1h, 1h, 10s, 1h, 1min});
+        store.insertTask(QString(1'100'000, u'x'));
+        store.insertTask(u"Skadet"_s);
+        store.close();
+        turnDateIntoText(store.path(), "Skadet");
+        store.open();
+        store.backups().begin();
+
+        // when
+        const QString said = saidBy([&] { store.backups().finish(); });
+
+        // then
+        QCOMPARE(said.count("built anew"_L1), 1);
+        QVERIFY2(said.contains("the index TaskByDate does not find all rows, though it is new."_L1),
+                 qPrintable(said));
+        QCOMPARE(filesBesideBackups(store.path()), QStringList());
+    }
+
+    void shouldGiveNoNameToACopyOfAStoreWhosePagesRepeat()
+    {
+        // given a store of many pages, too large to be looked through at the start
+        TestStore store(m_clock, onlyWhenAsked);
+        const QString name(1000, u'x');
+        for (int i = 0; i < 1500; ++i)
+            store.insertTask(name);
+        store.close();
+        repeatPages(store.path());
+        store.open();
+        store.backups().begin();
+
+        // when
+        const QString said = saidBy([&] { store.backups().finish(); });
+
+        // then
+        QVERIFY2(said.contains("the store is damaged, rows of the table Task cannot be read (they "
+                               "are not in order)"_L1),
+                 qPrintable(said));
+        QCOMPARE(filesBesideBackups(store.path()), QStringList());
+    }
+
     void shouldGiveNoNameToACopyOfADamagedStore_data()
     {
         QTest::addColumn<bool>("isTask");
@@ -536,13 +750,7 @@ private Q_SLOTS:
         const fs::path good = backupOf(store, "2026-11-20");
         QVERIFY(fs::exists(good));
         // and damage that does not show at the start
-        {
-            QFile file(store.path());
-            QVERIFY(file.open(QIODevice::ReadWrite));
-            QVERIFY(file.size() > 1'000'000);
-            QVERIFY(file.seek(100LL * 4096));
-            QCOMPARE(file.write(QByteArray(4096, '\xff')), 4096);
-        }
+        damagePage(pathOf(store.path()));
         m_clock.set(u"2026-11-21T12:00:00"_s);
         store.open();
         store.backups().begin();
@@ -561,6 +769,41 @@ private Q_SLOTS:
                  qPrintable(said));
         QCOMPARE(filesBesideBackups(store.path()), QStringList{u"2026-11-20.sqlite"_s});
         QCOMPARE(verdictOn(good), u"ok"_s);
+    }
+
+    void shouldNotTakeADamagedBackupForAGoodOne_data()
+    {
+        QTest::addColumn<bool>("isStore");
+        QTest::newRow("one with a damaged page") << true;
+        QTest::newRow("another program's database") << false;
+    }
+    void shouldNotTakeADamagedBackupForAGoodOne()
+    {
+        QFETCH(bool, isStore);
+
+        // given a good backup, too large to be looked through as a store is at the start
+        TestStore store(m_clock, onlyWhenAsked);
+        store.backups().begin();
+        store.insertTask(QString(1'200'000, u'x'));
+        QVERIFY(store.context().save());
+        store.backups().finish();
+        const fs::path good = backupOf(store, "2026-11-20");
+        // and a newer one that is not
+        const fs::path newer = backupOf(store, "2026-11-21");
+        if (isStore) {
+            fs::copy_file(good, newer);
+            damagePage(newer);
+        } else {
+            SQLite::Database(newer.native(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE)
+                .exec("CREATE TABLE Other (name TEXT)");
+        }
+
+        // when
+        const std::optional<BackupFile> newest = newestGoodBackup(pathOf(store.path()));
+
+        // then
+        QVERIFY(newest);
+        QCOMPARE(QFile::decodeName(newest->path.c_str()), QFile::decodeName(good.c_str()));
     }
 
     void shouldTellHowToPutABackupBack_data()

@@ -125,6 +125,7 @@ private Q_SLOTS:
         // given
         TestStore store(m_clock);
         LiveQuery<Task> query(store.context(), today(), QueryOrder::Store);
+        QVERIFY(query.results().isEmpty());
         QSignalSpy changed(&query, &RecordQuery::changed);
 
         // when

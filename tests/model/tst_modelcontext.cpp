@@ -390,6 +390,13 @@ private Q_SLOTS:
                               u"  deleted: task \"Slettet\" of 2026-11-20, 00:01:00"_s,
                               u"  new: template \"Skabelon\""_s,
                               u"  new: project code \"4711 \u2013 Støtte\""_s, u""_s}));
+
+        // when it ends once more, as the session's end comes before its own
+        const Save again = saveBy([&] { return context.saveOrTell(); });
+
+        // then that is said once
+        QVERIFY(!again.isSaved);
+        QCOMPARE(again.said, QString());
     }
 
     void shouldNoticeAStoreThatIsMovedAwayAndGoOnWhenItIsBack()
