@@ -35,8 +35,12 @@ bool isGood(const fs::path &backup)
 std::string shellWord(const fs::path &path)
 {
     std::string word = "'";
-    for (const char character : path.native())
-        word += character == '\'' ? std::string("'\\''") : std::string(1, character);
+    for (const char character : path.native()) {
+        if (character == '\'')
+            word += "'\\''";
+        else
+            word += character;
+    }
     return word + '\'';
 }
 

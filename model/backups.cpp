@@ -42,8 +42,9 @@ void say(const std::string &what)
 std::string newestGoodInWords(const fs::path &store)
 {
     const std::optional<BackupFile> backup = newestGoodBackup(store);
-    return backup ? "The newest good backup is " + quoted(backup->path) + "."
-                  : "There is no good backup.";
+    if (!backup)
+        return "There is no good backup.";
+    return "The newest good backup is " + quoted(backup->path) + ".";
 }
 
 } // namespace
@@ -97,7 +98,7 @@ public:
         int result = SQLITE_OK;
         while (result == SQLITE_OK && steady_clock::now() < end)
             result = m_backup->executeStep(pages);
-        if (result == SQLITE_BUSY || result == SQLITE_LOCKED)
+        if (result != SQLITE_OK && result != SQLITE_DONE)
             throw SQLite::Exception(m_database->getHandle(), result);
         // What is written is put on the disk at once, as all of it at the end would take too long.
         sync();
@@ -131,8 +132,6 @@ private:
     {
         sqlite3_file *file = nullptr;
         sqlite3_file_control(m_database->getHandle(), "main", SQLITE_FCNTL_FILE_POINTER, &file);
-        if (file->pMethods == nullptr)
-            return; // Nothing has been written yet.
         if (const int result = file->pMethods->xSync(file, SQLITE_SYNC_NORMAL))
             throw SQLite::Exception("The copy cannot be put on the disk", result);
     }

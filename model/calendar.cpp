@@ -60,7 +60,7 @@ std::optional<Instant> Calendar::addingDays(Instant instant, int days) const
     if (!from.isValid())
         return std::nullopt;
     QDate day = from.date().addDays(days);
-    if (day.isValid() && !firstMoment(day).isValid())
+    if (!firstMoment(day).isValid())
         day = day.addDays(days < 0 ? -1 : 1);
     const QDateTime first = firstMoment(day);
     if (!first.isValid())

@@ -35,7 +35,8 @@ QString hoursText(double hours)
     // Qt rounds 0.125 up where C's format rounds to even, and C's takes the locale's comma.
     // The longest double has 309 digits before the full stop.
     std::array<char, 320> text{};
-    const auto [end, error] =
-        std::to_chars(text.data(), text.data() + text.size(), hours, std::chars_format::fixed, 2);
-    return QString::fromLatin1(text.data(), error == std::errc() ? end - text.data() : 0);
+    const char *const end =
+        std::to_chars(text.data(), text.data() + text.size(), hours, std::chars_format::fixed, 2)
+            .ptr;
+    return QString::fromLatin1(text.data(), end - text.data());
 }
