@@ -26,6 +26,7 @@ test_packages=(
 )
 lint_packages=(shellcheck)
 fuzz_packages=(clang libclang-rt-dev)
+coverage_packages=(gcovr)
 # The layout and the checks of C++ are a gate with this one version, which Debian 13 has no more.
 if grep -qx 'VERSION_CODENAME=bookworm' /etc/os-release 2>/dev/null; then
   lint_packages+=(clang-format-14 clang-tidy-14)
