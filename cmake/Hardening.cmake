@@ -14,6 +14,11 @@ target_compile_options(timetracker_options INTERFACE
   $<${hardened}:-fstack-protector-strong>)
 target_compile_definitions(timetracker_options INTERFACE $<${hardened}:_GLIBCXX_ASSERTIONS>)
 
+# The same source gives the same program in every folder.
+target_compile_options(timetracker_options INTERFACE
+  $<${hardened}:-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.>
+  $<${hardened}:-ffile-prefix-map=${PROJECT_BINARY_DIR}=build>)
+
 # Not every processor and compiler has these two.
 foreach(flag -fstack-clash-protection -fcf-protection)
   string(MAKE_C_IDENTIFIER "TIMETRACKER_HAS${flag}" known)

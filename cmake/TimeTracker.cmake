@@ -39,6 +39,8 @@ function(timetracker_module name)
     SOURCES ${arg_SOURCES}
     QML_FILES ${arg_QML_FILES}
     DEPENDENCIES ${arg_DEPENDENCIES})
+  # The C++ that Qt 6.4 makes of bindings is in another order each time.
+  set_target_properties(${target} PROPERTIES QT_QMLCACHEGEN_ARGUMENTS --only-bytecode)
   # The generated registration includes the headers by their bare names.
   target_include_directories(${target} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
   target_link_libraries(${target} PUBLIC timetracker_options ${arg_LINK})
