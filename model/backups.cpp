@@ -93,15 +93,19 @@ public:
     {
         if (m_inspection)
             return m_inspection->goOn(time);
-        constexpr int pages = 16;
-        const auto end = steady_clock::now() + time;
-        int result = SQLITE_OK;
-        while (result == SQLITE_OK && steady_clock::now() < end)
-            result = m_backup->executeStep(pages);
+        const auto start = steady_clock::now();
+        const int result = m_backup->executeStep(m_pages);
         if (result != SQLITE_OK && result != SQLITE_DONE)
             throw SQLite::Exception(m_database->getHandle(), result);
         // What is written is put on the disk at once, as all of it at the end would take too long.
+        // How long that takes is the disk's affair, so the next part is as large as this one
+        // allows.
         sync();
+        const auto taken = steady_clock::now() - start;
+        if (taken > time)
+            m_pages = std::max(m_pages / 2, fewestPages);
+        else if (taken < time / 2)
+            m_pages = std::min(m_pages * 2, mostPages);
         if (result == SQLITE_DONE)
             close();
         return false;
@@ -149,9 +153,13 @@ private:
         m_inspection.emplace(*m_database);
     }
 
+    static constexpr int fewestPages = 16;
+    static constexpr int mostPages = 4096;
+
     fs::path m_path;
     std::unique_ptr<SQLite::Database> m_database;
     std::unique_ptr<SQLite::Backup> m_backup;
+    int m_pages = fewestPages;
     std::optional<StoreInspection> m_inspection;
 };
 
