@@ -48,6 +48,20 @@ DayInterval Calendar::dayInterval(Instant instant) const
     return {*start, *start};
 }
 
+DayInterval Calendar::interval(QDate first, QDate last) const
+{
+    // A day that the zone skips begins and ends with the day after it.
+    const auto boundary = [this](QDate day) {
+        const std::optional<Instant> start = startOfDay(day);
+        return start ? start : startOfDay(day.addDays(1));
+    };
+    const std::optional<Instant> start = boundary(first);
+    const std::optional<Instant> end = boundary(last.addDays(1));
+    if (!start || !end || *end < *start)
+        return {0, 0};
+    return {*start, *end};
+}
+
 bool Calendar::isSameDay(Instant a, Instant b) const
 {
     const QDate day = dayOf(a);

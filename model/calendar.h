@@ -36,6 +36,9 @@ public:
     std::optional<Instant> startOfDay(QDate day) const;
     /// From the start of @p instant's day to the start of the next.
     DayInterval dayInterval(Instant instant) const;
+    /// From the start of @p first to the end of @p last. Empty if the days are not in this order or
+    /// there are no such days.
+    DayInterval interval(QDate first, QDate last) const;
     bool isSameDay(Instant a, Instant b) const;
     /// @p instant moved by @p days calendar days, its time of day kept; where the clock jumps over
     /// that time, the first moment after the jump. A day that the zone skips is stepped over.

@@ -3,6 +3,7 @@
 #include "model/backupfiles.h"
 #include "model/fatalerror.h"
 #include "model/reserve.h"
+#include "model/storechecks.h"
 #include "model/storefiles.h"
 #include "model/storeschema.h"
 
@@ -30,46 +31,6 @@ namespace
 
 constexpr const char *newStoreSuffix = ".new";
 constexpr mode_t ownerOnly = S_IRUSR | S_IWUSR;
-
-[[noreturn]] void refuseAsUnwritable(const fs::path &path, const std::string &detail)
-{
-    refuse(path, "cannot be opened for reading and writing. Check the rights of the file and its "
-                 "directory" +
-                     detail);
-}
-
-/// SQLite's code in terms of what a person can do about it.
-[[noreturn]] void refuseFor(const SQLite::Exception &error, const fs::path &path)
-{
-    const std::string detail = std::string(" (") + error.what() + ").";
-    const fs::path directory = path.parent_path();
-    const auto failForTheDirectory = [&] {
-        if (const int reason = obstacle(directory))
-            refuse(path, "cannot be used: " + explained(reason, directory) + detail);
-    };
-    switch (error.getErrorCode()) {
-    case SQLITE_BUSY:
-    case SQLITE_LOCKED:
-        refuse(path, "is in use by another process, probably a TULO Time Tracker that is already "
-                     "running. End that one first" +
-                         detail);
-    case SQLITE_NOTADB:
-        refuseContents(path, "is not a store of TULO Time Tracker", detail);
-    case SQLITE_CORRUPT:
-        refuseAsDamaged(path, detail);
-    case SQLITE_FULL:
-        refuse(path, "cannot be used: " + explained(ENOSPC, directory) + detail);
-    case SQLITE_PERM:
-    case SQLITE_READONLY:
-    case SQLITE_CANTOPEN:
-    case SQLITE_AUTH:
-        failForTheDirectory();
-        refuseAsUnwritable(path, detail);
-    default:
-        failForTheDirectory();
-        refuse(path, "cannot be read" + detail);
-    }
-}
 
 /// Takes away what others may do with the store: a backup may have come back with other rights.
 void keepFromOthers(const fs::path &path)
@@ -203,20 +164,8 @@ std::unique_ptr<SQLite::Database> openOrMake(const fs::path &path,
         refuse(path, "cannot be opened: its directory " + quoted(directory) +
                          " is locked by another process, probably a TULO Time Tracker that hangs. "
                          "End that one first.");
-    std::error_code error;
-    if (!fs::exists(path, error)) {
-        for (const char *const suffix : {logSuffix, journalSuffix}) {
-            const fs::path log = beside(path, suffix);
-            if (sizeOf(log) > 0)
-                throw UnusableStoreError("The store " + quoted(path) + " is missing, but its log " +
-                                         quoted(log) +
-                                         " is there, with changes that are nowhere else. Put the "
-                                         "store back beside it; or "
-                                         "move the log away, too, to start with an empty store.");
-        }
+    if (!isStoreThere(path))
         create(path, turn);
-    } else if (sizeOf(path) <= 1) // SQLite takes one byte for none, and deletes the log.
-        refuseContents(path, "is empty, which a store never is");
     try {
         try {
             return open(path);
@@ -249,12 +198,8 @@ ModelContainer::ModelContainer(const QString &path, const Clock &clock, SaveDela
 
 ModelContainer::ModelContainer(const fs::path &path, const Clock &clock, SaveDelays delays)
 {
-    const fs::path directory = fs::absolute(path).parent_path();
-    makeDirectory(directory);
-    // Users may link the directories above as they like, but the file itself must be a file.
-    std::error_code error;
-    const fs::path canonical = fs::canonical(directory, error);
-    const fs::path realPath = (error ? directory : canonical) / path.filename();
+    makeDirectory(fs::absolute(path).parent_path());
+    const fs::path realPath = realStorePath(path);
     try {
         m_database = openOrMake(realPath, delays.turn);
     } catch (const UnusableStoreError &error) {

@@ -2,7 +2,6 @@
 
 #include "model/projectcode.h"
 #include "model/recordfilter.h"
-#include "model/task.h"
 #include "model/tasktemplate.h"
 
 #include <SQLiteCpp/Column.h>
@@ -134,7 +133,7 @@ constexpr std::array properties<ProjectCode>{
 };
 
 template<typename Type>
-Record *readRecord(SQLite::Statement &row, const Clock &clock)
+typename Type::Values readValues(SQLite::Statement &row)
 {
     typename Type::Values values;
     int index = 0;
@@ -143,7 +142,14 @@ Record *readRecord(SQLite::Statement &row, const Clock &clock)
         const SQLite::Column cell = row.getColumn(++index);
         std::visit([&](auto member) { read(cell, values.*member); }, property.member);
     }
-    if constexpr (std::is_constructible_v<Type, const Clock &, decltype(values)>)
+    return values;
+}
+
+template<typename Type>
+Record *readRecord(SQLite::Statement &row, const Clock &clock)
+{
+    const typename Type::Values values = readValues<Type>(row);
+    if constexpr (std::is_constructible_v<Type, const Clock &, typename Type::Values>)
         return new Type(clock, values);
     else
         return new Type(values);
@@ -210,6 +216,11 @@ const RecordTable &recordTable(RecordType type)
         makeTable<ProjectCode>("ProjectCode", {}),
     };
     return tables.at(static_cast<std::size_t>(type));
+}
+
+Task::Values taskValues(SQLite::Statement &row)
+{
+    return readValues<Task>(row);
 }
 
 std::string selection(const RecordTable &table, const RecordFilter &filter)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/record.h"
+#include "model/task.h"
 
 #include <array>
 #include <string>
@@ -10,7 +10,6 @@ namespace SQLite
 {
 class Statement;
 }
-class Clock;
 struct RecordFilter;
 
 /// How one record type lies in the store's file. `rowid` is the record's identity and grows with
@@ -46,6 +45,9 @@ inline constexpr std::array recordTypes{RecordType::Task, RecordType::TaskTempla
                                         RecordType::ProjectCode};
 
 const RecordTable &recordTable(RecordType type);
+
+/// Reads what is stored of a task from a row that its table's select yields.
+Task::Values taskValues(SQLite::Statement &row);
 
 /// Yields what @p table.select does for the records that match, in the store's order. Takes the
 /// filter's arguments from parameter 1 on.

@@ -15,3 +15,10 @@ class UnusableStoreError : public StoreError
 public:
     using StoreError::StoreError;
 };
+
+/// Another process holds the store.
+class StoreInUseError : public StoreError
+{
+public:
+    using StoreError::StoreError;
+};

@@ -82,6 +82,11 @@ void checkStore(const fs::path &path)
 {
     SQLite::Database database(path.native(), SQLite::OPEN_READONLY | SQLite::OPEN_NOFOLLOW,
                               busyMilliseconds);
+    checkStore(database, path);
+}
+
+void checkStore(SQLite::Database &database, const fs::path &path)
+{
     const int application = integer(database, "application_id");
     const int version = integer(database, "user_version");
     if (application != applicationID)

@@ -2,6 +2,11 @@
 
 #include <filesystem>
 
+namespace SQLite
+{
+class Database;
+}
+
 /// Major × 10,000 + minor × 100 + patch.
 inline constexpr int schemaVersion = 1'00'00;
 
@@ -15,3 +20,6 @@ void makeStore(const std::filesystem::path &path);
 /// read-write one would already fold a leftover log into a file that is not ours to touch. A small
 /// store is looked through as a whole. Throws StoreError or SQLite::Exception.
 void checkStore(const std::filesystem::path &path);
+
+/// The same for a store at @p path that @p database has open already.
+void checkStore(SQLite::Database &database, const std::filesystem::path &path);

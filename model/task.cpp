@@ -1,6 +1,5 @@
 #include "model/task.h"
 
-#include "model/arithmetic.h"
 #include "model/clock.h"
 #include "model/durations.h"
 #include "model/modelcontext.h"
@@ -85,13 +84,17 @@ void Task::stop()
     Q_EMIT changed();
 }
 
+qint64 Task::totalSeconds(const Values &values, Instant now, const FatalAdvice &advice)
+{
+    if (!values.lastStartTime)
+        return values.accumulatedSeconds;
+    return checkedSum(values.accumulatedSeconds,
+                      truncatedToInt(now - *values.lastStartTime, advice), advice);
+}
+
 qint64 Task::currentTotalSeconds() const
 {
-    if (!m_values.lastStartTime)
-        return m_values.accumulatedSeconds;
-    const FatalAdvice advice = [this] { return repairAdvice(); };
-    return checkedSum(m_values.accumulatedSeconds,
-                      truncatedToInt(m_clock.now() - *m_values.lastStartTime, advice), advice);
+    return totalSeconds(m_values, m_clock.now(), [this] { return repairAdvice(); });
 }
 
 QString Task::formattedTime() const
@@ -109,16 +112,11 @@ double Task::roundedDecimalHours() const
     return ::roundedDecimalHours(currentTotalSeconds());
 }
 
-QString Task::nameAndDay() const
-{
-    return u"task "_s + quotedName(m_values.name) + u" of "_s +
-           m_clock.calendar().dayOf(m_values.date).toString(Qt::ISODate);
-}
-
 QString Task::description() const
 {
     // The current run is not added up, as a sum that does not fit would end the program.
-    QString description = nameAndDay() + u", "_s + clockText(m_values.accumulatedSeconds);
+    QString description =
+        nameAndDay(m_values, m_clock.calendar()) + u", "_s + clockText(m_values.accumulatedSeconds);
     if (m_values.lastStartTime)
         description +=
             u", running since "_s +
@@ -126,18 +124,31 @@ QString Task::description() const
     return description;
 }
 
-std::string Task::repairAdvice() const
+std::string Task::repairAdvice(const Values &values, const Calendar &calendar,
+                               const QString &storePath)
 {
-    QString advice = u"The time of the "_s + nameAndDay() +
+    QString advice = u"The time of the "_s + nameAndDay(values, calendar) +
                      u" cannot be added up (accumulatedSeconds "_s +
-                     QString::number(m_values.accumulatedSeconds);
-    if (m_values.lastStartTime)
-        advice += u", lastStartTime "_s + QString::number(*m_values.lastStartTime, 'f', 3);
+                     QString::number(values.accumulatedSeconds);
+    if (values.lastStartTime)
+        advice += u", lastStartTime "_s + QString::number(*values.lastStartTime, 'f', 3);
     advice += u")."_s;
-    if (const auto *const context = qobject_cast<const ModelContext *>(parent()))
-        advice += u" It is kept in the store \""_s + context->storePath() +
+    if (!storePath.isEmpty())
+        advice += u" It is kept in the store \""_s + storePath +
                   u"\". This sets it to zero there: UPDATE Task SET accumulatedSeconds = 0, "
                   "lastStartTime = NULL WHERE id = x'"_s +
-                  QString::fromLatin1(id().toRfc4122().toHex()) + u"';"_s;
+                  QString::fromLatin1(values.id.toRfc4122().toHex()) + u"';"_s;
     return advice.toStdString();
+}
+
+std::string Task::repairAdvice() const
+{
+    const auto *const context = qobject_cast<const ModelContext *>(parent());
+    return repairAdvice(m_values, m_clock.calendar(), context ? context->storePath() : QString());
+}
+
+QString Task::nameAndDay(const Values &values, const Calendar &calendar)
+{
+    return u"task "_s + quotedName(values.name) + u" of "_s +
+           calendar.dayOf(values.date).toString(Qt::ISODate);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/arithmetic.h"
 #include "model/record.h"
 
 #include <string>
@@ -20,6 +21,15 @@ public:
         std::optional<Instant> lastStartTime;
         std::optional<QString> projectCode;
     };
+
+    /// What is recorded in @p values at @p now. Smaller than the banked seconds after the clock was
+    /// set back. Fatal on overflow, with @p advice.
+    static qint64 totalSeconds(const Values &values, Instant now, const FatalAdvice &advice);
+    /// For the message of a fatal error about the time in @p values: which task of which day it is,
+    /// what is stored of its time, and, where @p storePath is not empty, how to set it to zero in
+    /// that store. In English.
+    static std::string repairAdvice(const Values &values, const Calendar &calendar,
+                                    const QString &storePath);
 
     /// A new task, not yet stored. @p date is any moment of its day. The clock outlives the task.
     Task(const Clock &clock, const QString &name, Instant date, std::optional<QString> projectCode,
@@ -53,15 +63,13 @@ public:
     /// sum overflows.
     void stop();
 
-    /// Banked seconds and those of the current run, at this moment. Smaller than the banked ones
-    /// after the clock was set back. Fatal on overflow.
+    /// Banked seconds and those of the current run, at this moment: totalSeconds().
     qint64 currentTotalSeconds() const;
     /// currentTotalSeconds() as a clock, "01:02:05".
     QString formattedTime() const;
     double decimalHours() const;
     double roundedDecimalHours() const;
-    /// For the message of a fatal error about the task's time: which task of which day it is, what
-    /// is stored of its time and where, and how to set it to zero there. In English.
+    /// The same for this task, in the store that it is kept in.
     std::string repairAdvice() const;
     QString description() const override;
 
@@ -75,7 +83,7 @@ Q_SIGNALS:
     void projectCodeChanged();
 
 private:
-    QString nameAndDay() const;
+    static QString nameAndDay(const Values &values, const Calendar &calendar);
 
     Values &values() override { return m_values; }
 

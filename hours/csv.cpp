@@ -1,0 +1,46 @@
+#include "hours/csv.h"
+
+#include "hours/text.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+/// @p text as one cell that is a text, whatever it begins with.
+QString textCell(QString text)
+{
+    if (!text.isEmpty() && u"=+-@\t"_s.contains(text.front()))
+        text.prepend(u'\'');
+    // Commas and tabs are no separators here, but some spreadsheets guess.
+    const bool needsQuotes = std::any_of(text.cbegin(), text.cend(), [](QChar character) {
+        return u";,\t\"\r\n"_s.contains(character);
+    });
+    if (!needsQuotes)
+        return text;
+    return u'"' + text.replace(u'"', u"\"\""_s) + u'"';
+}
+
+QString figureCells(const Sums &sums)
+{
+    return danishHours(sums.hours) + u';' + danishHours(sums.billableHours) + u"\r\n"_s;
+}
+
+} // namespace
+
+void writeCsv(const Report &report, TextWriter &writer)
+{
+    QString line(QChar(QChar::ByteOrderMark));
+    for (const Key key : report.keys())
+        line += titleOf(key) + u';';
+    writer.write(line + hoursTitle + u';' + billableHoursTitle + u"\r\n"_s);
+    for (const Report::Row *const row : report.rows()) {
+        line.clear();
+        for (const Key key : report.keys())
+            line += textCell(textOf(row->first, key)) + u';';
+        writer.write(line + figureCells(row->second));
+    }
+    writer.write(totalTitle + QString(report.keys().size(), u';') + figureCells(report.total()));
+}
