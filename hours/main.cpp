@@ -38,6 +38,14 @@ void useUnicode()
         ::setenv("LC_ALL", "C.UTF-8", 1);
 }
 
+/// Has the C library look for the system's zone once, and not again at each use: a report of many
+/// years asks for it a million times.
+void keepTheZone()
+{
+    constexpr int leaveIfSet = 0;
+    ::setenv("TZ", ":/etc/localtime", leaveIfSet);
+}
+
 Instant currentMoment()
 {
     return std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch())
@@ -102,6 +110,7 @@ int main(int argc, char *argv[])
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);
     useUnicode();
+    keepTheZone();
     const QCoreApplication application(argc, argv);
     // The name of the directory with the store.
     QCoreApplication::setApplicationName(u"dk.tulo.TimeTracker"_s);

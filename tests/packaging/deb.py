@@ -56,6 +56,10 @@ class Deb(unittest.TestCase):
             executable = mode.startswith("d") or path.startswith("./usr/bin/")
             self.assertEqual(mode[1:], "rwxr-xr-x" if executable else "rw-r--r--", path)
 
+    def shouldPutTheCompletionWhereDebiansZshLooks(self):
+        self.assertIn("./usr/share/zsh/vendor-completions/_tulo-hours",
+                      [path for *_, path in self.files()])
+
     def shouldHaveTheBusStartWhatIsInstalled(self):
         with tempfile.TemporaryDirectory() as folder:
             subprocess.run(["dpkg-deb", "--extract", self.deb, folder], check=True)

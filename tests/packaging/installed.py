@@ -6,6 +6,7 @@ import configparser
 import gzip
 import os
 import pathlib
+import re
 import struct
 import subprocess
 import sys
@@ -16,17 +17,28 @@ import xml.etree.ElementTree
 ID = "dk.tulo.TimeTracker"
 SIDES = [16, 22, 24, 32, 48, 64, 128, 256]
 FILES = [
+    "bin/tulo-hours",
     "bin/tulo-time-tracker",
     f"share/applications/{ID}.desktop",
+    "share/bash-completion/completions/tulo-hours",
     f"share/dbus-1/services/{ID}.service",
     "share/doc/tulo-time-tracker/changelog.gz",
     "share/doc/tulo-time-tracker/copyright",
     f"share/icons/hicolor/scalable/apps/{ID}.svg",
     f"share/icons/hicolor/symbolic/apps/{ID}-symbolic.svg",
     *(f"share/icons/hicolor/{side}x{side}/apps/{ID}.png" for side in SIDES),
+    "share/man/man1/tulo-hours.1.gz",
     "share/man/man1/tulo-time-tracker.1.gz",
     f"share/metainfo/{ID}.metainfo.xml",
+    "share/zsh/site-functions/_tulo-hours",
 ]
+# What the month's hours need of Qt.
+QT = {"Qt6Core"}
+PROGRAMS = {"tulo-hours": "hours", "tulo-time-tracker": "app"}
+# Of each manual page, some words that show that its letters came through.
+PAGES = {"tulo-hours": "de faktiske og dem, der faktureres i kvarte timer. Uden valg er det denne"
+                       " måneds",
+         "tulo-time-tracker": "opgaver, der faktureres i kvarte timer"}
 # A prefix that is neither the build's nor the package's.
 PREFIX = "/opt/elsewhere"
 
@@ -55,12 +67,19 @@ class Installed(unittest.TestCase):
         return run.stdout
 
     def shouldLookForLibrariesInTheSystemsFoldersAlone(self):
-        for program in (self.root / "bin/tulo-time-tracker",
-                        pathlib.Path(BUILD, "app/tulo-time-tracker")):
-            dynamic = subprocess.run(["readelf", "--dynamic", program], check=True,
-                                     stdout=subprocess.PIPE, text=True).stdout
-            self.assertIn("(NEEDED)", dynamic)
-            self.assertNotRegex(dynamic, r"\((RPATH|RUNPATH)\)")
+        for name, folder in PROGRAMS.items():
+            for program in (self.root / "bin" / name, pathlib.Path(BUILD, folder, name)):
+                dynamic = self.dynamic(program)
+                self.assertIn("(NEEDED)", dynamic)
+                self.assertNotRegex(dynamic, r"\((RPATH|RUNPATH)\)", program)
+
+    def dynamic(self, program):
+        return subprocess.run(["readelf", "--dynamic", program], check=True,
+                              stdout=subprocess.PIPE, text=True).stdout
+
+    def shouldLoadNothingForADisplayIntoTheMonthsHours(self):
+        needed = re.findall(r"\(NEEDED\).*\[lib(.*?)\.so", self.dynamic(self.root / "bin/tulo-hours"))
+        self.assertEqual({name for name in needed if name.startswith(("Qt", "xcb", "X11"))}, QT)
 
     def shouldInstallTheseFilesAndNoOthers(self):
         found = [str(file.relative_to(self.root)) for file in self.root.rglob("*")
@@ -79,13 +98,42 @@ class Installed(unittest.TestCase):
                    self.root / f"share/metainfo/{ID}.metainfo.xml")
 
     def shouldHaveAManualPageWithoutWarnings(self):
-        page = self.root / "share/man/man1/tulo-time-tracker.1.gz"
-        run = subprocess.run(["man", "--warnings", "-E", "UTF-8", "-l", "-Tutf8", page],
-                             stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
-                             stderr=subprocess.PIPE, text=True, env={
-                                 **os.environ, "LC_ALL": "C.UTF-8", "MANWIDTH": "80"})
-        self.assertEqual((run.returncode, run.stderr), (0, ""))
-        self.assertIn("opgaver, der faktureres i kvarte timer", run.stdout)
+        for name, words in PAGES.items():
+            page = self.root / f"share/man/man1/{name}.1.gz"
+            run = subprocess.run(["man", "--warnings", "-E", "UTF-8", "-l", "-Tutf8", page],
+                                 stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                                 stderr=subprocess.PIPE, text=True, env={
+                                     **os.environ, "LC_ALL": "C.UTF-8", "MANWIDTH": "80"})
+            self.assertEqual((run.returncode, run.stderr), (0, ""))
+            self.assertIn(words, " ".join(run.stdout.split()))
+
+    def completed(self, *words):
+        """What bash offers for the last of the words."""
+        script = """
+            source "$1"; shift
+            COMP_WORDS=("$@") COMP_CWORD=$(($# - 1))
+            _tulo_hours "$1" "${COMP_WORDS[COMP_CWORD]}" "${COMP_WORDS[COMP_CWORD - 1]}"
+            printf '%s\\n' "${COMPREPLY[@]}" """
+        return self.check("bash", "-c", script, "bash",
+                          self.root / "share/bash-completion/completions/tulo-hours",
+                          "tulo-hours", *words).split()
+
+    def shouldOfferEveryOptionOfTheHelpInBothShells(self):
+        text = self.check(self.root / "bin/tulo-hours", "--help")
+        options = set(re.findall(r"^  (--[a-z]+)", text, re.MULTILINE))
+        self.assertGreaterEqual(len(options), 7)
+        self.assertEqual(set(self.completed("--")), options)
+        zsh = (self.root / "share/zsh/site-functions/_tulo-hours").read_text(encoding="utf-8")
+        self.assertEqual(set(re.findall(r"--[a-z]+(?=[=}])", zsh)), options)
+
+    def shouldCompleteTheValuesOfAnOption(self):
+        self.assertEqual(self.completed("--format", ""), ["table", "csv", "json"])
+        self.assertEqual(self.completed("--format", "=", "c"), ["csv"])
+        self.assertEqual(self.completed("--by", "code,"), ["code,day", "code,task"])
+        months = self.completed("--month", "")
+        self.assertEqual(len(set(months)), 12)
+        for month in months:
+            self.check(self.root / "bin/tulo-hours", "--month", month, "--help")
 
     def shouldStartTheProgramThatIsInstalled(self):
         entry = self.ini(f"share/applications/{ID}.desktop")["Desktop Entry"]
@@ -135,7 +183,7 @@ class Installed(unittest.TestCase):
         self.assertEqual(entry["Icon"], ID)
 
     def shouldHaveNoAddressOfTheBuild(self):
-        for name in FILES[1:]:
+        for name in FILES[len(PROGRAMS):]:
             content = (self.root / name).read_bytes()
             if name.endswith(".gz"):
                 content = gzip.decompress(content)
