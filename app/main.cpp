@@ -113,6 +113,7 @@ int main(int argc, char *argv[])
     QObject::connect(&instance, &SingleInstance::activated, &app, &TimeTrackerApp::openMainWindow);
     QObject::connect(&instance, &SingleInstance::quitRequested, &application,
                      &QCoreApplication::quit);
+    instance.tasks().answerFrom(app.context());
     app.openMainWindow();
     const int status = QApplication::exec();
     return app.finish() ? status : EXIT_FAILURE;

@@ -17,6 +17,9 @@ public:
     /// windows and outlives it; @p connection is the session bus, or one that is not connected.
     TimeTrackerApp(QQmlEngine &engine, const QDBusConnection &connection, SaveDelays delays = {});
 
+    /// The one context of the store.
+    const ModelContext &context() const { return m_sharedModelContainer->mainContext(); }
+
     /// Opens the main window, or brings the open one forward. @p activationToken is what the
     /// desktop gave to who asked for it, or empty.
     void openMainWindow(const QString &activationToken = {});

@@ -4,20 +4,11 @@
 
 #include <cmath>
 
-namespace
-{
-[[noreturn]] void fail(const char *message, const FatalAdvice &advice)
-{
-    fatalError(message, advice ? advice() : std::string());
-}
-} // namespace
-
 qint64 checkedSum(qint64 a, qint64 b, const FatalAdvice &advice)
 {
-    qint64 sum = 0;
-    if (__builtin_add_overflow(a, b, &sum))
-        fail("Integer overflow: the sum does not fit in 64 bits", advice);
-    return sum;
+    if (const char *const fault = faultOfSum(a, b))
+        fatalError(fault, advice ? advice() : std::string());
+    return a + b;
 }
 
 qint64 checkedProduct(qint64 a, qint64 b)
@@ -28,21 +19,32 @@ qint64 checkedProduct(qint64 a, qint64 b)
     return product;
 }
 
-qint64 truncatedToInt(double value, const FatalAdvice &advice)
+const char *faultOfSum(qint64 a, qint64 b)
+{
+    qint64 sum = 0;
+    return __builtin_add_overflow(a, b, &sum) ? "Integer overflow: the sum does not fit in 64 bits"
+                                              : nullptr;
+}
+
+const char *faultOfConversion(double value)
 {
     // -2^63 is an integer of 64 bits, 2^63 is the first number that is not.
     constexpr double minimum = -0x1p63;
     constexpr double limit = 0x1p63;
     if (!std::isfinite(value))
-        fail("Double value cannot be converted to Int because it is either infinite or NaN",
-             advice);
+        return "Double value cannot be converted to Int because it is either infinite or NaN";
     if (value < minimum)
-        fail("Double value cannot be converted to Int because the result would be less than "
-             "Int.min",
-             advice);
+        return "Double value cannot be converted to Int because the result would be less than "
+               "Int.min";
     if (value >= limit)
-        fail("Double value cannot be converted to Int because the result would be greater "
-             "than Int.max",
-             advice);
+        return "Double value cannot be converted to Int because the result would be greater "
+               "than Int.max";
+    return nullptr;
+}
+
+qint64 truncatedToInt(double value, const FatalAdvice &advice)
+{
+    if (const char *const fault = faultOfConversion(value))
+        fatalError(fault, advice ? advice() : std::string());
     return static_cast<qint64>(value);
 }

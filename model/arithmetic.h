@@ -17,5 +17,11 @@ using FatalAdvice = std::function<std::string()>;
 /// @p a × @p b; fatal on overflow.
 [[nodiscard]] qint64 checkedProduct(qint64 a, qint64 b);
 
+/// Why that sum does not fit: the message of the fatal error; null if it does.
+[[nodiscard]] const char *faultOfSum(qint64 a, qint64 b);
+
+/// Why @p value is no whole number of seconds, in the same way.
+[[nodiscard]] const char *faultOfConversion(double value);
+
 /// @p value without its fraction (towards zero); fatal if it is not finite or does not fit.
 [[nodiscard]] qint64 truncatedToInt(double value, const FatalAdvice &advice = {});

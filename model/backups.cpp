@@ -30,10 +30,6 @@ namespace
 
 using std::chrono::steady_clock;
 
-/// The event loop is kept from everything else for so long at a time; what is begun then takes a
-/// little longer.
-constexpr std::chrono::milliseconds slice{4};
-
 void say(const std::string &what)
 {
     std::fprintf(stderr, "%s\n", what.c_str());
@@ -241,7 +237,7 @@ void Backups::makeCopy()
 void Backups::goOn()
 {
     attempt([this] {
-        if (m_copy->goOn(slice))
+        if (m_copy->goOn(m_context.delays().slice))
             end();
     });
 }

@@ -251,6 +251,17 @@ QList<Record *> ModelContext::inMemory(RecordType type, const RecordFilter &filt
     return found;
 }
 
+QList<Record *> ModelContext::unsaved(RecordType type) const
+{
+    const Shelf &records = shelf(type);
+    return records.edited.values() + records.inserted;
+}
+
+QList<qint64> ModelContext::removedRows(RecordType type) const
+{
+    return shelf(type).removed.keys();
+}
+
 void ModelContext::sortByRowid(QList<Record *> &records)
 {
     std::sort(records.begin(), records.end(),

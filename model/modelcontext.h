@@ -33,6 +33,9 @@ struct SaveDelays {
     std::chrono::milliseconds backup{10'000};
     /// At most, for the backup at the program's end.
     std::chrono::milliseconds finish{1'000};
+    /// What takes long keeps the event loop from everything else for so long at a time. What is
+    /// begun then takes a little longer.
+    std::chrono::milliseconds slice{4};
 };
 
 /// The one place where records live while the program runs: it makes the objects of stored
@@ -50,6 +53,8 @@ public:
     const SaveDelays &delays() const { return m_delays; }
     /// The store's file.
     QString storePath() const;
+    /// The open store, for reading alone; it lacks what is unsaved.
+    SQLite::Database &database() const { return m_database; }
 
     /// Takes over a newly made record; live queries show it at once.
     void insert(std::unique_ptr<Record> record);
@@ -72,6 +77,11 @@ public:
     QList<Record *> fetch(RecordType type, const RecordFilter &filter);
     /// Those of them that are in memory already, in the same order.
     QList<Record *> inMemory(RecordType type, const RecordFilter &filter) const;
+    /// The new and the changed records that are not yet written, the new ones last and in their
+    /// order.
+    QList<Record *> unsaved(RecordType type) const;
+    /// The rows in the store of removed records that still are there.
+    QList<qint64> removedRows(RecordType type) const;
 
 Q_SIGNALS:
     void inserted(Record *record);

@@ -41,6 +41,8 @@ public:
     /// Place in the lists that show the record, ascending; neither unique nor without gaps.
     qint64 sortOrder() const { return values().sortOrder; }
     void setSortOrder(qint64 sortOrder);
+    /// Where it lies in the store; nothing while it has not been written.
+    const std::optional<qint64> &rowid() const { return m_rowid; }
     /// For messages: what it is, its name and, of a task, day and time. In English, in one line.
     virtual QString description() const = 0;
 

@@ -92,6 +92,16 @@ qint64 Task::totalSeconds(const Values &values, Instant now, const FatalAdvice &
                       truncatedToInt(now - *values.lastStartTime, advice), advice);
 }
 
+const char *Task::faultOfTotal(const Values &values, Instant now)
+{
+    if (!values.lastStartTime)
+        return nullptr;
+    const double run = now - *values.lastStartTime;
+    if (const char *const fault = faultOfConversion(run))
+        return fault;
+    return faultOfSum(values.accumulatedSeconds, truncatedToInt(run));
+}
+
 qint64 Task::currentTotalSeconds() const
 {
     return totalSeconds(m_values, m_clock.now(), [this] { return repairAdvice(); });

@@ -25,6 +25,8 @@ public:
     /// What is recorded in @p values at @p now. Smaller than the banked seconds after the clock was
     /// set back. Fatal on overflow, with @p advice.
     static qint64 totalSeconds(const Values &values, Instant now, const FatalAdvice &advice);
+    /// Why totalSeconds() would be fatal: its message without the advice; null if it would not.
+    static const char *faultOfTotal(const Values &values, Instant now);
     /// For the message of a fatal error about the time in @p values: which task of which day it is,
     /// what is stored of its time, and, where @p storePath is not empty, how to set it to zero in
     /// that store. In English.

@@ -37,6 +37,7 @@ SingleInstance::SingleInstance(const QDBusConnection &bus, const QString &servic
     : m_bus(bus)
     , m_service(service)
     , m_objectPath(u'/' + QString(service).replace(u'.', u'/'))
+    , m_tasks(new TasksInterface(bus, &m_object))
 {
     connect(&m_object, &ApplicationObject::activated, this, &SingleInstance::activated);
     connect(&m_object, &ApplicationObject::quitRequested, this, &SingleInstance::quitRequested);
@@ -48,7 +49,8 @@ SingleInstance::Claim SingleInstance::claim(const StartTokens &tokens,
     if (!m_bus.isConnected())
         return Claim::First;
     // The object is exported before the name is ours, as a call can arrive together with the name.
-    m_bus.registerObject(m_objectPath, &m_object, QDBusConnection::ExportAllSlots);
+    m_bus.registerObject(m_objectPath, &m_object,
+                         QDBusConnection::ExportAllSlots | QDBusConnection::ExportAdaptors);
     // This is tried while another process ends, too: once that has gone, this one is the first.
     const QDeadlineTimer deadline(patience);
     do {

@@ -2,6 +2,7 @@
 
 #include "app/instance/applicationobject.h"
 #include "app/instance/starttokens.h"
+#include "app/instance/tasksinterface.h"
 
 #include <QDBusConnection>
 #include <QDeadlineTimer>
@@ -32,6 +33,10 @@ public:
     Claim claim(const StartTokens &tokens,
                 std::chrono::milliseconds patience = std::chrono::seconds(10));
 
+    /// What other programs can ask about the recorded time, once it is told of a store. Until the
+    /// event loop runs, they wait.
+    TasksInterface &tasks() { return *m_tasks; }
+
 Q_SIGNALS:
     /// The window is to come forward. @p activationToken is what the desktop gave to who asked for
     /// it, or empty.
@@ -46,4 +51,6 @@ private:
     QString m_service;
     QString m_objectPath;
     ApplicationObject m_object;
+    /// Part of the object.
+    TasksInterface *m_tasks;
 };

@@ -70,6 +70,8 @@ class Doors(harness.Story):
                 methods = list(bus.methods())
                 self.assertIn("org.freedesktop.Application",
                               {interface for _, interface, _, _ in methods})
+                self.assertIn(("/dk/tulo/TimeTracker", "dk.tulo.TimeTracker1", "Tasks", "(ss)"),
+                              methods)
                 self.assertIn("org.kde.StatusNotifierItem",
                               {interface for _, interface, _, _ in methods})
                 for _ in range(20):

@@ -21,6 +21,7 @@ FILES = [
     "bin/tulo-time-tracker",
     f"share/applications/{ID}.desktop",
     "share/bash-completion/completions/tulo-hours",
+    f"share/dbus-1/interfaces/{ID}1.xml",
     f"share/dbus-1/services/{ID}.service",
     "share/doc/tulo-time-tracker/changelog.gz",
     "share/doc/tulo-time-tracker/copyright",
