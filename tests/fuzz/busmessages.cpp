@@ -117,15 +117,11 @@ QVariantMap map(FuzzedDataProvider &input, int depth)
     return map;
 }
 
-/// A structure of values of any types, which no method has.
-QDBusArgument structure(FuzzedDataProvider &input, int depth)
+/// A structure of the bus, which no method takes but in a list.
+DBusMenuEvent structure(FuzzedDataProvider &input, int depth)
 {
-    QDBusArgument argument;
-    argument.beginStructure();
-    for (int left = input.ConsumeIntegralInRange(1, 4); left > 0; --left)
-        argument.appendVariant(anything(input, depth + 1));
-    argument.endStructure();
-    return argument;
+    return {number(input), text(input), QDBusVariant(anything(input, depth + 1)),
+            input.ConsumeIntegral<uint>()};
 }
 
 /// A value of a type that methods and properties have; its signature on the bus is @p signature.
@@ -149,11 +145,8 @@ QVariant valueOf(FuzzedDataProvider &input, const QByteArray &signature, int dep
     if (signature == "a{sv}")
         return map(input, depth);
     // a(isvu)
-    return QVariant::fromValue(listOf<DBusMenuEvent>(input, [&] {
-        const int id = number(input);
-        return DBusMenuEvent{id, text(input), QDBusVariant(anything(input, depth + 1)),
-                             input.ConsumeIntegral<uint>()};
-    }));
+    return QVariant::fromValue(
+        listOf<DBusMenuEvent>(input, [&] { return structure(input, depth); }));
 }
 
 QVariant anything(FuzzedDataProvider &input, int depth)
