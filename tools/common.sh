@@ -5,7 +5,7 @@
 build_packages=(
   g++ cmake ninja-build
   qt6-base-dev qt6-declarative-dev qt6-svg-dev libsqlitecpp-dev
-  pkgconf libxcb1-dev libxcb-xfixes0-dev
+  pkgconf libxcb1-dev libxcb-xfixes0-dev libxcb-xinput-dev
 )
 run_packages=(
   qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript

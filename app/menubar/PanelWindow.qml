@@ -2,7 +2,6 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import TimeTracker.App.MenuBar
-import TimeTracker.App.Windows
 import TimeTracker.Views.Controls
 import TimeTracker.Views.MenuBar
 
@@ -12,15 +11,14 @@ Window {
 
     required property MenuBarViewModel viewModel
 
+    // Whoever places the window gives it this size.
+    readonly property size contentSize: Qt.size(view.implicitWidth, view.implicitHeight)
+
     signal openMainWindow
     signal quit
 
     title: "I dag"
     color: Theme.windowBackground
-
-    FixedSize {
-        size: Qt.size(view.implicitWidth, view.implicitHeight)
-    }
 
     MenuBarView {
         id: view

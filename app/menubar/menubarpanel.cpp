@@ -1,5 +1,6 @@
 #include "app/menubar/menubarpanel.h"
 
+#include "app/windows/fixedsize.h"
 #include "app/windows/makewindow.h"
 #include "app/windows/x11requests.h"
 #include "model/modelcontext.h"
@@ -7,6 +8,8 @@
 #include <QCursor>
 #include <QGuiApplication>
 #include <QScreen>
+
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -39,6 +42,9 @@ MenuBarPanel::MenuBarPanel(QQmlEngine &engine, TimerManager &timerManager,
     // A window that belongs to another one is not told of losing the keyboard to it.
     connect(qGuiApp, &QGuiApplication::focusWindowChanged, this,
             &MenuBarPanel::onFocusWindowChanged);
+    // A press on the wallpaper, or on the bar, takes the keyboard from nobody.
+    connect(&m_presses, &PointerPresses::pressed, this, &MenuBarPanel::onPressed);
+    connect(&m_presses, &PointerPresses::released, this, &MenuBarPanel::onReleased);
 }
 
 MenuBarPanel::~MenuBarPanel() = default;
@@ -73,9 +79,10 @@ bool MenuBarPanel::closesInstead()
         close();
         return true;
     }
-    const bool isSameClick =
-        m_sinceFocusLoss.isValid() && !m_sinceFocusLoss.hasExpired(m_sameClick.count());
-    m_sinceFocusLoss.invalidate();
+    const bool isSameClick = m_isPressHeld || (m_sinceClosing.isValid() &&
+                                               !m_sinceClosing.hasExpired(m_sameClick.count()));
+    m_isPressHeld = false;
+    m_sinceClosing.invalidate();
     return isSameClick;
 }
 
@@ -94,13 +101,14 @@ void MenuBarPanel::open(const QRect &anchor, QWindow *item)
 
     connect(m_window.get(), SIGNAL(openMainWindow()), this, SIGNAL(openMainWindow()));
     connect(m_window.get(), SIGNAL(quit()), this, SIGNAL(quit()));
-    connect(m_window.get(), &QWindow::heightChanged, this, &MenuBarPanel::place);
+    connect(m_window.get(), SIGNAL(contentSizeChanged()), this, SLOT(place()));
     connect(m_window.get(), &QWindow::visibleChanged, this, [this](bool isVisible) {
         if (!isVisible)
             drop();
     });
     place();
     keepOutOfTaskBarsOnX11(*m_window);
+    m_presses.listenOutside(*m_window);
     m_window->show();
     m_window->raise();
     m_window->requestActivate();
@@ -108,7 +116,10 @@ void MenuBarPanel::open(const QRect &anchor, QWindow *item)
 
 void MenuBarPanel::place()
 {
-    m_window->setPosition(panelPosition(m_window->size(), m_anchor, panelScreens()));
+    const QSize size = m_window->property("contentSize").toSizeF().toSize();
+    limitSize(*m_window, size);
+    // Both in one request: some window managers answer a place alone with the size that was before.
+    m_window->setGeometry({panelPosition(size, m_anchor, panelScreens()), size});
 }
 
 void MenuBarPanel::onFocusWindowChanged(QWindow *focus)
@@ -119,9 +130,25 @@ void MenuBarPanel::onFocusWindowChanged(QWindow *focus)
         m_hadFocus = true;
     } else if (m_hadFocus) {
         m_hadFocus = false;
-        m_sinceFocusLoss.start();
+        m_sinceClosing.start();
         m_window->close();
     }
+}
+
+void MenuBarPanel::onPressed()
+{
+    if (!m_window)
+        return;
+    m_isPressHeld = true;
+    m_window->close();
+}
+
+void MenuBarPanel::onReleased()
+{
+    if (std::exchange(m_isPressHeld, false))
+        m_sinceClosing.start();
+    if (!isOpen())
+        m_presses.stop();
 }
 
 void MenuBarPanel::drop()
@@ -130,4 +157,7 @@ void MenuBarPanel::drop()
     // This may be a part of the window's own closing. Its view-model lives as long as it.
     m_viewModel.release()->setParent(m_window.get());
     m_window.release()->deleteLater();
+    // A press is heard to its end, as desktops tell of a click on the item only then.
+    if (!m_isPressHeld)
+        m_presses.stop();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/menubar/panelplacement.h"
+#include "app/windows/pointerpresses.h"
 #include "views/menubar/menubarviewmodel.h"
 
 #include <QElapsedTimer>
@@ -12,14 +13,16 @@
 #include <memory>
 
 /// The panel of the menu-bar item. Its window is made when it is opened and goes when it is closed:
-/// by Escape, by a second click on the item, or when another window gets the keyboard.
+/// by Escape, by a second click on the item, when another window gets the keyboard, or, on X11,
+/// when the pointer is pressed anywhere else.
 class MenuBarPanel : public QObject
 {
     Q_OBJECT
 
 public:
     /// All collaborators outlive it. A click on the item within @p sameClick of the panel's closing
-    /// for another window's sake is the click that closed it.
+    /// for another window's sake, or of the end of a press elsewhere that closed it, is the click
+    /// that closed it.
     MenuBarPanel(QQmlEngine &engine, TimerManager &timerManager, ModelContext &modelContext,
                  std::chrono::milliseconds sameClick = std::chrono::milliseconds(300));
     ~MenuBarPanel() override;
@@ -40,11 +43,15 @@ Q_SIGNALS:
     void openMainWindow();
     void quit();
 
+private Q_SLOTS:
+    void place();
+
 private:
     bool closesInstead();
     void open(const QRect &anchor, QWindow *item);
-    void place();
     void onFocusWindowChanged(QWindow *focus);
+    void onPressed();
+    void onReleased();
     void drop();
 
     QQmlEngine &m_engine;
@@ -55,5 +62,8 @@ private:
     std::unique_ptr<QQuickWindow> m_window;
     QRect m_anchor;
     bool m_hadFocus = false;
-    QElapsedTimer m_sinceFocusLoss;
+    PointerPresses m_presses;
+    /// Whether the press that has closed it goes on.
+    bool m_isPressHeld = false;
+    QElapsedTimer m_sinceClosing;
 };

@@ -3,6 +3,13 @@
 #include <QQuickItem>
 #include <QQuickWindow>
 
+void limitSize(QWindow &window, const QSize &size)
+{
+    window.setMinimumSize({});
+    window.setMaximumSize(size);
+    window.setMinimumSize(size);
+}
+
 FixedSize::FixedSize(QObject *parent)
     : QObject(parent)
 {
@@ -18,8 +25,6 @@ void FixedSize::apply()
         return;
     // The limits are set first, as a window manager checks the new size against those it knows.
     const QSize whole = m_size.toSize();
-    window->setMinimumSize({});
-    window->setMaximumSize(whole);
-    window->setMinimumSize(whole);
+    limitSize(*window, whole);
     window->resize(whole);
 }

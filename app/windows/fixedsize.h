@@ -5,6 +5,11 @@
 #include <QSize>
 #include <QtQmlIntegration/qqmlintegration.h>
 
+class QWindow;
+
+/// Lets @p window have no size but @p size from now on; it does not get that size by this.
+void limitSize(QWindow &window, const QSize &size);
+
 /// Gives the window that it is declared in a size that only itself changes; tiling window managers
 /// let such a window float.
 class FixedSize : public QObject, public QQmlParserStatus
