@@ -2,6 +2,8 @@
 
 #include "app/menubar/statusnotifieritem.h"
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace
@@ -11,10 +13,26 @@ enum FixedLine {
     TotalLine = 1,
     TasksSeparator,
     NoTasksLine,
+    MoreTasksLine,
     CommandsSeparator,
     OpenLine,
     QuitLine
 };
+
+/// As many as leave room for the commands on a small screen.
+constexpr qsizetype MostTasks = 10;
+
+/// Those of @p todays that the menu bears: all of them in their order, or, if they are too many,
+/// the running ones and then the latest, the last one first.
+QList<Task *> tasksToShow(const QList<Task *> &todays)
+{
+    if (todays.size() <= MostTasks)
+        return todays;
+    QList<Task *> tasks(todays.crbegin(), todays.crend());
+    std::stable_partition(tasks.begin(), tasks.end(),
+                          [](const Task *task) { return task->isRunning(); });
+    return tasks.first(MostTasks);
+}
 
 /// A name that does not make the menu wider than the screen, on one line.
 QString shortName(const Task &task)
@@ -41,7 +59,8 @@ QString labelOf(const Task &task)
 
 MenuBarMenu::MenuBarMenu(const QDBusConnection &connection, TimerManager &timerManager,
                          ModelContext &modelContext)
-    : m_viewModel(timerManager, modelContext)
+    : m_timerManager(timerManager)
+    , m_viewModel(timerManager, modelContext)
     , m_menu(connection, StatusNotifierItem::menuPath())
 {
     m_updateTimer.setSingleShot(true);
@@ -66,9 +85,11 @@ void MenuBarMenu::update()
     lines.append({.id = TasksSeparator, .isSeparator = true});
     if (m_viewModel.isEmpty())
         lines.append({.id = NoTasksLine, .label = u"Ingen opgaver i dag"_s, .isEnabled = false});
-    const QList<Task *> tasks = m_viewModel.todaysTasks();
+    const QList<Task *> tasks = tasksToShow(m_viewModel.todaysTasks());
     for (const Task *task : tasks)
         lines.append({.id = idOf(*task), .label = labelOf(*task), .isChecked = task->isRunning()});
+    if (const qsizetype more = m_viewModel.todaysTasks().size() - tasks.size(); more > 0)
+        lines.append({.id = MoreTasksLine, .label = u"… og %1 mere"_s.arg(more)});
     lines.append({.id = CommandsSeparator, .isSeparator = true});
     lines.append({.id = OpenLine, .label = u"Åbn Time Tracker"_s});
     lines.append({.id = QuitLine, .label = u"Afslut"_s});
@@ -77,7 +98,10 @@ void MenuBarMenu::update()
 
 void MenuBarMenu::choose(int id)
 {
-    if (id == OpenLine)
+    // The tasks that were left out are today's, and the main window may show another day.
+    if (id == MoreTasksLine)
+        m_timerManager.goToToday();
+    if (id == OpenLine || id == MoreTasksLine)
         Q_EMIT openMainWindow();
     if (id == QuitLine)
         Q_EMIT quit();

@@ -7,7 +7,8 @@
 #include <QTimer>
 #include <QUuid>
 
-/// The panel's content as a menu, for desktops that open only menus.
+/// The panel's content as a menu, for desktops that open only menus. Of many tasks it bears some,
+/// and a line that leads to the others in the main window.
 class MenuBarMenu : public QObject
 {
     Q_OBJECT
@@ -26,6 +27,7 @@ private:
     void choose(int id);
     int idOf(const Task &task);
 
+    TimerManager &m_timerManager;
     MenuBarViewModel m_viewModel;
     DBusMenu m_menu;
     // Joins several changes at once into one signal.

@@ -61,6 +61,16 @@ private:
             }
             return labels;
         }
+        /// The names of the tasks that have a line.
+        QStringList names()
+        {
+            QStringList names;
+            for (const Line &line : lines()) {
+                if (line.properties.contains(u"toggle-state"_s))
+                    names << line.properties.value(u"label"_s).toString().section(u"   "_s, 1);
+            }
+            return names;
+        }
         int idOf(const QString &part)
         {
             for (const Line &line : lines()) {
@@ -189,6 +199,73 @@ private Q_SLOTS:
 
         // then
         QCOMPARE(quit.size(), 1);
+    }
+
+    void shouldBearTenTasksInTheirOrder()
+    {
+        // given
+        Fixture f;
+        QStringList names;
+        for (int i = 0; i < 10; ++i) {
+            names << u"Opgave %1"_s.arg(i);
+            f.store.insertTask(names.last(), i);
+        }
+        settle();
+
+        // then
+        QCOMPARE(f.names(), names);
+        QCOMPARE(f.idOf(u" mere"_s), -1);
+    }
+
+    void shouldBearTheRunningAndTheLatestOfManyTasks()
+    {
+        // given
+        Fixture f;
+        for (int i = 0; i < 30; ++i) {
+            Task *const task = f.store.insertTask(u"Opgave %1"_s.arg(i), i);
+            if (i == 3 || i == 25)
+                task->start();
+        }
+        settle();
+
+        // then
+        QStringList names;
+        for (const int i : {25, 3, 29, 28, 27, 26, 24, 23, 22, 21})
+            names << u"Opgave %1"_s.arg(i);
+        QCOMPARE(f.names(), names);
+        QCOMPARE(f.labels().at(12), u"… og 20 mere"_s);
+        QCOMPARE(f.labels().at(13), u"-"_s);
+    }
+
+    void shouldBearTenTasksAtMostAlsoWhenMoreOfThemRun()
+    {
+        // given
+        Fixture f;
+        for (int i = 0; i < 11; ++i)
+            f.store.insertTask(u"Opgave %1"_s.arg(i), i)->start();
+        settle();
+
+        // then
+        QCOMPARE(f.names().size(), 10);
+        QVERIFY(f.idOf(u"… og 1 mere"_s) >= 0);
+    }
+
+    void shouldLeadToTheTasksThatItDoesNotBear()
+    {
+        // given the main window at another day
+        Fixture f;
+        for (int i = 0; i < 11; ++i)
+            f.store.insertTask(u"Opgave %1"_s.arg(i), i);
+        settle();
+        f.timer.goToPreviousDay();
+        QSignalSpy open(&f.menu, &MenuBarMenu::openMainWindow);
+
+        // when
+        f.event(f.idOf(u"… og 1 mere"_s), u"clicked"_s);
+
+        // then
+        QCOMPARE(open.size(), 1);
+        QVERIFY(f.timer.isToday());
     }
 
     void shouldTellOfATaskThatStartsAlsoWhileItIsClosed()
