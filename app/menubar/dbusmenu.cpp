@@ -1,5 +1,6 @@
 #include "app/menubar/dbusmenu.h"
 
+#include <QDBusMessage>
 #include <QDBusMetaType>
 
 #include <algorithm>
@@ -40,10 +41,15 @@ QVariantMap propertiesOf(const MenuLine &line)
 
 } // namespace
 
-DBusMenu::DBusMenu(const QDBusConnection &connection, const QString &path)
+DBusMenu::DBusMenu(const QDBusConnection &connection, const QString &path,
+                   std::chrono::milliseconds sign)
     : m_connection(connection)
     , m_path(path)
+    , m_sign(sign)
 {
+    m_bars.setConnection(connection);
+    m_bars.setWatchMode(QDBusServiceWatcher::WatchForUnregistration);
+    connect(&m_bars, &QDBusServiceWatcher::serviceUnregistered, this, &DBusMenu::noteClosing);
     qDBusRegisterMetaType<DBusMenuLayout>();
     qDBusRegisterMetaType<DBusMenuProperties>();
     qDBusRegisterMetaType<QList<DBusMenuProperties>>();
@@ -64,6 +70,13 @@ DBusMenu::~DBusMenu()
 
 void DBusMenu::setLines(const QList<MenuLine> &lines)
 {
+    if (lines == m_lines)
+        return;
+    if (!isOpen()) {
+        m_lines = lines;
+        m_isUntold = true;
+        return;
+    }
     const auto sameID = [](const MenuLine &a, const MenuLine &b) { return a.id == b.id; };
     const bool isSameLayout =
         std::equal(lines.cbegin(), lines.cend(), m_lines.cbegin(), m_lines.cend(), sameID);
@@ -75,10 +88,17 @@ void DBusMenu::setLines(const QList<MenuLine> &lines)
         }
     }
     m_lines = lines;
-    if (!isSameLayout)
-        Q_EMIT LayoutUpdated(++m_revision, Root);
-    else if (!updated.isEmpty())
+    // Nobody knows which lines a bar has read that was not told of them.
+    if (!isSameLayout || m_isUntold)
+        tellOfLayout();
+    else
         Q_EMIT ItemsPropertiesUpdated(updated, {});
+}
+
+bool DBusMenu::isOpen() const
+{
+    return std::any_of(m_openUntil.cbegin(), m_openUntil.cend(),
+                       [](const QDeadlineTimer &until) { return !until.hasExpired(); });
 }
 
 QString DBusMenu::textDirection() const
@@ -151,7 +171,7 @@ bool DBusMenu::AboutToShow(int id)
 {
     const uint revision = m_revision;
     if (id == Root)
-        Q_EMIT aboutToShow();
+        noteOpening(QDeadlineTimer(m_sign));
     return m_revision != revision;
 }
 
@@ -193,12 +213,11 @@ DBusMenuLayout DBusMenu::layoutOf(int id, int depth, const QStringList &property
 bool DBusMenu::handle(int id, const QString &eventId)
 {
     if (id == Root) {
-        if (eventId == u"opened"_s) {
-            m_isOpen = true;
-            Q_EMIT aboutToShow();
-        } else if (eventId == u"closed"_s) {
-            m_isOpen = false;
-        }
+        // A bar that says this also says when it has closed the menu.
+        if (eventId == u"opened"_s)
+            noteOpening(QDeadlineTimer(QDeadlineTimer::Forever));
+        else if (eventId == u"closed"_s)
+            noteClosing(caller());
         return true;
     }
     const MenuLine *const line = find(id);
@@ -207,4 +226,34 @@ bool DBusMenu::handle(int id, const QString &eventId)
     if (eventId == u"clicked"_s && line->isEnabled && !line->isSeparator)
         Q_EMIT chosen(id);
     return true;
+}
+
+/// The bar whose call is being answered.
+QString DBusMenu::caller() const
+{
+    return calledFromDBus() ? message().service() : QString();
+}
+
+void DBusMenu::noteOpening(QDeadlineTimer until)
+{
+    const QString bar = caller();
+    if (!m_openUntil.contains(bar) && !bar.isEmpty())
+        m_bars.addWatchedService(bar);
+    QDeadlineTimer &openUntil = m_openUntil[bar];
+    openUntil = std::max(openUntil, until);
+    Q_EMIT aboutToShow();
+    if (m_isUntold)
+        tellOfLayout();
+}
+
+void DBusMenu::noteClosing(const QString &bar)
+{
+    m_openUntil.remove(bar);
+    m_bars.removeWatchedService(bar);
+}
+
+void DBusMenu::tellOfLayout()
+{
+    m_isUntold = false;
+    Q_EMIT LayoutUpdated(++m_revision, Root);
 }

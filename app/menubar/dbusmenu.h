@@ -4,11 +4,15 @@
 
 #include <QDBusConnection>
 #include <QDBusContext>
+#include <QDBusServiceWatcher>
 #include <QDBusVariant>
+#include <QDeadlineTimer>
+#include <QHash>
 #include <QList>
 #include <QObject>
 #include <QVariantMap>
 
+#include <chrono>
 #include <optional>
 
 /// One line of a menu.
@@ -76,8 +80,9 @@ struct DBusMenuEvent {
     }
 };
 
-/// A flat menu that the desktop's bar shows in its own style. It tells the bar of what differs
-/// and of nothing else. Its names on the bus are fixed by the protocol.
+/// A flat menu that the desktop's bars show in their own style. While one of them may have it open
+/// it tells of what differs, and of nothing else; what has changed meanwhile it tells when the menu
+/// is about to be seen. Its names on the bus are fixed by the protocol.
 class DBusMenu : public QObject, protected QDBusContext
 {
     Q_OBJECT
@@ -88,13 +93,16 @@ class DBusMenu : public QObject, protected QDBusContext
     Q_PROPERTY(QStringList IconThemePath READ iconThemePath)
 
 public:
-    /// Exports the menu on @p connection under @p path, for as long as it lives.
-    DBusMenu(const QDBusConnection &connection, const QString &path);
+    /// Exports the menu on @p connection under @p path, for as long as it lives. A bar that has
+    /// only said that it is about to show the menu is taken to show it for @p sign after it last
+    /// said so.
+    DBusMenu(const QDBusConnection &connection, const QString &path,
+             std::chrono::milliseconds sign = std::chrono::minutes(1));
     ~DBusMenu() override;
 
     void setLines(const QList<MenuLine> &lines);
-    /// Whether some bar shows the menu now.
-    bool isOpen() const { return m_isOpen; }
+    /// Whether some bar may show the menu now.
+    bool isOpen() const;
 
     uint version() const { return 3; }
     QString textDirection() const;
@@ -128,10 +136,19 @@ private:
     const MenuLine *find(int id) const;
     DBusMenuLayout layoutOf(int id, int depth, const QStringList &propertyNames) const;
     bool handle(int id, const QString &eventId);
+    QString caller() const;
+    void noteOpening(QDeadlineTimer until);
+    void noteClosing(const QString &bar);
+    void tellOfLayout();
 
     QDBusConnection m_connection;
     QString m_path;
     QList<MenuLine> m_lines;
     uint m_revision = 1;
-    bool m_isOpen = false;
+    // Something has changed that no bar was told of.
+    bool m_isUntold = false;
+    std::chrono::milliseconds m_sign;
+    // By the bars' names on the bus: until when each of them may show the menu.
+    QHash<QString, QDeadlineTimer> m_openUntil;
+    QDBusServiceWatcher m_bars;
 };

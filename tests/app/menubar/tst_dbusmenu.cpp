@@ -5,6 +5,7 @@
 #include <QSignalSpy>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 /// The menu as a desktop's bar speaks to it, over a real bus.
 class TestDBusMenu : public QObject
@@ -13,6 +14,11 @@ class TestDBusMenu : public QObject
 
 private:
     struct Fixture {
+        explicit Fixture(std::chrono::milliseconds sign = 1h)
+            : menu(connection, path, sign)
+        {
+        }
+
         QDBusMessage call(const QString &method, const QVariantList &arguments)
         {
             return host.call(service, path, interface, method, arguments);
@@ -32,6 +38,13 @@ private:
                 layout.children.at(index).variant().value<QDBusArgument>());
         }
         bool aboutToShow() { return call(u"AboutToShow"_s, {0}).arguments().at(0).toBool(); }
+        /// The items of the menu itself and a line that have to be read anew.
+        QList<int> aboutToShowGroup()
+        {
+            const QDBusMessage reply =
+                call(u"AboutToShowGroup"_s, {QVariant::fromValue(QList<int>{0, 1})});
+            return qdbus_cast<QList<int>>(reply.arguments().at(0));
+        }
         QDBusMessage event(int id, const QString &name)
         {
             return call(u"Event"_s, {id, name, QVariant::fromValue(QDBusVariant(QString())), 0u});
@@ -41,7 +54,7 @@ private:
         QString service = connection.baseService();
         QString path = u"/MenuBar"_s;
         QString interface = u"com.canonical.dbusmenu"_s;
-        DBusMenu menu{connection, path};
+        DBusMenu menu;
         Peer host{u"host"_s};
     };
 
@@ -132,6 +145,7 @@ private Q_SLOTS:
         // given
         Fixture f;
         f.menu.setLines({line(1, u"A"_s)});
+        f.event(0, u"opened"_s);
         const uint revision = f.revision();
         f.host.listenTo(f.service);
 
@@ -151,6 +165,7 @@ private Q_SLOTS:
         // given
         Fixture f;
         f.menu.setLines({line(1, u"A"_s), line(2, u"B"_s)});
+        f.event(0, u"opened"_s);
         f.host.listenTo(f.service);
 
         // when
@@ -238,11 +253,120 @@ private Q_SLOTS:
         QVERIFY(!f.menu.isOpen());
     }
 
+    void shouldTellNothingWhileItIsClosedAndEverythingWhenItOpens()
+    {
+        for (const QString &sign : {u"AboutToShow"_s, u"AboutToShowGroup"_s, u"opened"_s}) {
+            // given
+            Fixture f;
+            f.menu.setLines({line(1, u"A"_s)});
+            f.aboutToShow();
+            f.event(0, u"closed"_s);
+            f.host.listenTo(f.service);
+
+            // when a bar has read what is gone by the time that it opens the menu
+            f.menu.setLines({line(1, u"B"_s)});
+            QCOMPARE(f.child(f.layout(), 0).properties.value(u"label"_s), u"B"_s);
+            f.menu.setLines({line(1, u"A"_s)});
+
+            // then
+            QCOMPARE(f.host.heard(f.service), QStringList());
+
+            // when
+            if (sign == u"opened"_s)
+                f.event(0, sign);
+            else if (sign == u"AboutToShow"_s)
+                QVERIFY(f.aboutToShow());
+            else
+                QCOMPARE(f.aboutToShowGroup(), QList<int>{0});
+
+            // then
+            QCOMPARE(f.host.heard(f.service), QStringList{u"LayoutUpdated"_s});
+        }
+    }
+
+    void shouldCountAsOpenOnceItIsAboutToShow()
+    {
+        for (const bool isInGroup : {false, true}) {
+            // given
+            Fixture f;
+            f.menu.setLines({line(1, u"A"_s)});
+
+            // when
+            if (isInGroup)
+                f.aboutToShowGroup();
+            else
+                f.aboutToShow();
+
+            // then
+            QVERIFY(f.menu.isOpen());
+            f.host.listenTo(f.service);
+            f.menu.setLines({line(1, u"B"_s)});
+            QCOMPARE(f.host.heard(f.service), QStringList{u"ItemsPropertiesUpdated"_s});
+
+            // when
+            f.event(0, u"closed"_s);
+
+            // then
+            QVERIFY(!f.menu.isOpen());
+        }
+    }
+
+    void shouldCountAsOpenForSoLongAndNoLongerWhereNoBarSaysThatItIs()
+    {
+        // given
+        Fixture f(0ms);
+
+        // when
+        f.aboutToShow();
+
+        // then
+        QVERIFY(!f.menu.isOpen());
+
+        // when
+        f.event(0, u"opened"_s);
+        f.aboutToShow();
+
+        // then it is open until the bar says otherwise
+        QVERIFY(f.menu.isOpen());
+    }
+
+    void shouldBeOpenAsLongAsOneBarShowsIt()
+    {
+        // given
+        Fixture f;
+        Peer other(u"other"_s);
+        f.aboutToShow();
+        other.call(f.service, f.path, f.interface, u"AboutToShow"_s, {0});
+
+        // when
+        f.event(0, u"closed"_s);
+
+        // then
+        QVERIFY(f.menu.isOpen());
+    }
+
+    void shouldBeClosedWhenTheBarThatShowedItIsGone()
+    {
+        // given
+        Fixture f;
+        auto other = std::make_unique<Peer>(u"other"_s);
+        other->call(f.service, f.path, f.interface, u"Event"_s,
+                    {0, u"opened"_s, QVariant::fromValue(QDBusVariant(QString())), 0u});
+        QVERIFY(f.menu.isOpen());
+
+        // when
+        other.reset();
+
+        // then
+        QTRY_VERIFY(!f.menu.isOpen());
+    }
+
     void shouldBeBroughtUpToDateBeforeItIsShown()
     {
         // given
         Fixture f;
         f.menu.setLines({line(1, u"A"_s)});
+        f.aboutToShow();
         QVERIFY(!f.aboutToShow());
 
         // when somebody brings it up to date

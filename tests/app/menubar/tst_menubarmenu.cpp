@@ -268,7 +268,23 @@ private Q_SLOTS:
         QVERIFY(f.timer.isToday());
     }
 
-    void shouldTellOfATaskThatStartsAlsoWhileItIsClosed()
+    void shouldTellOfATaskThatStartsWhileItIsOpen()
+    {
+        // given
+        Fixture f;
+        Task *const task = f.store.insertTask(u"A"_s);
+        settle();
+        f.event(0, u"opened"_s);
+        f.host.listenTo(f.service);
+
+        // when
+        task->start();
+
+        // then
+        QCOMPARE(f.host.heard(f.service), QStringList{u"ItemsPropertiesUpdated"_s});
+    }
+
+    void shouldBeSilentOfATaskThatStartsWhileItIsClosed()
     {
         // given
         Fixture f;
@@ -280,13 +296,15 @@ private Q_SLOTS:
         task->start();
 
         // then
-        QCOMPARE(f.host.heard(f.service), QStringList{u"ItemsPropertiesUpdated"_s});
+        QCOMPARE(f.host.heard(f.service), QStringList());
+        QVERIFY(f.labels().contains(u"[x] 00:00:00   A"_s));
     }
 
     void shouldTellOfSeveralChangesOnce()
     {
         // given
         Fixture f;
+        f.event(0, u"opened"_s);
         f.host.listenTo(f.service);
 
         // when
@@ -321,7 +339,7 @@ private Q_SLOTS:
         f.event(0, u"opened"_s);
 
         // then
-        QCOMPARE(f.host.heard(f.service), QStringList{u"ItemsPropertiesUpdated"_s});
+        QCOMPARE(f.host.heard(f.service), QStringList{u"LayoutUpdated"_s});
 
         // when
         QVERIFY(aTickWithANewSecond());
