@@ -18,6 +18,37 @@ private Q_SLOTS:
         QCOMPARE(clock.calendar().dayOf(clock.now()), QDate(2026, 11, 20));
     }
 
+    void shouldReachFromTheStartOfADayToTheEndOfAnother()
+    {
+        const FakeClock clock;
+        const Calendar &calendar = clock.calendar();
+        // October has the day of 25 hours.
+        QCOMPARE(
+            calendar.interval({2026, 10, 1}, {2026, 10, 31}),
+            (DayInterval{clock.at(u"2026-10-01T00:00:00"_s), clock.at(u"2026-11-01T00:00:00"_s)}));
+        QCOMPARE(calendar.interval({2026, 10, 25}, {2026, 10, 25}).end -
+                     calendar.interval({2026, 10, 25}, {2026, 10, 25}).start,
+                 25.0 * 3600);
+    }
+
+    void shouldReachAroundADayThatTheZoneSkips()
+    {
+        // Samoa went from the 29th of December 2011 to the 31st.
+        const Calendar calendar{QTimeZone("Pacific/Apia")};
+        const Instant skip = *calendar.startOfDay(QDate(2011, 12, 31));
+        QCOMPARE(calendar.interval({2011, 12, 29}, {2011, 12, 29}).end, skip);
+        QCOMPARE(calendar.interval({2011, 12, 30}, {2011, 12, 31}).start, skip);
+        QCOMPARE(calendar.interval({2011, 12, 30}, {2011, 12, 30}), (DayInterval{skip, skip}));
+    }
+
+    void shouldReachNowhereFromALaterDayToAnEarlierOne()
+    {
+        const DayInterval none = FakeClock().calendar().interval({2026, 11, 2}, {2026, 11, 1});
+        QVERIFY(none.start >= none.end);
+        const DayInterval invalid = FakeClock().calendar().interval(QDate(), {2026, 11, 1});
+        QVERIFY(invalid.start >= invalid.end);
+    }
+
     void shouldEndADayAtTheStartOfTheNext_data()
     {
         QTest::addColumn<QString>("noon");
