@@ -2,6 +2,7 @@
 #include "hours/json.h"
 #include "hours/options.h"
 #include "hours/report.h"
+#include "hours/runningprogram.h"
 #include "hours/storedtasks.h"
 #include "hours/table.h"
 #include "hours/textwriter.h"
@@ -20,6 +21,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <optional>
 #include <thread>
 
 using namespace Qt::StringLiterals;
@@ -65,26 +67,35 @@ Screen screen()
     return screen;
 }
 
-/// The hours that are wanted. What changes while it is read is read again.
+/// The hours that are wanted: from the program that holds the store or, without one, from the store
+/// itself. What changes meanwhile is asked for again.
 Report reportOf(const Options &options, const Calendar &calendar)
 {
     constexpr std::chrono::milliseconds pause{20};
-    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(busyMilliseconds);
-    for (;;) {
+    constexpr int mostChanges = 100;
+    const std::filesystem::path path = ModelContainer::defaultPath();
+    std::optional<std::chrono::steady_clock::time_point> inUseSince;
+    for (int changes = 0; changes < mostChanges;) {
         try {
             Report report(options.keys);
-            readStoredTasks(ModelContainer::defaultPath(), options.period, calendar,
-                            currentMoment(),
-                            [&report](const RecordedTask &task) { report.add(task); });
+            const auto receive = [&report](const RecordedTask &task) { report.add(task); };
+            if (!RunningProgram(path).deliver(options.period, receive))
+                readStoredTasks(path, options.period, calendar, currentMoment(), receive);
             return report;
         } catch (const TasksChanged &) {
-            // Whoever has changed it may hold it now, which the next reading tells.
+            // Whoever has changed it may hold it now, which the next turn tells.
+            ++changes;
+            inUseSince.reset();
         } catch (const StoreInUseError &) {
-            if (std::chrono::steady_clock::now() >= end)
+            // A program that is just starting or ending cannot be asked.
+            const auto now = std::chrono::steady_clock::now();
+            if (now - inUseSince.value_or(now) >= std::chrono::milliseconds(busyMilliseconds))
                 throw;
+            inUseSince = inUseSince.value_or(now);
         }
         std::this_thread::sleep_for(pause);
     }
+    throw StoreError("The tasks change all the time. Try again later.");
 }
 
 void write(const Report &report, const Options &options, TextWriter &writer)

@@ -9,9 +9,7 @@
 #include <SQLiteCpp/Exception.h>
 #include <sqlite3.h>
 
-#include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <cctype>
 
@@ -65,7 +63,7 @@ ReadOnlyStore::ReadOnlyStore(const fs::path &path)
 void ReadOnlyStore::open()
 {
     // SQLite's own words for it, and the program's.
-    if (isHeld())
+    if (holderOf(m_path))
         throw SQLite::Exception("database is locked", SQLITE_BUSY);
     // Without locks, and with the store to itself, SQLite keeps the index of a log in memory. But
     // where there is no log, it would make an empty one, unless it takes the store for one that
@@ -81,7 +79,7 @@ void ReadOnlyStore::open()
 
 bool ReadOnlyStore::hasChanged() const
 {
-    return isHeld() || marks() != m_marks;
+    return holderOf(m_path).has_value() || marks() != m_marks;
 }
 
 ReadOnlyStore::Mark ReadOnlyStore::markOf(const fs::path &file)
@@ -98,25 +96,4 @@ std::array<ReadOnlyStore::Mark, 3> ReadOnlyStore::marks() const
 {
     return {markOf(m_path), markOf(beside(m_path, logSuffix)),
             markOf(beside(m_path, journalSuffix))};
-}
-
-/// Whether another process has a lock on the store that keeps others from writing or reading.
-bool ReadOnlyStore::isHeld() const
-{
-    // SQLite's locks lie here in every store.
-    constexpr off_t firstLock = 0x40000000;
-    constexpr off_t locks = 512;
-    const int descriptor = ::open(m_path.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC);
-    if (descriptor < 0)
-        return false;
-    struct flock lock {
-    };
-    lock.l_type = F_RDLCK;
-    lock.l_whence = SEEK_SET;
-    lock.l_start = firstLock;
-    lock.l_len = locks;
-    const bool isHeld = ::fcntl(descriptor, F_GETLK, &lock) == 0 && lock.l_type != F_UNLCK;
-    // This would let go of the process's own locks on the file, and it has none.
-    ::close(descriptor);
-    return isHeld;
 }

@@ -29,7 +29,6 @@ private:
     using Mark = std::array<std::int64_t, 5>;
     static Mark markOf(const std::filesystem::path &file);
     std::array<Mark, 3> marks() const;
-    bool isHeld() const;
     void open();
 
     std::filesystem::path m_path;

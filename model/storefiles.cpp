@@ -102,6 +102,27 @@ qint64 sizeOf(const fs::path &path)
     return error ? 0 : static_cast<qint64>(size);
 }
 
+std::optional<pid_t> holderOf(const fs::path &path)
+{
+    // SQLite's locks lie here in every store.
+    constexpr off_t firstLock = 0x40000000;
+    constexpr off_t locks = 512;
+    // Without waiting, should a pipe lie there.
+    const int descriptor = ::open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+    if (descriptor < 0)
+        return std::nullopt;
+    struct flock lock {
+    };
+    lock.l_type = F_RDLCK;
+    lock.l_whence = SEEK_SET;
+    lock.l_start = firstLock;
+    lock.l_len = locks;
+    const bool isHeld = ::fcntl(descriptor, F_GETLK, &lock) == 0 && lock.l_type != F_UNLCK;
+    // This lets go of the process's own locks on the file, so it is not to have any.
+    ::close(descriptor);
+    return isHeld ? std::optional(lock.l_pid) : std::nullopt;
+}
+
 void removeFile(const fs::path &path)
 {
     ::unlink(path.c_str());

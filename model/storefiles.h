@@ -2,7 +2,10 @@
 
 #include <QtGlobal>
 
+#include <sys/types.h>
+
 #include <filesystem>
+#include <optional>
 #include <string>
 
 // The store's files on the disk, and what keeps them from being used, in words for a person.
@@ -23,6 +26,11 @@ double writtenAt(const std::filesystem::path &path);
 
 /// In bytes; 0 if there is no such file.
 qint64 sizeOf(const std::filesystem::path &path);
+
+/// The process that has a lock on the store at @p path which keeps others from reading it: zero or
+/// less if that cannot be seen from here, as in another container; nothing if there is none.
+/// Lets go of this process's own locks on the store.
+std::optional<pid_t> holderOf(const std::filesystem::path &path);
 
 /// Removes the file, if there is one.
 void removeFile(const std::filesystem::path &path);
