@@ -220,12 +220,21 @@ void TasksInterface::putTogether()
     m_reading.reset();
 }
 
+/// Forgets what has been read. To free a hundred thousand tasks takes longer than a slice, so the
+/// other thread does it.
+void TasksInterface::discardReading()
+{
+    if (m_reading)
+        m_thread.start([period = std::make_shared<RecordedPeriod>(m_reading->take())] {});
+    m_reading.reset();
+}
+
 /// The first question has been answered, or is wanted no more.
 void TasksInterface::endFirst()
 {
     const QString caller = m_questions.front().message.service();
     m_questions.pop_front();
-    m_reading.reset();
+    discardReading();
     m_isUnwanted.reset();
     if (std::none_of(m_questions.begin(), m_questions.end(), [&](const Question &question) {
             return question.message.service() == caller;
@@ -247,7 +256,7 @@ void TasksInterface::onCallerGone(const QString &caller)
     if (isGone(m_questions.front())) {
         if (m_isUnwanted)
             *m_isUnwanted = true;
-        m_reading.reset();
+        discardReading();
     }
     m_questions.erase(std::remove_if(first, m_questions.end(), isGone), m_questions.end());
     m_callers.removeWatchedService(caller);

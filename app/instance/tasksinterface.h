@@ -77,6 +77,7 @@ private:
     void goOn();
     void readOn();
     void putTogether();
+    void discardReading();
     void endFirst();
     void onCallerGone(const QString &caller);
     void onStoreGone();
