@@ -1,4 +1,5 @@
 #include "app/instance/applicationobject.h"
+#include "app/instance/tasksinterface.h"
 #include "app/menubar/dbusmenu.h"
 #include "app/menubar/statusnotifieritem.h"
 #include "fuzz.h"
@@ -39,8 +40,10 @@ public:
                 [this](const QDBusConnection &program) {
                     m_program = program;
                     m_item = std::make_unique<StatusNotifierItem>(program);
+                    new TasksInterface(program, &m_application);
                     m_program->registerObject(u"/dk/tulo/TimeTracker"_s, &m_application,
-                                              QDBusConnection::ExportAllSlots);
+                                              QDBusConnection::ExportAllSlots |
+                                                  QDBusConnection::ExportAdaptors);
                 });
         m_client = QDBusConnection::connectToPeer(m_server.address(), u"client"_s);
         while (!m_item)
@@ -84,6 +87,10 @@ QString text(FuzzedDataProvider &input)
         "com.canonical.dbusmenu",
         "org.kde.StatusNotifierItem",
         "org.freedesktop.Application",
+        "dk.tulo.TimeTracker1",
+        "Changes",
+        "2026-11-01",
+        "2026-11-30",
     };
     if (input.ConsumeIntegralInRange(0, 2) != 0)
         return QString::fromLatin1(input.PickValueInArray(known));
@@ -214,6 +221,7 @@ const Method &method(FuzzedDataProvider &input)
          "org.freedesktop.Application",
          "ActivateAction",
          {"s", "av", "a{sv}"}},
+        {"/dk/tulo/TimeTracker", "dk.tulo.TimeTracker1", "Tasks", {"s", "s"}},
         {"/MenuBar", "org.freedesktop.DBus.Properties", "Get", {"s", "s"}},
         {"/MenuBar", "org.freedesktop.DBus.Properties", "Set", {"s", "s", "v"}},
         {"/MenuBar", "org.freedesktop.DBus.Properties", "GetAll", {"s"}},
