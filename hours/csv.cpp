@@ -32,7 +32,7 @@ QString figureCells(const Sums &sums)
 
 void writeCsv(const Report &report, TextWriter &writer)
 {
-    QString line(QChar(QChar::ByteOrderMark));
+    QString line = QChar(QChar::ByteOrderMark);
     for (const Key key : report.keys())
         line += titleOf(key) + u';';
     writer.write(line + hoursTitle + u';' + billableHoursTitle + u"\r\n"_s);

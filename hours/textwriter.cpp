@@ -9,7 +9,7 @@
 namespace
 {
 
-constexpr qsizetype pieceSize = 64 * 1024;
+constexpr qsizetype pieceSize = 65536;
 
 std::string explained(int error)
 {

@@ -249,9 +249,9 @@ private Q_SLOTS:
         };
 
         // then
-        QVERIFY_EXCEPTION_THROWN(readStoredTasks(pathOf(f.store.path()), november,
-                                                 f.clock.calendar(), f.clock.now(), change),
-                                 TasksChanged);
+        QVERIFY_THROWS_EXCEPTION(TasksChanged,
+                                 readStoredTasks(pathOf(f.store.path()), november,
+                                                 f.clock.calendar(), f.clock.now(), change));
     }
 
     void shouldOpenAStoreByAnyName()
