@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QImage>
 #include <QPainter>
+#include <QRegularExpression>
 #include <QSaveFile>
 #include <QStandardPaths>
 #include <QSvgRenderer>
@@ -28,17 +29,7 @@ QImage picture(int side)
     return image;
 }
 
-} // namespace
-
-QIcon itemicon::icon()
-{
-    QIcon icon;
-    for (const int side : Sizes)
-        icon.addPixmap(QPixmap::fromImage(picture(side)));
-    return icon;
-}
-
-QList<IconPixmap> itemicon::pixmaps()
+QList<IconPixmap> pixmaps()
 {
     QList<IconPixmap> pixmaps;
     for (const int side : Sizes) {
@@ -57,15 +48,21 @@ QList<IconPixmap> itemicon::pixmaps()
     return pixmaps;
 }
 
-QString itemicon::nameOrPath()
+/// The symbolic icon's name, or empty where it is not installed.
+QString symbolicName()
 {
     // The file is looked for, because asking the icon theme would read all of the theme.
     QString name = u"dk.tulo.TimeTracker-symbolic"_s;
-    if (!QStandardPaths::locate(QStandardPaths::GenericDataLocation,
-                                u"icons/hicolor/symbolic/apps/"_s + name + u".svg"_s)
-             .isEmpty())
-        return name;
+    if (QStandardPaths::locate(QStandardPaths::GenericDataLocation,
+                               u"icons/hicolor/symbolic/apps/"_s + name + u".svg"_s)
+            .isEmpty())
+        return {};
+    return name;
+}
 
+/// The path of the picture in the user's cache, where it is written unless it is there.
+QString picturePath()
+{
     QByteArray content;
     QBuffer buffer(&content);
     buffer.open(QIODevice::WriteOnly);
@@ -81,4 +78,29 @@ QString itemicon::nameOrPath()
         file.write(content) != content.size() || !file.commit())
         return {};
     return path;
+}
+
+} // namespace
+
+bool itemicon::isRecolouredBy(const QString &process)
+{
+    // The system cuts names after 15 characters, which is why Xfce's may lack its last letters.
+    static const QRegularExpression recolouring(
+        u"^(gnome-shell|plasmashell|kded[56]|xfce4-panel|panel-[0-9]+-systr.*)$"_s);
+    return recolouring.match(process).hasMatch();
+}
+
+QIcon itemicon::icon()
+{
+    QIcon icon;
+    for (const int side : Sizes)
+        icon.addPixmap(QPixmap::fromImage(picture(side)));
+    return icon;
+}
+
+ItemIcon itemicon::forBar(bool isRecoloured)
+{
+    if (const QString name = symbolicName(); isRecoloured && !name.isEmpty())
+        return {name, {}};
+    return {picturePath(), pixmaps()};
 }

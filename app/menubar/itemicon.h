@@ -13,6 +13,8 @@ struct IconPixmap {
     int height = 0;
     QByteArray pixels;
 
+    bool operator==(const IconPixmap &) const = default;
+
     template<class Self>
     static auto members(Self &self)
     {
@@ -20,16 +22,29 @@ struct IconPixmap {
     }
 };
 
-/// The menu-bar item's symbol "timer" in the forms that desktops ask for. Its colour can be seen on
-/// light and on dark bars: of those that do not recolour it, nothing tells which they are.
+/// An icon as the bus carries it. Bars read the picture anew again and again, so none goes with a
+/// name from the icon theme.
+struct ItemIcon {
+    /// A name from the icon theme, or a picture's path.
+    QString name;
+    QList<IconPixmap> pixmaps;
+
+    bool operator==(const ItemIcon &) const = default;
+};
+
+/// The menu-bar item's symbol "timer" in the forms that desktops ask for.
 namespace itemicon
 {
 
-/// In all sizes that bars use.
+/// Whether bars of @p process, as the system names it, give symbolic icons the colour of their
+/// text. Others draw them in the dark grey that the file has, which cannot be seen on dark bars.
+bool isRecolouredBy(const QString &process);
+
+/// The pictures in all sizes that bars use. Their colour can be seen on light and on dark bars.
 QIcon icon();
-QList<IconPixmap> pixmaps();
-/// The installed symbolic icon's name, which bars recolour; where it is not installed the path of
-/// a picture, which is written to the user's cache. Empty if that fails.
-QString nameOrPath();
+/// For a bar that recolours icons (@p isRecoloured) the installed symbolic icon's name. For others,
+/// and where that is not installed, the picture in all sizes, and the path of one that is written
+/// to the user's cache; the path is empty if that fails.
+ItemIcon forBar(bool isRecoloured);
 
 } // namespace itemicon

@@ -82,9 +82,13 @@ void MenuBarExtra::choose()
 
 void MenuBarExtra::makeStatusNotifierItem()
 {
-    if (m_item)
+    const ItemIcon icon =
+        itemicon::forBar(itemicon::isRecolouredBy(m_statusNotifierLink->process()));
+    if (m_item) {
+        m_item->setIcon(icon);
         return;
-    m_item = std::make_unique<StatusNotifierItem>(m_connection);
+    }
+    m_item = std::make_unique<StatusNotifierItem>(m_connection, icon);
     connect(m_item.get(), &StatusNotifierItem::activated, &m_panel, &MenuBarPanel::toggle);
     connect(m_item.get(), &StatusNotifierItem::activationTokenProvided, this,
             [this](const QString &token) { m_activationToken = token; });

@@ -14,10 +14,9 @@ QString StatusNotifierItem::menuPath()
     return u"/MenuBar"_s;
 }
 
-StatusNotifierItem::StatusNotifierItem(const QDBusConnection &connection)
+StatusNotifierItem::StatusNotifierItem(const QDBusConnection &connection, const ItemIcon &icon)
     : m_connection(connection)
-    , m_iconName(itemicon::nameOrPath())
-    , m_iconPixmap(itemicon::pixmaps())
+    , m_icon(icon)
 {
     qDBusRegisterMetaType<IconPixmap>();
     qDBusRegisterMetaType<QList<IconPixmap>>();
@@ -31,6 +30,14 @@ StatusNotifierItem::StatusNotifierItem(const QDBusConnection &connection)
 StatusNotifierItem::~StatusNotifierItem()
 {
     m_connection.unregisterObject(path());
+}
+
+void StatusNotifierItem::setIcon(const ItemIcon &icon)
+{
+    if (m_icon == icon)
+        return;
+    m_icon = icon;
+    Q_EMIT NewIcon();
 }
 
 void StatusNotifierItem::setLabel(const QString &label)

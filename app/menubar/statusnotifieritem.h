@@ -55,9 +55,10 @@ public:
     static QString menuPath();
 
     /// Exports the item on @p connection, for as long as it lives.
-    explicit StatusNotifierItem(const QDBusConnection &connection);
+    StatusNotifierItem(const QDBusConnection &connection, const ItemIcon &icon);
     ~StatusNotifierItem() override;
 
+    void setIcon(const ItemIcon &icon);
     /// The clock, or empty.
     void setLabel(const QString &label);
 
@@ -69,8 +70,8 @@ public:
     QDBusObjectPath menu() const { return QDBusObjectPath(menuPath()); }
     /// False: a click opens the panel and not the menu.
     bool itemIsMenu() const { return false; }
-    QString iconName() const { return m_iconName; }
-    QList<IconPixmap> iconPixmap() const { return m_iconPixmap; }
+    QString iconName() const { return m_icon.name; }
+    QList<IconPixmap> iconPixmap() const { return m_icon.pixmaps; }
     StatusNotifierToolTip toolTip() const;
     QString label() const { return m_label; }
     /// The widest usual label, by which hosts reserve room.
@@ -106,7 +107,6 @@ private:
     QList<IconPixmap> noPixmap() const { return {}; }
 
     QDBusConnection m_connection;
-    QString m_iconName;
-    QList<IconPixmap> m_iconPixmap;
+    ItemIcon m_icon;
     QString m_label;
 };

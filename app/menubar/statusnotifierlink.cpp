@@ -3,6 +3,7 @@
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
+#include <QFile>
 
 #include <algorithm>
 
@@ -66,7 +67,7 @@ void StatusNotifierLink::onHostRegistered()
     if (m_hasHost)
         registerItem();
     else
-        setHasHost(true);
+        askForProcess();
 }
 
 void StatusNotifierLink::onHostUnregistered()
@@ -93,6 +94,7 @@ void StatusNotifierLink::onOwnerChanged(const QString &owner)
     m_retryTimer.stop();
     m_nextRetry = m_firstRetry;
     m_hasHost = false;
+    ++m_owners;
     m_hasWatcher = !owner.isEmpty();
     Q_EMIT changed();
     if (m_hasWatcher)
@@ -112,7 +114,29 @@ void StatusNotifierLink::askForHost()
             m_hasWatcher = !answer.isError();
             Q_EMIT changed();
         }
-        setHasHost(m_hasWatcher && answer.value().variant().toBool());
+        if (!m_hasWatcher || !answer.value().variant().toBool())
+            setHasHost(false);
+        else if (!m_hasHost)
+            askForProcess();
+    });
+}
+
+void StatusNotifierLink::askForProcess()
+{
+    QDBusMessage question =
+        QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
+                                       u"org.freedesktop.DBus"_s, u"GetConnectionUnixProcessID"_s);
+    question.setArguments({QString(Service)});
+    auto *const reply = new QDBusPendingCallWatcher(m_connection.asyncCall(question), this);
+    connect(reply, &QDBusPendingCallWatcher::finished, this, [this, reply, owners = m_owners] {
+        reply->deleteLater();
+        if (owners != m_owners)
+            return;
+        const QDBusPendingReply<uint> id = *reply;
+        QFile name(u"/proc/%1/comm"_s.arg(id.isError() ? 0 : id.value()));
+        m_process = name.open(QIODevice::ReadOnly) ? QString::fromUtf8(name.readAll()).trimmed()
+                                                   : QString();
+        setHasHost(true);
     });
 }
 

@@ -23,6 +23,9 @@ public:
     bool hasWatcher() const { return m_hasWatcher; }
     /// Whether items are shown by somebody.
     bool hasHost() const { return m_hasHost; }
+    /// The name of the process that has the watcher and, on most desktops, the host, as the system
+    /// cuts it; empty if it cannot be told. It is known when hasHost() becomes true.
+    const QString &process() const { return m_process; }
 
     /// Registers the item that this process exports, and does so again whenever it has to be.
     void keepRegistered();
@@ -40,6 +43,7 @@ private Q_SLOTS:
 private:
     void onOwnerChanged(const QString &owner);
     void askForHost();
+    void askForProcess();
     void setHasHost(bool hasHost);
     void registerItem();
     void registerItemLater();
@@ -48,6 +52,9 @@ private:
     QDBusServiceWatcher m_serviceWatcher;
     bool m_hasWatcher = true;
     bool m_hasHost = false;
+    QString m_process;
+    // Grows with each owner of the watcher's name: what concerns an earlier one is past.
+    int m_owners = 0;
     bool m_keepsRegistered = false;
     std::chrono::milliseconds m_firstRetry;
     std::chrono::milliseconds m_nextRetry;

@@ -5,6 +5,7 @@
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
+#include <QFile>
 #include <QObject>
 #include <QStringList>
 #include <QTest>
@@ -107,6 +108,33 @@ private:
     QDBusConnection m_connection;
     QString m_name;
     QList<QDBusMessage> m_heard;
+};
+
+/// The name that this process, and so a bar in it, bears for the system while this lives.
+class ProcessName
+{
+public:
+    explicit ProcessName(const QByteArray &name)
+        : m_before(set(name))
+    {
+    }
+    ~ProcessName() { set(m_before); }
+    Q_DISABLE_COPY_MOVE(ProcessName)
+
+private:
+    static QByteArray set(const QByteArray &name)
+    {
+        QFile file(QStringLiteral("/proc/self/comm"));
+        if (!file.open(QIODevice::ReadOnly))
+            QTest::qFail("this process has no name", __FILE__, __LINE__);
+        const QByteArray before = file.readAll().trimmed();
+        file.close();
+        if (!file.open(QIODevice::WriteOnly) || file.write(name) != name.size())
+            QTest::qFail("this process cannot be named", __FILE__, __LINE__);
+        return before;
+    }
+
+    QByteArray m_before;
 };
 
 /// The desktop's watcher of status notifier items, with or without a host.

@@ -38,13 +38,15 @@ private:
             return host.call(bus.baseService(), StatusNotifierItem::path(),
                              u"org.kde.StatusNotifierItem"_s, method, arguments);
         }
-        QString label()
+        QString itemProperty(const QString &name)
         {
             return host
                 .property(bus.baseService(), StatusNotifierItem::path(),
-                          u"org.kde.StatusNotifierItem"_s, u"XAyatanaLabel"_s)
+                          u"org.kde.StatusNotifierItem"_s, name)
                 .toString();
         }
+        QString label() { return itemProperty(u"XAyatanaLabel"_s); }
+        QString iconName() { return itemProperty(u"IconName"_s); }
         static QWindow *clockWindow()
         {
             const QWindowList windows = QGuiApplication::topLevelWindows();
@@ -82,6 +84,34 @@ private Q_SLOTS:
         QTRY_COMPARE(f.extra->backend(), Backend::StatusNotifier);
         QTRY_COMPARE(watcher.items(), QStringList{f.bus.baseService()});
         QVERIFY(!f.clockWindow());
+    }
+
+    void shouldHaveAnIconThatSuitsTheBar()
+    {
+        // given
+        const QTemporaryDir data;
+        const QString folder = data.filePath(u"icons/hicolor/symbolic/apps"_s);
+        QVERIFY(QDir().mkpath(folder));
+        QFile file(folder + u"/dk.tulo.TimeTracker-symbolic.svg"_s);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        qputenv("XDG_DATA_HOME", data.path().toLocal8Bit());
+        Fixture f;
+        auto watcher = std::make_unique<Watcher>();
+        f.start();
+        QTRY_COMPARE(watcher->items().size(), 1);
+
+        // then
+        QVERIFY(f.iconName().endsWith(u".png"_s));
+
+        // when a bar comes that gives icons its own colour
+        watcher.reset();
+        const ProcessName name("plasmashell");
+        watcher = std::make_unique<Watcher>();
+        QTRY_COMPARE(watcher->items().size(), 1);
+        qunsetenv("XDG_DATA_HOME");
+
+        // then
+        QCOMPARE(f.iconName(), u"dk.tulo.TimeTracker-symbolic"_s);
     }
 
     void shouldShowTheRunningTasksClockEachSecond()

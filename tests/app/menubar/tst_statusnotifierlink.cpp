@@ -177,6 +177,30 @@ private Q_SLOTS:
         QCOMPARE(watcher.items().size(), 1);
     }
 
+    void shouldKnowTheWatchersProcessByTheTimeThatItKnowsOfTheHost()
+    {
+        for (const bool isHostLater : {false, true}) {
+            // given
+            Watcher watcher(!isHostLater);
+            const ProcessName name("a-bar");
+            const StatusNotifierLink link(m_bus);
+            QString process;
+            connect(&link, &StatusNotifierLink::changed, this, [&] {
+                if (link.hasHost())
+                    process = link.process();
+            });
+            watcher.peer().ping(m_bus.baseService());
+
+            // when
+            if (isHostLater)
+                watcher.registerHost();
+
+            // then
+            QTRY_VERIFY(link.hasHost());
+            QCOMPARE(process, u"a-bar"_s);
+        }
+    }
+
     void shouldTryAgainAfterARefusal()
     {
         // given
