@@ -34,7 +34,7 @@ FILES = [
     "share/zsh/site-functions/_tulo-hours",
 ]
 # What the month's hours need of Qt.
-QT = {"Qt6Core"}
+QT = {"Qt6Core", "Qt6DBus"}
 PROGRAMS = {"tulo-hours": "hours", "tulo-time-tracker": "app"}
 # Of each manual page, some words that show that its letters came through.
 PAGES = {"tulo-hours": "de faktiske og dem, der faktureres i kvarte timer. Uden valg er det denne"
