@@ -396,11 +396,11 @@ class Reckoning(unittest.TestCase):
     def shouldReadTheLogOfAKillAndChangeNothing(self):
         folder, store = self.copy("killed")
         # Another process's connection, which is killed with changes in its log.
-        script = ("import sqlite3, sys, time; d = sqlite3.connect(sys.argv[1]);"
+        script = ("import sqlite3, sys; d = sqlite3.connect(sys.argv[1]);"
                   "d.execute('PRAGMA locking_mode = EXCLUSIVE');"
                   "d.execute(\"UPDATE Task SET name = 'from the log'\"); d.commit();"
-                  "print(flush=True); time.sleep(600)")
-        with subprocess.Popen([sys.executable, "-c", script, store],
+                  "print(flush=True); sys.stdin.read()")
+        with subprocess.Popen([sys.executable, "-c", script, store], stdin=subprocess.PIPE,
                               stdout=subprocess.PIPE) as writer:
             writer.stdout.readline()
             writer.kill()
