@@ -2,6 +2,7 @@
 
 #include "model/recordtable.h"
 
+#include <SQLiteCpp/Column.h>
 #include <SQLiteCpp/Exception.h>
 #include <sqlite3.h>
 

@@ -188,7 +188,8 @@ private Q_SLOTS:
         store.reopen();
         const auto anyTask = [&]() -> Task * {
             const QList<Record *> all = store.context().fetch(Task::type, allRecords());
-            return all.isEmpty() ? nullptr : static_cast<Task *>(all.at(below(all.size())));
+            return all.isEmpty() ? nullptr
+                                 : static_cast<Task *>(all.at(below(static_cast<int>(all.size()))));
         };
         const auto change = [&] {
             switch (below(7)) {
@@ -294,12 +295,11 @@ private Q_SLOTS:
         store.context().database().exec("ALTER TABLE Task RENAME TO Other");
 
         // then
-        QVERIFY_EXCEPTION_THROWN(
-            {
-                while (!reading.goOn())
-                    continue;
-            },
-            StoreError);
+        const auto readAll = [&reading] {
+            while (!reading.goOn())
+                continue;
+        };
+        QVERIFY_THROWS_EXCEPTION(StoreError, readAll());
         store.context().database().exec("ALTER TABLE Other RENAME TO Task");
     }
 };

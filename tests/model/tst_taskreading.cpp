@@ -116,7 +116,7 @@ private Q_SLOTS:
     {
         // given
         for (int i = 0; i < 100; ++i)
-            insert(u"a"_s, i / 10);
+            insert(u"a"_s, i % 10);
         TaskReading reading(*m_database, {0, 10});
         int count = 0;
 
