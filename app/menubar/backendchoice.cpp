@@ -3,7 +3,7 @@
 Backend chooseBackend(const DesktopTrays &trays)
 {
     if (trays.hasStatusNotifierHost)
-        return Backend::StatusNotifier;
+        return trays.isItemUnread ? Backend::ClockWindow : Backend::StatusNotifier;
     if (!trays.isSettled)
         return Backend::None;
     return trays.hasXEmbedTray ? Backend::XEmbed : Backend::ClockWindow;

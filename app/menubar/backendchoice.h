@@ -15,6 +15,8 @@ enum class Backend {
 /// What the desktop offers at the moment.
 struct DesktopTrays {
     bool hasStatusNotifierHost = false;
+    /// The host has not read the item for so long that nobody can be showing it.
+    bool isItemUnread = false;
     bool hasXEmbedTray = false;
     /// It has been like this for long enough: nothing else is on its way.
     bool isSettled = false;

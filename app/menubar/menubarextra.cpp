@@ -6,7 +6,7 @@ using namespace Qt::StringLiterals;
 
 MenuBarExtra::MenuBarExtra(const QDBusConnection &connection, QQmlEngine &engine,
                            TimerManager &timerManager, ModelContext &modelContext,
-                           std::chrono::milliseconds settling)
+                           std::chrono::milliseconds settling, std::chrono::milliseconds reading)
     : m_connection(connection)
     , m_engine(engine)
     , m_timerManager(timerManager)
@@ -24,11 +24,17 @@ MenuBarExtra::MenuBarExtra(const QDBusConnection &connection, QQmlEngine &engine
     m_settlingTimer.setSingleShot(true);
     m_settlingTimer.setInterval(settling);
     connect(&m_settlingTimer, &QTimer::timeout, this, &MenuBarExtra::choose);
+    m_readingTimer.setSingleShot(true);
+    m_readingTimer.setInterval(reading);
+    connect(&m_readingTimer, &QTimer::timeout, this, [this] {
+        m_isItemUnread = true;
+        choose();
+    });
     connect(&m_xembedTray, &XEmbedTray::changed, this, &MenuBarExtra::onTraysChanged);
     if (m_connection.isConnected()) {
         m_statusNotifierLink = std::make_unique<StatusNotifierLink>(m_connection);
         connect(m_statusNotifierLink.get(), &StatusNotifierLink::changed, this,
-                &MenuBarExtra::onTraysChanged);
+                &MenuBarExtra::onHostChanged);
     }
     onTraysChanged();
 }
@@ -47,10 +53,29 @@ void MenuBarExtra::onTraysChanged()
     choose();
 }
 
+void MenuBarExtra::onHostChanged()
+{
+    if (!m_statusNotifierLink->hasHost()) {
+        m_readingTimer.stop();
+        m_isItemRead = false;
+        m_isItemUnread = false;
+    }
+    onTraysChanged();
+}
+
+void MenuBarExtra::onItemRead()
+{
+    m_isItemRead = true;
+    m_readingTimer.stop();
+    if (std::exchange(m_isItemUnread, false))
+        choose();
+}
+
 void MenuBarExtra::choose()
 {
     const Backend backend = chooseBackend(
         {.hasStatusNotifierHost = m_statusNotifierLink && m_statusNotifierLink->hasHost(),
+         .isItemUnread = m_isItemUnread,
          .hasXEmbedTray = m_xembedTray.isThere(),
          .isSettled = !m_settlingTimer.isActive()});
     // What shows the item now stays until there is something better.
@@ -82,6 +107,8 @@ void MenuBarExtra::choose()
 
 void MenuBarExtra::makeStatusNotifierItem()
 {
+    if (!m_isItemRead)
+        m_readingTimer.start();
     const ItemIcon icon =
         itemicon::forBar(itemicon::isRecolouredBy(m_statusNotifierLink->process()));
     if (m_item) {
@@ -89,6 +116,9 @@ void MenuBarExtra::makeStatusNotifierItem()
         return;
     }
     m_item = std::make_unique<StatusNotifierItem>(m_connection, icon);
+    // Later, as nothing is to change while the item answers.
+    connect(m_item.get(), &StatusNotifierItem::iconRead, this, &MenuBarExtra::onItemRead,
+            Qt::QueuedConnection);
     connect(m_item.get(), &StatusNotifierItem::activated, &m_panel, &MenuBarPanel::toggle);
     connect(m_item.get(), &StatusNotifierItem::activationTokenProvided, this,
             [this](const QString &token) { m_activationToken = token; });

@@ -19,12 +19,16 @@ class MenuBarExtra : public QObject
 
 public:
     /// All collaborators outlive it. @p connection may be one that is not connected. After
-    /// @p settling without a tray the clock window is shown.
+    /// @p settling without a tray the clock window is shown, and after @p reading with a host that
+    /// has not read the item, until it does.
     MenuBarExtra(const QDBusConnection &connection, QQmlEngine &engine, TimerManager &timerManager,
                  ModelContext &modelContext,
-                 std::chrono::milliseconds settling = std::chrono::seconds(4));
+                 std::chrono::milliseconds settling = std::chrono::seconds(4),
+                 std::chrono::milliseconds reading = std::chrono::seconds(10));
 
     Backend backend() const { return m_backend; }
+    /// Whether a host is still given time to read the item.
+    bool isWaitingForReader() const { return m_readingTimer.isActive(); }
     const MenuBarPanel &panel() const { return m_panel; }
 
     /// Whether the main window is open. When it is not, the clock window must not be missing where
@@ -39,6 +43,8 @@ Q_SIGNALS:
 
 private:
     void onTraysChanged();
+    void onHostChanged();
+    void onItemRead();
     void choose();
     void makeStatusNotifierItem();
     void makeTrayIcon();
@@ -59,6 +65,10 @@ private:
     std::unique_ptr<StatusNotifierLink> m_statusNotifierLink;
     XEmbedTray m_xembedTray;
     QTimer m_settlingTimer;
+    // Runs from the registration with a host until that reads the item.
+    QTimer m_readingTimer;
+    bool m_isItemRead = false;
+    bool m_isItemUnread = false;
 
     // It is kept once it is made, so that a bar that comes back finds it as it was.
     std::unique_ptr<StatusNotifierItem> m_item;

@@ -69,6 +69,18 @@ QString StatusNotifierItem::status() const
     return u"Active"_s;
 }
 
+QString StatusNotifierItem::iconName() const
+{
+    Q_EMIT iconRead();
+    return m_icon.name;
+}
+
+QList<IconPixmap> StatusNotifierItem::iconPixmap() const
+{
+    Q_EMIT iconRead();
+    return m_icon.pixmaps;
+}
+
 StatusNotifierToolTip StatusNotifierItem::toolTip() const
 {
     return {QString(), {}, title(), m_label};

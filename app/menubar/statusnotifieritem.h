@@ -70,8 +70,8 @@ public:
     QDBusObjectPath menu() const { return QDBusObjectPath(menuPath()); }
     /// False: a click opens the panel and not the menu.
     bool itemIsMenu() const { return false; }
-    QString iconName() const { return m_icon.name; }
-    QList<IconPixmap> iconPixmap() const { return m_icon.pixmaps; }
+    QString iconName() const;
+    QList<IconPixmap> iconPixmap() const;
     StatusNotifierToolTip toolTip() const;
     QString label() const { return m_label; }
     /// The widest usual label, by which hosts reserve room.
@@ -96,6 +96,8 @@ Q_SIGNALS:
     Q_SCRIPTABLE void NewStatus(const QString &status);
     Q_SCRIPTABLE void XAyatanaNewLabel(const QString &label, const QString &guide);
 
+    /// Somebody reads the icon, as everybody does who shows the item.
+    void iconRead() const;
     /// The item has been clicked at @p position, in physical pixels; (0, 0) if the desktop does not
     /// say where.
     void activated(const QPoint &position);

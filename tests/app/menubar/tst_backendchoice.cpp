@@ -12,24 +12,30 @@ private Q_SLOTS:
     {
         for (const bool tray : {false, true}) {
             for (const bool settled : {false, true})
-                QCOMPARE(chooseBackend({true, tray, settled}), Backend::StatusNotifier);
+                QCOMPARE(chooseBackend({true, false, tray, settled}), Backend::StatusNotifier);
         }
+    }
+
+    void shouldBeTheClockWindowWhereTheHostDoesNotReadTheItem()
+    {
+        for (const bool tray : {false, true})
+            QCOMPARE(chooseBackend({true, true, tray, true}), Backend::ClockWindow);
     }
 
     void shouldGiveAHostTimeToCome()
     {
-        QCOMPARE(chooseBackend({false, true, false}), Backend::None);
-        QCOMPARE(chooseBackend({false, false, false}), Backend::None);
+        QCOMPARE(chooseBackend({false, false, true, false}), Backend::None);
+        QCOMPARE(chooseBackend({false, false, false, false}), Backend::None);
     }
 
     void shouldBeATrayIconWhereNoHostComes()
     {
-        QCOMPARE(chooseBackend({false, true, true}), Backend::XEmbed);
+        QCOMPARE(chooseBackend({false, false, true, true}), Backend::XEmbed);
     }
 
     void shouldBeTheClockWindowWhereNothingComes()
     {
-        QCOMPARE(chooseBackend({false, false, true}), Backend::ClockWindow);
+        QCOMPARE(chooseBackend({false, false, false, true}), Backend::ClockWindow);
     }
 };
 

@@ -5,6 +5,7 @@
 
 #include <QCursor>
 #include <QGuiApplication>
+#include <QPointer>
 #include <QQuickItem>
 #include <QScreen>
 #include <QSignalSpy>
@@ -30,8 +31,8 @@ private:
 
         void start()
         {
-            extra =
-                std::make_unique<MenuBarExtra>(bus, engine, timer, store.context(), settlingTime);
+            extra = std::make_unique<MenuBarExtra>(bus, engine, timer, store.context(),
+                                                   settlingTime, readingTime);
         }
         QDBusMessage callItem(const QString &method, const QVariantList &arguments)
         {
@@ -62,6 +63,7 @@ private:
         TestStore store{clock, {1h, 1h}};
         TimerManager timer;
         std::chrono::milliseconds settlingTime;
+        std::chrono::milliseconds readingTime = 1h;
         QQmlEngine engine;
         QDBusConnection bus = QDBusConnection::sessionBus();
         Peer host{u"host"_s};
@@ -374,6 +376,91 @@ private Q_SLOTS:
         QTRY_COMPARE(f.extra->backend(), Backend::StatusNotifier);
         QCOMPARE(changes.size(), 1);
         QVERIFY(window != f.clockWindow());
+    }
+
+    void shouldShowTheClockWindowUntilTheHostReadsTheItem()
+    {
+        // given
+        Fixture f;
+        f.readingTime = 1ms;
+        Task *const task = f.store.insertTask(u"A"_s);
+        const Watcher watcher;
+
+        // when
+        f.start();
+
+        // then
+        QTRY_COMPARE(f.extra->backend(), Backend::ClockWindow);
+        QVERIFY(f.clockWindow()->isVisible());
+        QCOMPARE(watcher.items().size(), 1);
+
+        // when it reads it after all
+        f.timer.startTask(task, AllTasks(f.store.context()), f.store.context());
+        f.iconName();
+
+        // then
+        QTRY_COMPARE(f.extra->backend(), Backend::StatusNotifier);
+        QVERIFY(!f.clockWindow());
+        QCOMPARE(f.label(), u"00:00:00"_s);
+    }
+
+    void shouldWaitForTheHostUntilItReadsTheItem()
+    {
+        // given
+        Fixture f;
+        const Watcher watcher;
+        f.start();
+        QTRY_COMPARE(watcher.items().size(), 1);
+        QVERIFY(f.extra->isWaitingForReader());
+
+        // when
+        f.iconName();
+
+        // then
+        QTRY_VERIFY(!f.extra->isWaitingForReader());
+        QCOMPARE(f.extra->backend(), Backend::StatusNotifier);
+    }
+
+    void shouldGiveANewHostTimeToReadTheItem()
+    {
+        // given a host that has read it
+        Fixture f;
+        f.readingTime = 1ms;
+        auto watcher = std::make_unique<Watcher>();
+        f.start();
+        QTRY_COMPARE(f.extra->backend(), Backend::ClockWindow);
+        f.iconName();
+        QTRY_COMPARE(f.extra->backend(), Backend::StatusNotifier);
+
+        // when another one comes that does not
+        watcher.reset();
+        QTRY_COMPARE(f.extra->backend(), Backend::None);
+        watcher = std::make_unique<Watcher>();
+
+        // then
+        QTRY_COMPARE(f.extra->backend(), Backend::ClockWindow);
+    }
+
+    void shouldCloseTheClockWindowsPanelWhenABarComes()
+    {
+        // given
+        Fixture f(1ms);
+        f.start();
+        QTRY_COMPARE(f.extra->backend(), Backend::ClockWindow);
+        auto *const window = qobject_cast<QQuickWindow *>(f.clockWindow());
+        QVERIFY(QTest::qWaitForWindowExposed(window, 30'000));
+        QTest::mouseClick(window, Qt::LeftButton, {}, {60, 14});
+        QPointer<QWindow> panel = f.extra->panel().window();
+        QVERIFY(panel && QTest::qWaitForWindowExposed(panel, 30'000));
+
+        // when
+        const Watcher watcher;
+
+        // then
+        QTRY_COMPARE(f.extra->backend(), Backend::StatusNotifier);
+        QVERIFY(!f.extra->panel().isOpen());
+        QTRY_VERIFY(!panel);
+        QVERIFY(!f.clockWindow());
     }
 
     void shouldGiveAPanelThatRestartsTimeToComeBack()
