@@ -1,10 +1,10 @@
 #include "app/appearance/appearance.h"
-#include "app/instance/sessionbus.h"
 #include "app/instance/singleinstance.h"
 #include "app/timetrackerapp.h"
 #include "app/windows/keyrepeats.h"
 #include "app/windows/mainwindow.h"
 #include "model/fatalerror.h"
+#include "model/sessionbus.h"
 
 #include <QApplication>
 #include <QFontInfo>

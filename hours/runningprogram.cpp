@@ -1,6 +1,6 @@
 #include "hours/runningprogram.h"
 
-#include "app/instance/sessionbus.h"
+#include "model/sessionbus.h"
 #include "model/storechecks.h"
 #include "model/storeerror.h"
 #include "model/storefiles.h"

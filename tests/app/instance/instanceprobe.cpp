@@ -1,8 +1,8 @@
 // Starts as the program does: instanceprobe SERVICE PATIENCE_MS [held]. Says "first" if it is to
 // run, and what it is then asked for; held, it waits for a line of input before its event loop.
 
-#include "app/instance/sessionbus.h"
 #include "app/instance/singleinstance.h"
+#include "model/sessionbus.h"
 
 #include <QCoreApplication>
 

@@ -1,5 +1,4 @@
-#include "app/instance/sessionbus.h"
-#include "app/instance/starttokens.h"
+#include "model/sessionbus.h"
 
 #include <QDBusConnection>
 #include <QDBusError>
@@ -60,22 +59,6 @@ private Q_SLOTS:
 
         // then
         QCOMPARE(qgetenv("DBUS_SESSION_BUS_ADDRESS"), "unix:path=/there");
-    }
-
-    void shouldReadTheTokensAndLeaveThem()
-    {
-        // given
-        qputenv("XDG_ACTIVATION_TOKEN", "token");
-        qputenv("DESKTOP_STARTUP_ID", "id");
-
-        // when
-        const StartTokens tokens = StartTokens::fromEnvironment();
-
-        // then
-        QCOMPARE(tokens.activationToken, u"token"_s);
-        QCOMPARE(tokens.startupId, u"id"_s);
-        QCOMPARE(qgetenv("XDG_ACTIVATION_TOKEN"), "token");
-        QCOMPARE(qgetenv("DESKTOP_STARTUP_ID"), "id");
     }
 };
 

@@ -1,4 +1,4 @@
-#include "app/instance/sessionbus.h"
+#include "model/sessionbus.h"
 
 #include <QFile>
 
