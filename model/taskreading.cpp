@@ -81,9 +81,11 @@ void RecordedDays::take(StoredTask &&task)
     if (m_tasks.empty() || !m_day.contains(date)) {
         deliverDay();
         m_day = m_calendar.dayInterval(date);
-        // Where midnight comes twice, the first one begins the day, and what follows it has the
-        // date of the day before once more.
-        if (date >= m_day.end && m_day.end > m_day.start)
+        // Where the clock is set back over midnight, the day begins at one of the two, which Qt's
+        // versions choose; what has the day's date on the other side is the neighbour's.
+        if (date < m_day.start)
+            m_day = m_calendar.dayInterval(m_day.start - 1);
+        else if (date >= m_day.end && m_day.end > m_day.start)
             m_day = m_calendar.dayInterval(m_day.end);
         // Beyond the calendar there are no days, only moments.
         if (!m_day.contains(date))

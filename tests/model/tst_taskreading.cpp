@@ -210,11 +210,13 @@ private Q_SLOTS:
         for (int i = -200; i < 200; ++i)
             tasks.push_back(stored(i, QString::number(i), clock.now() + 900 * i));
 
-        // when
-        const QStringList lines = daysOf(calendar, clock.now(), tasks);
+        // when they come together, and each by itself
+        QStringList lines = daysOf(calendar, clock.now(), tasks);
+        for (const StoredTask &task : tasks)
+            lines << daysOf(calendar, clock.now(), {task});
 
         // then each is in the day whose interval has it
-        QCOMPARE(lines.size(), static_cast<qsizetype>(tasks.size()));
+        QCOMPARE(lines.size(), 2 * static_cast<qsizetype>(tasks.size()));
         for (const QString &line : lines) {
             const QStringList parts = line.split(u' ');
             const QDate day = QDate::fromString(parts.at(0), Qt::ISODate);
