@@ -118,6 +118,18 @@ private Q_SLOTS:
         QCOMPARE(inOrder({u"a"_s, u"A"_s, u"a "_s, u"\u00e9"_s, u"e\u0301"_s, u"a"_s}).size(), 5);
     }
 
+    void shouldKeepTheLinesOfATextTogether()
+    {
+        // Beside one that a dictionary has in the same place.
+        const QString composed = u"\u00e9"_s;
+        const QString decomposed = u"e\u0301"_s;
+        QCOMPARE(linesOf(reportOf({Key::ProjectCode, Key::Day},
+                                  {task(1, composed, u"x"_s, 1), task(2, decomposed, u"x"_s, 2),
+                                   task(3, composed, u"x"_s, 4), task(4, decomposed, u"x"_s, 8)})),
+                 (QStringList{decomposed + u"|2026-11-02 2"_s, decomposed + u"|2026-11-04 8"_s,
+                              composed + u"|2026-11-01 1"_s, composed + u"|2026-11-03 4"_s}));
+    }
+
     void shouldOrderTextsAsADanishDictionaryDoes()
     {
         const QStringList ordered{u"10"_s,   u"2"_s,    u"Abe"_s, u"Ø"_s,  u"and"_s,

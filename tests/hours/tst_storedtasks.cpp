@@ -205,6 +205,70 @@ private Q_SLOTS:
         QCOMPARE(filesOf(folder.path()), before);
     }
 
+    void shouldLeaveALogWithoutAnyWholeChangeAsItIs()
+    {
+        // given: a kill in the middle of the first write
+        Fixture f;
+        f.addTask(u"2026-11-20T12:00:00"_s, u"a"_s, 5);
+        f.store.reopen();
+        f.addTask(u"2026-11-20T12:00:00"_s, u"b"_s);
+        QVERIFY(f.store.context().save());
+        const QTemporaryDir folder;
+        const QString copy = folder.filePath(u"store.sqlite"_s);
+        QVERIFY(QFile::copy(f.store.path(), copy));
+        QVERIFY(QFile::copy(f.store.path() + u"-wal"_s, copy + u"-wal"_s));
+        QVERIFY(QFile::resize(copy + u"-wal"_s, 100));
+        const QStringList before = filesOf(folder.path());
+
+        // when
+        const QStringList tasks = f.read(copy);
+
+        // then
+        QCOMPARE(tasks, QStringList{u"2026-11-20 a 5"_s});
+        QCOMPARE(filesOf(folder.path()), before);
+    }
+
+    void shouldLeaveAnEmptyLogAsItIs()
+    {
+        // given
+        Fixture f;
+        f.addTask(u"2026-11-20T12:00:00"_s, u"a"_s, 5);
+        f.store.close();
+        QFile log(f.store.path() + u"-wal"_s);
+        QVERIFY(log.open(QFile::WriteOnly));
+        log.close();
+        QVERIFY(log.setPermissions(QFile::ReadOwner | QFile::WriteOwner));
+        const QString folder = QFileInfo(f.store.path()).path();
+        const QStringList before = filesOf(folder);
+
+        // then
+        QCOMPARE(f.read(f.store.path()), QStringList{u"2026-11-20 a 5"_s});
+        QCOMPARE(filesOf(folder), before);
+    }
+
+    void shouldRefuseAStoreWithAHotJournal()
+    {
+        // given: changes that were begun with a journal, as another program's would be
+        Fixture f;
+        f.addTask(u"2026-11-20T12:00:00"_s, u"a"_s, 5);
+        f.store.close();
+        const QTemporaryDir folder;
+        const QString copy = folder.filePath(u"store.sqlite"_s);
+        {
+            SQLite::Database other(QFile::encodeName(f.store.path()).constData(),
+                                   SQLite::OPEN_READWRITE);
+            other.exec("PRAGMA journal_mode = DELETE; PRAGMA cache_size = 1; BEGIN; "
+                       "UPDATE Task SET name = hex(randomblob(20000))");
+            QVERIFY(QFile::copy(f.store.path(), copy));
+            QVERIFY(QFile::copy(f.store.path() + u"-journal"_s, copy + u"-journal"_s));
+        }
+        const QStringList before = filesOf(folder.path());
+
+        // then
+        QVERIFY_THROWS_EXCEPTION(StoreError, f.read(copy));
+        QCOMPARE(filesOf(folder.path()), before);
+    }
+
     void shouldFindNoTasksAndMakeNothingWithoutAStore()
     {
         const Fixture f;
