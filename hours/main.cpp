@@ -113,15 +113,9 @@ void write(const Report &report, const Options &options, TextWriter &writer)
     }
 }
 
-} // namespace
-
-int main(int argc, char *argv[])
+/// The whole program; returns its status.
+int run(int argc, char *argv[])
 {
-    // A reader that has gone shows as a failed write, and so does a file that may not grow.
-    std::signal(SIGPIPE, SIG_IGN);
-    std::signal(SIGXFSZ, SIG_IGN);
-    useUnicode();
-    keepTheZone();
     const QCoreApplication application(argc, argv);
     // The name of the directory with the store.
     QCoreApplication::setApplicationName(u"dk.tulo.TimeTracker"_s);
@@ -146,4 +140,18 @@ int main(int argc, char *argv[])
             std::fprintf(stderr, "%s\n", error.what());
     }
     return EXIT_FAILURE;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    // A reader that has gone shows as a failed write, and so does a file that may not grow.
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
+    useUnicode();
+    keepTheZone();
+    // Qt's bus thread may still get a message, and would complain about the types of what is in it
+    // if exit() destroyed them before it.
+    std::_Exit(run(argc, argv));
 }
