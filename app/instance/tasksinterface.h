@@ -40,7 +40,7 @@ public:
     /// much memory nor long, and for one day, which cannot be asked for in parts. The bus takes no
     /// array of more than 64 MiB.
     struct Limits {
-        qint64 ofSeveralDays = qint64{8} << 20;
+        qint64 ofSeveralDays = qint64{2} << 20;
         qint64 ofOneDay = qint64{60} << 20;
     };
 
