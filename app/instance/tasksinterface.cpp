@@ -96,14 +96,20 @@ QVariant answerOf(RecordedPeriod &period, const std::atomic_bool &isUnwanted, qi
     QDBusArgument tasks;
     qint64 bytes = 0;
     tasks.beginArray(QMetaType::fromType<RecordedTask>());
-    period.deliver([&](const RecordedTask &task) {
-        bytes += bytesOf(task);
-        if (isUnwanted)
-            throw Unwanted();
-        if (bytes > limit)
-            throw TooLarge();
-        tasks << task;
-    });
+    try {
+        period.deliver([&](const RecordedTask &task) {
+            bytes += bytesOf(task);
+            if (isUnwanted)
+                throw Unwanted();
+            if (bytes > limit)
+                throw TooLarge();
+            tasks << task;
+        });
+    } catch (...) {
+        // Qt frees only arrays that have an end.
+        tasks.endArray();
+        throw;
+    }
     tasks.endArray();
     return QVariant::fromValue(tasks);
 }
