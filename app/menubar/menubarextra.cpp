@@ -1,5 +1,7 @@
 #include "app/menubar/menubarextra.h"
 
+#include "app/windows/bringforward.h"
+
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -119,7 +121,10 @@ void MenuBarExtra::makeStatusNotifierItem()
     // Later, as nothing is to change while the item answers.
     connect(m_item.get(), &StatusNotifierItem::iconRead, this, &MenuBarExtra::onItemRead,
             Qt::QueuedConnection);
-    connect(m_item.get(), &StatusNotifierItem::activated, &m_panel, &MenuBarPanel::toggle);
+    connect(m_item.get(), &StatusNotifierItem::activated, this, [this](const QPoint &position) {
+        useActivationToken(std::exchange(m_activationToken, {}));
+        m_panel.toggle(position);
+    });
     connect(m_item.get(), &StatusNotifierItem::activationTokenProvided, this,
             [this](const QString &token) { m_activationToken = token; });
     m_menu = std::make_unique<MenuBarMenu>(m_connection, m_timerManager, m_modelContext);

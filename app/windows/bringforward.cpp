@@ -8,17 +8,24 @@
 
 using namespace Qt::StringLiterals;
 
+void useActivationToken(const QString &activationToken)
+{
+    if (activationToken.isEmpty())
+        return;
+    // On Wayland, Qt takes the token from the environment with the request that follows.
+    qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8());
+    endStartOnX11(activationToken);
+}
+
 void bringForward(QWindow &window, const QString &activationToken)
 {
-    // Qt takes the token from the environment with the request that follows.
-    if (!activationToken.isEmpty())
-        qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8());
+    useActivationToken(activationToken);
     window.setWindowStates(window.windowStates() & ~Qt::WindowMinimized);
     // show() would make a maximised window a normal one.
     window.setVisible(true);
     window.raise();
     window.requestActivate();
-    activateOnX11(window);
+    activateOnX11(window, activationToken);
 
     if (QGuiApplication::platformName().startsWith(u"wayland"_s)) {
         // Some compositors raise no window but new ones.

@@ -1,6 +1,7 @@
 """A second start brings the window of the one that runs forward, wherever it is, and ends."""
 
 import contextlib
+import ctypes
 import signal
 import subprocess
 import tempfile
@@ -28,6 +29,54 @@ def another_window():
     finally:
         process.kill()
         process.wait()
+
+
+class RootMessages:
+    """What programs have told the desktop by messages to the root window since this began."""
+
+    class Event(ctypes.Structure):
+        _fields_ = [("type", ctypes.c_int), ("serial", ctypes.c_ulong),
+                    ("send_event", ctypes.c_int), ("display", ctypes.c_void_p),
+                    ("window", ctypes.c_ulong), ("message_type", ctypes.c_ulong),
+                    ("format", ctypes.c_int), ("numbers", ctypes.c_long * 5),
+                    ("rest", ctypes.c_long * 24)]
+
+    ClientMessage = 33
+    SubstructureNotify = 1 << 19
+    PropertyChange = 1 << 22
+
+    def __init__(self):
+        self.x11 = x11 = ctypes.CDLL("libX11.so.6")
+        x11.XOpenDisplay.restype = ctypes.c_void_p
+        x11.XDefaultRootWindow.restype = ctypes.c_ulong
+        x11.XInternAtom.restype = ctypes.c_ulong
+        self.display = ctypes.c_void_p(x11.XOpenDisplay(None))
+        root = ctypes.c_ulong(x11.XDefaultRootWindow(self.display))
+        x11.XSelectInput(self.display, root,
+                         ctypes.c_long(self.SubstructureNotify | self.PropertyChange))
+        x11.XSync(self.display, 0)
+        self.ended = b""
+        self.activations = []
+
+    def close(self):
+        self.x11.XCloseDisplay(self.display)
+
+    def atom(self, name):
+        return self.x11.XInternAtom(self.display, name, 0)
+
+    def read(self):
+        """Takes up what has come: the texts about starts in a row, the times of activations."""
+        event = self.Event()
+        while self.x11.XPending(self.display):
+            self.x11.XNextEvent(self.display, ctypes.byref(event))
+            if event.type != self.ClientMessage:
+                continue
+            if event.message_type in (self.atom(b"_NET_STARTUP_INFO_BEGIN"),
+                                      self.atom(b"_NET_STARTUP_INFO")):
+                self.ended += ctypes.string_at(ctypes.addressof(event.numbers), 20)
+            elif event.message_type == self.atom(b"_NET_ACTIVE_WINDOW"):
+                self.activations.append(event.numbers[1])
+        return self
 
 
 class Instance(harness.Story):
@@ -72,6 +121,29 @@ class Instance(harness.Story):
                 wait_until(lambda: active_window() == window, "the window is active")
                 self.assertEqual(answer("get_desktop"), answer("get_desktop_for_window", window))
                 program.see_window()
+
+    @contextlib.contextmanager
+    def root_messages(self):
+        messages = RootMessages()
+        try:
+            yield messages
+        finally:
+            messages.close()
+
+    def shouldEndTheStartThatTheDesktopShowsABusyPointerFor(self):
+        with self.running_with_window() as (program, window), self.root_messages() as messages:
+            self.start_again(DESKTOP_STARTUP_ID="launcher-1-a long name_TIME4711")
+            end = b"remove: ID=launcher-1-a\\ long\\ name_TIME4711\0"
+            wait_until(lambda: end in messages.read().ended, "the start has ended")
+            wait_until(lambda: 4711 in messages.read().activations,
+                       "the window is activated with the time of the click")
+
+    def shouldActivateItsWindowWithATime(self):
+        with self.running_with_window() as (program, window), self.root_messages() as messages:
+            self.start_again()
+            wait_until(lambda: messages.read().activations, "the window is activated")
+            program.see_window()
+            self.assertNotIn(0, messages.read().activations)
 
     def shouldOpenAWindowThatWasClosed(self):
         with self.running_with_window() as (program, window):

@@ -4,6 +4,7 @@
 #include "tests/support/teststore.h"
 
 #include <QCursor>
+#include <QDBusArgument>
 #include <QGuiApplication>
 #include <QPointer>
 #include <QQuickItem>
@@ -38,6 +39,24 @@ private:
         {
             return host.call(bus.baseService(), StatusNotifierItem::path(),
                              u"org.kde.StatusNotifierItem"_s, method, arguments);
+        }
+        QDBusMessage callMenu(const QString &method, const QVariantList &arguments)
+        {
+            return host.call(bus.baseService(), StatusNotifierItem::menuPath(),
+                             u"com.canonical.dbusmenu"_s, method, arguments);
+        }
+        void chooseInMenu(const QString &label)
+        {
+            const QDBusMessage reply =
+                callMenu(u"GetGroupProperties"_s,
+                         {QVariant::fromValue(QList<int>()), QStringList{u"label"_s}});
+            const auto lines = qdbus_cast<QList<DBusMenuProperties>>(
+                reply.arguments().at(0).value<QDBusArgument>());
+            for (const DBusMenuProperties &line : lines) {
+                if (line.properties.value(u"label"_s).toString().startsWith(label))
+                    callMenu(u"Event"_s, {line.id, u"clicked"_s,
+                                          QVariant::fromValue(QDBusVariant(QString())), 0u});
+            }
         }
         QString itemProperty(const QString &name)
         {
@@ -223,7 +242,7 @@ private Q_SLOTS:
         QVERIFY(!f.extra->panel().isOpen());
     }
 
-    void shouldPassTheActivationTokenToTheMainWindowOnce()
+    void shouldUseUpTheActivationTokenForThePanel()
     {
         // given
         Fixture f;
@@ -232,24 +251,44 @@ private Q_SLOTS:
         QTRY_COMPARE(watcher.items().size(), 1);
         QSignalSpy open(f.extra.get(), &MenuBarExtra::openMainWindow);
         f.callItem(u"ProvideXdgActivationToken"_s, {u"token"_s});
+
+        // when
         f.callItem(u"Activate"_s, {700, 10});
 
-        for (const QString &token : {u"token"_s, QString()}) {
-            // given the open panel, the second time without a token
-            if (!f.extra->panel().isOpen())
-                f.callItem(u"Activate"_s, {700, 10});
-            QQuickWindow *const window = f.extra->panel().window();
-            QVERIFY(QTest::qWaitForWindowExposed(window, 30'000));
+        // then
+        QCOMPARE(qEnvironmentVariable("XDG_ACTIVATION_TOKEN"), u"token"_s);
+        qunsetenv("XDG_ACTIVATION_TOKEN");
 
+        // when the panel opens the main window
+        QQuickWindow *const window = f.extra->panel().window();
+        QVERIFY(QTest::qWaitForWindowExposed(window, 30'000));
+        QTest::mouseClick(
+            window, Qt::LeftButton, {},
+            qmltest::centre(qmltest::findItem(window->contentItem(), u"openButton"_s)));
+
+        // then
+        QCOMPARE(open.size(), 1);
+        QCOMPARE(open.takeFirst().at(0), QString());
+        QVERIFY(!f.extra->panel().isOpen());
+    }
+
+    void shouldPassTheActivationTokenOfTheMenuToTheMainWindowOnce()
+    {
+        // given
+        Fixture f;
+        const Watcher watcher;
+        f.start();
+        QTRY_COMPARE(watcher.items().size(), 1);
+        QSignalSpy open(f.extra.get(), &MenuBarExtra::openMainWindow);
+        f.callItem(u"ProvideXdgActivationToken"_s, {u"token"_s});
+
+        for (const QString &token : {u"token"_s, QString()}) {
             // when
-            QTest::mouseClick(
-                window, Qt::LeftButton, {},
-                qmltest::centre(qmltest::findItem(window->contentItem(), u"openButton"_s)));
+            f.chooseInMenu(u"Åbn"_s);
 
             // then
             QCOMPARE(open.size(), 1);
             QCOMPARE(open.takeFirst().at(0), token);
-            QVERIFY(!f.extra->panel().isOpen());
         }
     }
 
