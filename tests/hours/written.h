@@ -18,6 +18,6 @@ inline QString written(const std::function<void(TextWriter &)> &write)
     writer.finish();
     file.seek(0);
     // With its byte order mark, if it has one.
-    return QStringDecoder(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom)(
-        file.readAll());
+    return QStringDecoder(QStringDecoder::Utf8,
+                          QStringDecoder::Flag::ConvertInitialBom)(file.readAll());
 }
