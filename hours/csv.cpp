@@ -14,7 +14,7 @@ QString textCell(QString text)
 {
     if (!text.isEmpty() && u"=+-@\t"_s.contains(text.front()))
         text.prepend(u'\'');
-    // Commas and tabs are no separators here, but some spreadsheets guess.
+    // Commas and tabs are no separators here, but some spreadsheets take them for such.
     const bool needsQuotes = std::any_of(text.cbegin(), text.cend(), [](QChar character) {
         return u";,\t\"\r\n"_s.contains(character);
     });
@@ -23,9 +23,16 @@ QString textCell(QString text)
     return u'"' + text.replace(u'"', u"\"\""_s) + u'"';
 }
 
+/// In quotes for the decimal comma's sake: otherwise a spreadsheet that takes commas for
+/// separators, too, as some do unless they are told otherwise, would make two cells of it.
+QString figureCell(double hours)
+{
+    return u'"' + danishHours(hours) + u'"';
+}
+
 QString figureCells(const Sums &sums)
 {
-    return danishHours(sums.hours) + u';' + danishHours(sums.billableHours) + u"\r\n"_s;
+    return figureCell(sums.hours) + u';' + figureCell(sums.billableHours) + u"\r\n"_s;
 }
 
 } // namespace

@@ -26,15 +26,15 @@ private Q_SLOTS:
         QCOMPARE(csvOf({Key::ProjectCode, Key::Day}, {{{2026, 11, 2}, u"4711"_s, u"x"_s, 5400},
                                                       {{2026, 11, 2}, {}, u"x"_s, 360}}),
                  u"\ufeffProjektkode;Dag;Faktisk;Fakturerbar\r\n"
-                 "4711;2026-11-02;1,50;1,50\r\n"
-                 "Uden projektkode;2026-11-02;0,10;0,25\r\n"
-                 "I alt;;1,60;1,75\r\n"_s);
+                 "4711;2026-11-02;\"1,50\";\"1,50\"\r\n"
+                 "Uden projektkode;2026-11-02;\"0,10\";\"0,25\"\r\n"
+                 "I alt;;\"1,60\";\"1,75\"\r\n"_s);
     }
 
     void shouldHaveTheSumAloneWithoutTasks()
     {
         QCOMPARE(csvOf({Key::Task}, {}),
-                 u"\ufeffOpgave;Faktisk;Fakturerbar\r\nI alt;0,00;0,00\r\n"_s);
+                 u"\ufeffOpgave;Faktisk;Fakturerbar\r\nI alt;\"0,00\";\"0,00\"\r\n"_s);
     }
 
     void shouldQuoteWhatWouldEndACell_data()
@@ -55,7 +55,7 @@ private Q_SLOTS:
         QFETCH(QString, name);
         QFETCH(QString, cell);
         QVERIFY(csvOf({Key::Task}, {{{2026, 11, 2}, {}, name, 0}})
-                    .contains(u"\r\n"_s + cell + u";0,00;0,00\r\n"_s));
+                    .contains(u"\r\n"_s + cell + u";\"0,00\";\"0,00\"\r\n"_s));
     }
 
     void shouldMakeHarmlessWhatASpreadsheetWouldReckon_data()
@@ -76,15 +76,15 @@ private Q_SLOTS:
         QFETCH(QString, name);
         QFETCH(QString, cell);
         QVERIFY(csvOf({Key::Task}, {{{2026, 11, 2}, {}, name, 0}})
-                    .contains(u"\r\n"_s + cell + u";0,00;0,00\r\n"_s));
+                    .contains(u"\r\n"_s + cell + u";\"0,00\";\"0,00\"\r\n"_s));
         QVERIFY(csvOf({Key::ProjectCode}, {{{2026, 11, 2}, name, u"x"_s, 0}})
-                    .contains(u"\r\n"_s + cell + u";0,00;0,00\r\n"_s));
+                    .contains(u"\r\n"_s + cell + u";\"0,00\";\"0,00\"\r\n"_s));
     }
 
     void shouldKeepANegativeNumberANumber()
     {
         QVERIFY(csvOf({Key::Task}, {{{2026, 11, 2}, {}, u"x"_s, -3600}})
-                    .contains(u"\r\nx;-1,00;0,00\r\n"_s));
+                    .contains(u"\r\nx;\"-1,00\";\"0,00\"\r\n"_s));
     }
 };
 
