@@ -126,6 +126,10 @@ void MenuBarPanel::onFocusWindowChanged(QWindow *focus)
 {
     if (!m_window)
         return;
+    // Qt tells a while later that a window has lost the keyboard to none of the program's. If that
+    // was the panel that has just been closed, this one has it by now.
+    if (!focus && hasKeyboardOnX11(*m_window))
+        return;
     if (focus == m_window.get()) {
         m_hadFocus = true;
     } else if (m_hadFocus) {

@@ -147,10 +147,25 @@ void keepOutOfTaskBarsOnX11(QWindow &window)
                         x11::atom(connection, "_NET_WM_STATE"), XCB_ATOM_ATOM, 32,
                         static_cast<uint32_t>(states.size()), states.data());
 }
+
+bool hasKeyboardOnX11(const QWindow &window)
+{
+    xcb_connection_t *const connection = x11::connection();
+    if (!connection)
+        return false;
+    const auto reply =
+        x11::owned(xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
+    return reply && reply->focus == static_cast<xcb_window_t>(window.winId());
+}
 #else
 void activateOnX11(const QWindow &, const QString &) {}
 
 void endStartOnX11(const QString &) {}
 
 void keepOutOfTaskBarsOnX11(QWindow &) {}
+
+bool hasKeyboardOnX11(const QWindow &)
+{
+    return false;
+}
 #endif

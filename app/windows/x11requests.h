@@ -16,3 +16,6 @@ void endStartOnX11(const QString &activationToken);
 /// Keeps @p window, which is not shown yet, out of task bars and pagers. Does nothing on other
 /// platforms.
 void keepOutOfTaskBarsOnX11(QWindow &window);
+
+/// Whether the X server gives what is typed to @p window at this moment. False on other platforms.
+bool hasKeyboardOnX11(const QWindow &window);
