@@ -22,6 +22,7 @@ MenuBarExtra::MenuBarExtra(const QDBusConnection &connection, QQmlEngine &engine
         requestMainWindow();
     });
     connect(&m_panel, &MenuBarPanel::quit, this, &MenuBarExtra::quit);
+    connect(&m_panel, &MenuBarPanel::isOpenChanged, this, &MenuBarExtra::showLabel);
 
     m_settlingTimer.setSingleShot(true);
     m_settlingTimer.setInterval(settling);
@@ -86,8 +87,8 @@ void MenuBarExtra::choose()
                                      (m_backend == Backend::XEmbed && m_xembedTray.isThere()));
     if (backend == m_backend || isStillTheBest)
         return;
-    m_backend = backend;
     m_panel.close();
+    m_backend = backend;
     m_trayIcon.reset();
     m_clockWindow.reset();
     switch (backend) {
@@ -160,12 +161,16 @@ void MenuBarExtra::makeClockWindow()
 
 void MenuBarExtra::showLabel()
 {
-    if (m_backend == Backend::StatusNotifier)
+    if (m_backend == Backend::StatusNotifier) {
         m_item->setLabel(m_label.displayText());
+        m_item->setHasToolTip(!m_panel.isOpen());
+    }
     if (m_backend == Backend::XEmbed) {
         const QString clock = m_label.displayText();
-        m_trayIcon->setToolTip(u"TULO Time Tracker"_s +
-                               (clock.isEmpty() ? QString() : u"\n"_s + clock));
+        m_trayIcon->setToolTip(m_panel.isOpen()
+                                   ? QString()
+                                   : u"TULO Time Tracker"_s +
+                                         (clock.isEmpty() ? QString() : u"\n"_s + clock));
     }
 }
 

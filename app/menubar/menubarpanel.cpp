@@ -47,7 +47,13 @@ MenuBarPanel::MenuBarPanel(QQmlEngine &engine, TimerManager &timerManager,
     connect(&m_presses, &PointerPresses::released, this, &MenuBarPanel::onReleased);
 }
 
-MenuBarPanel::~MenuBarPanel() = default;
+MenuBarPanel::~MenuBarPanel()
+{
+    // The window's end is no closing that anybody is to hear of.
+    if (m_window)
+        m_window->disconnect(this);
+    qGuiApp->disconnect(this);
+}
 
 void MenuBarPanel::toggle(const QPoint &reported)
 {
@@ -112,6 +118,7 @@ void MenuBarPanel::open(const QRect &anchor, QWindow *item)
     m_window->show();
     m_window->raise();
     m_window->requestActivate();
+    Q_EMIT isOpenChanged();
 }
 
 void MenuBarPanel::place()
@@ -164,4 +171,5 @@ void MenuBarPanel::drop()
     // A press is heard to its end, as desktops tell of a click on the item only then.
     if (!m_isPressHeld)
         m_presses.stop();
+    Q_EMIT isOpenChanged();
 }

@@ -40,6 +40,7 @@ public:
     QQuickWindow *window() const { return m_window.get(); }
 
 Q_SIGNALS:
+    void isOpenChanged();
     void openMainWindow();
     void quit();
 

@@ -46,6 +46,15 @@ void StatusNotifierItem::setLabel(const QString &label)
         return;
     m_label = label;
     Q_EMIT XAyatanaNewLabel(m_label, labelGuide());
+    if (m_hasToolTip)
+        Q_EMIT NewToolTip();
+}
+
+void StatusNotifierItem::setHasToolTip(bool hasToolTip)
+{
+    if (m_hasToolTip == hasToolTip)
+        return;
+    m_hasToolTip = hasToolTip;
     Q_EMIT NewToolTip();
 }
 
@@ -83,7 +92,10 @@ QList<IconPixmap> StatusNotifierItem::iconPixmap() const
 
 StatusNotifierToolTip StatusNotifierItem::toolTip() const
 {
-    return {QString(), {}, title(), m_label};
+    if (!m_hasToolTip)
+        return {};
+    // All in the tooltip's title, as some bars show nothing else of it.
+    return {QString(), {}, m_label.isEmpty() ? title() : m_label + u" – "_s + title(), {}};
 }
 
 QString StatusNotifierItem::labelGuide() const

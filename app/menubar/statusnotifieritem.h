@@ -61,6 +61,8 @@ public:
     void setIcon(const ItemIcon &icon);
     /// The clock, or empty.
     void setLabel(const QString &label);
+    /// Whether the item has a tooltip; it would cover a panel that is open at the item.
+    void setHasToolTip(bool hasToolTip);
 
     QString category() const;
     QString id() const;
@@ -111,4 +113,5 @@ private:
     QDBusConnection m_connection;
     ItemIcon m_icon;
     QString m_label;
+    bool m_hasToolTip = true;
 };

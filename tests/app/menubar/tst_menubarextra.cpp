@@ -66,6 +66,14 @@ private:
                 .toString();
         }
         QString label() { return itemProperty(u"XAyatanaLabel"_s); }
+        QString toolTip()
+        {
+            return qdbus_cast<StatusNotifierToolTip>(
+                       host.property(bus.baseService(), StatusNotifierItem::path(),
+                                     u"org.kde.StatusNotifierItem"_s, u"ToolTip"_s)
+                           .value<QDBusArgument>())
+                .title;
+        }
         QString iconName() { return itemProperty(u"IconName"_s); }
         static QWindow *clockWindow()
         {
@@ -234,12 +242,14 @@ private Q_SLOTS:
 
         // then
         QVERIFY(f.extra->panel().isOpen());
+        QCOMPARE(f.toolTip(), u""_s);
 
         // when
         f.callItem(u"Activate"_s, {700, 10});
 
         // then
         QVERIFY(!f.extra->panel().isOpen());
+        QCOMPARE(f.toolTip(), u"TULO Time Tracker"_s);
     }
 
     void shouldUseUpTheActivationTokenForThePanel()

@@ -132,8 +132,46 @@ private Q_SLOTS:
         // then
         const auto tip =
             qdbus_cast<StatusNotifierToolTip>(f.property(u"ToolTip"_s).value<QDBusArgument>());
+        QCOMPARE(tip.title, u"01:02:05 – TULO Time Tracker"_s);
+        QCOMPARE(tip.text, u""_s);
+    }
+
+    void shouldHaveItsNameAloneInItsTooltipWithoutAClock()
+    {
+        Fixture f;
+        const auto tip =
+            qdbus_cast<StatusNotifierToolTip>(f.property(u"ToolTip"_s).value<QDBusArgument>());
         QCOMPARE(tip.title, u"TULO Time Tracker"_s);
-        QCOMPARE(tip.text, u"01:02:05"_s);
+    }
+
+    void shouldHaveNoTooltipWhileItIsNotToHaveOne()
+    {
+        // given
+        Fixture f;
+        f.item.setLabel(u"01:02:05"_s);
+        f.host.listenTo(f.service);
+
+        // when
+        f.item.setHasToolTip(false);
+
+        // then
+        QCOMPARE(f.host.heard(f.service), QStringList{u"NewToolTip"_s});
+        const auto tip =
+            qdbus_cast<StatusNotifierToolTip>(f.property(u"ToolTip"_s).value<QDBusArgument>());
+        QCOMPARE(tip.title, u""_s);
+        QCOMPARE(tip.text, u""_s);
+
+        // when
+        f.item.setLabel(u"01:02:06"_s);
+
+        // then
+        QCOMPARE(f.host.heard(f.service), QStringList{u"XAyatanaNewLabel"_s});
+
+        // when
+        f.item.setHasToolTip(true);
+
+        // then
+        QCOMPARE(f.host.heard(f.service), QStringList{u"NewToolTip"_s});
     }
 
     void shouldTellOfEveryKindOfClick()
