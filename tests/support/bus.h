@@ -45,13 +45,15 @@ public:
     {
         QDBusMessage message = QDBusMessage::createMethodCall(service, path, interface, method);
         message.setArguments(arguments);
-        const QDBusPendingCallWatcher watcher(m_connection.asyncCall(message));
+        // Longer than Qt's own 25 seconds: a large answer is slow under valgrind on a busy machine.
+        constexpr int patience = 120'000;
+        const QDBusPendingCallWatcher watcher(m_connection.asyncCall(message, patience));
         // The watcher's signal waits its turn behind the signals that came before the answer, which
         // another thread reads from the bus. isFinished() would be true before those are delivered.
         bool isDelivered = false;
         QObject::connect(&watcher, &QDBusPendingCallWatcher::finished, this,
                          [&isDelivered] { isDelivered = true; });
-        if (!QTest::qWaitFor([&isDelivered] { return isDelivered; }, 30'000))
+        if (!QTest::qWaitFor([&isDelivered] { return isDelivered; }, 2 * patience))
             QTest::qFail("no answer", __FILE__, __LINE__);
         return watcher.reply();
     }
