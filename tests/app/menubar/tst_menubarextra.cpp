@@ -441,7 +441,7 @@ private Q_SLOTS:
         // then
         QTRY_COMPARE(f.extra->backend(), Backend::ClockWindow);
         QVERIFY(f.clockWindow()->isVisible());
-        QCOMPARE(watcher.items().size(), 1);
+        QTRY_COMPARE(watcher.items().size(), 1);
 
         // when it reads it after all
         f.timer.startTask(task, AllTasks(f.store.context()), f.store.context());
