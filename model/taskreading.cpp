@@ -3,7 +3,6 @@
 #include "model/recordtable.h"
 
 #include <SQLiteCpp/Column.h>
-#include <SQLiteCpp/Column.h>
 #include <SQLiteCpp/Exception.h>
 #include <sqlite3.h>
 

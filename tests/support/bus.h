@@ -129,7 +129,7 @@ private:
         QFile file(QStringLiteral("/proc/self/comm"));
         if (!file.open(QIODevice::ReadOnly))
             QTest::qFail("this process has no name", __FILE__, __LINE__);
-        const QByteArray before = file.readAll().trimmed();
+        QByteArray before = file.readAll().trimmed();
         file.close();
         if (!file.open(QIODevice::WriteOnly) || file.write(name) != name.size())
             QTest::qFail("this process cannot be named", __FILE__, __LINE__);
