@@ -1,24 +1,39 @@
 #pragma once
 
+#include "app/menubar/clockplace.h"
+#include "app/windows/quietmoment.h"
 #include "views/menubar/menubarlabelviewmodel.h"
 
 #include <QObject>
+#include <QPointer>
 #include <QQmlEngine>
 #include <QQuickWindow>
+#include <QTimer>
 
+#include <chrono>
 #include <memory>
+#include <optional>
+#include <vector>
 
-/// The window that shows the clock where the desktop has no place for an item.
+/// The window that shows the clock where the desktop has no place for an item. It is hidden at
+/// first, and stands where it stood the last time.
 class ClockWindow : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Shows it in the screen's top right corner. All collaborators outlive it.
-    ClockWindow(QQmlEngine &engine, const TimerManager &timerManager, ModelContext &modelContext);
+    /// All collaborators outlive it. @p quiet is for desktops that give the keyboard to each new
+    /// window: how long nothing may have been pressed before this one may appear by itself.
+    ClockWindow(QQmlEngine &engine, const TimerManager &timerManager, ModelContext &modelContext,
+                std::optional<std::chrono::milliseconds> quiet = quietTime());
     ~ClockWindow() override;
 
-    /// Shows it again after the user has closed it.
+    /// Shows it beside another window of the program, which keeps the keyboard. Where this one gets
+    /// it all the same, it waits for a quiet moment and hands the keyboard back; a key that is
+    /// pressed before the other one has it hides this one until the next quiet moment, and is
+    /// passed on.
+    void showBeside();
+    /// Shows it at once, as the only way to the program.
     void show();
     QQuickWindow *window() const { return m_window.get(); }
 
@@ -32,6 +47,23 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    static std::optional<std::chrono::milliseconds> quietTime();
+    void appear();
+    void borrowKeyboard();
+    void passOn(const QEvent &key);
+    void onFocusWindowChanged(QWindow *focus);
+    void onMoved();
+
     MenuBarLabelViewModel m_viewModel;
     std::unique_ptr<QQuickWindow> m_window;
+    ClockPlace m_place;
+    // It goes off once the window has come to rest after a move.
+    QTimer m_restTimer;
+
+    std::unique_ptr<QuietMoment> m_quietMoment;
+    // The window that the keyboard was taken from without its user's doing, until it is back there
+    // or the user puts it elsewhere; and what has been typed meanwhile.
+    QPointer<QWindow> m_lender;
+    bool m_hasBorrowed = false;
+    std::vector<std::unique_ptr<QEvent>> m_typed;
 };

@@ -157,6 +157,10 @@ void MenuBarExtra::makeClockWindow()
         if (!m_isMainWindowOpen)
             Q_EMIT quit();
     });
+    if (m_isMainWindowOpen)
+        m_clockWindow->showBeside();
+    else
+        m_clockWindow->show();
 }
 
 void MenuBarExtra::showLabel()

@@ -2,6 +2,7 @@
 
 #include "app/windows/fixedsize.h"
 #include "app/windows/makewindow.h"
+#include "app/windows/platform.h"
 #include "app/windows/x11requests.h"
 #include "model/modelcontext.h"
 
@@ -15,11 +16,6 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-
-bool isWayland()
-{
-    return QGuiApplication::platformName().startsWith(u"wayland"_s);
-}
 
 QList<PanelScreen> panelScreens()
 {

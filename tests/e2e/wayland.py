@@ -44,13 +44,10 @@ class Wayland(harness.Story):
 
     @contextlib.contextmanager
     def running(self):
-        """The program from the time on when its clock window is there, too: new windows take the
-        keyboard here.
-        """
+        """The program from the time on when its clock window is there, too."""
         with self.program(self) as program:
             program.see_window()
-            program.see_window_called(CLOCK)
-            wait_until(lambda: has_keyboard(CLOCK), "the clock window has the keyboard")
+            self.see_clock_window(program)
             give_keyboard(TITLE)
             program.see_window()
             yield program
@@ -74,6 +71,27 @@ class Wayland(harness.Story):
             self.assertEqual(program.clock(FIRST)[0], first)
             self.assertGreaterEqual(program.clock(SECOND)[0], second)
             self.quit_from_the_panel(program)
+
+    def shouldLoseNoKeyToTheClockWindow(self):
+        with self.program(self) as program:
+            program.see_window()
+            self.see_clock_window(program)
+            press("ctrl+Return")
+            program.row(UNNAMED)
+            wait_until(lambda: has_keyboard(TITLE), "the main window has the keyboard again")
+            program.rename(UNNAMED, FIRST)
+
+            # Once more, when nothing is typed.
+            self.see_clock_window(program)
+            press("Down", "space")
+            program.see_running(FIRST)
+            program.quit()
+            program.ends_well()
+
+    def see_clock_window(self, program):
+        """New windows get the keyboard here, and keep it until something is typed."""
+        program.see_window_called(CLOCK)
+        wait_until(lambda: has_keyboard(CLOCK), "the clock window has the keyboard")
 
     def time_two_tasks(self, program):
         press("ctrl+Return")

@@ -98,7 +98,11 @@ private:
     };
 
 private Q_SLOTS:
-    void initTestCase() { qputenv("XDG_CACHE_HOME", m_cache.path().toLocal8Bit()); }
+    void initTestCase()
+    {
+        qputenv("XDG_CACHE_HOME", m_home.path().toLocal8Bit());
+        qputenv("XDG_STATE_HOME", m_home.path().toLocal8Bit());
+    }
 
     void shouldBeAnItemInTheDesktopsPanel()
     {
@@ -557,7 +561,7 @@ private Q_SLOTS:
     }
 
 private:
-    QTemporaryDir m_cache;
+    QTemporaryDir m_home;
 };
 
 QTEST_MAIN(TestMenuBarExtra)

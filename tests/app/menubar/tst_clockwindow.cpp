@@ -1,0 +1,209 @@
+#include "app/menubar/clockwindow.h"
+#include "tests/support/qmltest.h"
+#include "tests/support/teststore.h"
+
+#include <QQuickItem>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+/// The clock window beside another window of the program. The platform of these tests gives the
+/// keyboard to each new window, and takes it back when a window asks for it.
+class TestClockWindow : public QObject
+{
+    Q_OBJECT
+
+private:
+    struct Fixture {
+        explicit Fixture(std::optional<std::chrono::milliseconds> quiet)
+            : clockWindow(engineWithTypes(), timer, store.context(), quiet)
+        {
+        }
+
+        QQmlEngine &engineWithTypes()
+        {
+            engine.addImportPath(u"qrc:/qt/qml"_s);
+            return engine;
+        }
+        bool hasMainKeyboard() { return QGuiApplication::focusWindow() == &main; }
+        bool isMainActive() { return QTest::qWaitForWindowActive(&main, 30'000); }
+        QQuickWindow &window() { return *clockWindow.window(); }
+        bool hasClockKeyboard() { return QGuiApplication::focusWindow() == &window(); }
+        QString typed() { return main.item(u"keys"_s)->property("typed").toString(); }
+
+        qmltest::WarningsAreFailures guard;
+        FakeClock clock;
+        TestStore store{clock, {1h, 1h}};
+        TimerManager timer{clock, 1h};
+        QQmlEngine engine;
+        qmltest::Window main{R"(
+            import QtQuick
+            Item {
+                objectName: "keys"
+                property string typed
+                focus: true
+                Keys.onPressed: event => typed += event.text
+            })"};
+        ClockWindow clockWindow;
+    };
+
+    QTemporaryDir m_state;
+
+private Q_SLOTS:
+    void initTestCase() { qputenv("XDG_STATE_HOME", m_state.path().toLocal8Bit()); }
+
+    void shouldBeHiddenAtFirst()
+    {
+        // given
+        Fixture f(std::nullopt);
+
+        // then
+        QVERIFY(!f.window().isVisible());
+    }
+
+    void shouldShowAtOnceWhereItAppearsWithoutTheKeyboard()
+    {
+        // given
+        Fixture f(std::nullopt);
+
+        // when
+        f.clockWindow.showBeside();
+
+        // then
+        QVERIFY(f.window().isVisible());
+    }
+
+    void shouldShowAtOnceAsTheOnlyWayToTheProgram()
+    {
+        // given
+        Fixture f(1h);
+        f.clockWindow.showBeside();
+        QVERIFY(!f.window().isVisible());
+
+        // when
+        f.clockWindow.show();
+
+        // then
+        QVERIFY(f.window().isVisible());
+        QVERIFY(QTest::qWaitForWindowActive(&f.window(), 30'000));
+    }
+
+    void shouldHandTheKeyboardBack()
+    {
+        // given
+        Fixture f(1ms);
+        QVERIFY(f.isMainActive());
+        QSignalSpy taken(&f.window(), &QWindow::activeChanged);
+
+        // when
+        f.clockWindow.showBeside();
+
+        // then
+        QTRY_VERIFY(!taken.isEmpty());
+        QTRY_VERIFY(f.hasMainKeyboard());
+        QVERIFY(f.window().isVisible());
+
+        // when it is the user who gives it the keyboard
+        f.window().requestActivate();
+
+        // then
+        QVERIFY(QTest::qWaitForWindowActive(&f.window(), 30'000));
+        QTest::keyClick(&f.window(), Qt::Key_A);
+        QVERIFY(f.hasClockKeyboard());
+        QCOMPARE(f.typed(), u""_s);
+    }
+
+    void shouldPassOnWhatIsTypedBeforeTheKeyboardIsBack()
+    {
+        // given
+        Fixture f(1ms);
+        QVERIFY(f.isMainActive());
+        QSignalSpy shown(&f.window(), &QWindow::visibleChanged);
+        connect(
+            &f.window(), &QWindow::activeChanged, &f.window(),
+            [&f] {
+                for (const QString &text : {u"1"_s, u"2"_s}) {
+                    for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+                        QKeyEvent key(type, Qt::Key_1, {}, text);
+                        QCoreApplication::sendEvent(&f.window(), &key);
+                    }
+                }
+            },
+            Qt::SingleShotConnection);
+
+        // when
+        f.clockWindow.showBeside();
+
+        // then
+        QTRY_COMPARE(f.typed(), u"12"_s);
+        QVERIFY(f.isMainActive());
+
+        // and it comes again in the next quiet moment
+        QTRY_COMPARE(shown.size(), 3);
+        QVERIFY(f.window().isVisible());
+    }
+
+    void shouldLeaveTheKeyboardWhereTheUserPutsIt_data()
+    {
+        QTest::addColumn<bool>("isPressed");
+        QTest::newRow("by a press on the clock") << true;
+        QTest::newRow("by going to another window") << false;
+    }
+
+    void shouldLeaveTheKeyboardWhereTheUserPutsIt()
+    {
+        // given a desktop that does not give the keyboard back for the asking
+        QFETCH(bool, isPressed);
+        Fixture f(1ms);
+        QVERIFY(f.isMainActive());
+        QQuickWindow other;
+        const auto putsKeyboard = [&] {
+            if (isPressed)
+                QTest::mousePress(&f.window(), Qt::LeftButton, {}, {60, 14});
+            else
+                other.show();
+            f.window().requestActivate();
+        };
+        connect(&f.window(), &QWindow::activeChanged, &f.window(), putsKeyboard,
+                Qt::SingleShotConnection);
+
+        // when
+        f.clockWindow.showBeside();
+
+        // then
+        QTRY_VERIFY(f.window().isVisible());
+        QVERIFY(QTest::qWaitForWindowActive(&f.window(), 30'000));
+        QTest::keyClick(&f.window(), Qt::Key_A);
+        QVERIFY(f.hasClockKeyboard());
+        QVERIFY(f.window().isVisible());
+        QCOMPARE(f.typed(), u""_s);
+    }
+
+    void shouldStandWhereItStoodTheLastTime()
+    {
+        // given
+        const QPoint corner(123, 45);
+        {
+            Fixture f(std::nullopt);
+            f.clockWindow.showBeside();
+            QVERIFY(f.window().position() != corner);
+
+            // when
+            f.window().setPosition(corner);
+            QTRY_COMPARE(ClockPlace().read(), corner);
+            QSignalSpy moved(&f.window(), &QWindow::xChanged);
+            f.window().setPosition(corner + QPoint(1, 0));
+            QTRY_COMPARE(moved.size(), 1);
+        }
+
+        // then
+        Fixture f(std::nullopt);
+        QCOMPARE(f.window().position(), corner + QPoint(1, 0));
+    }
+};
+
+QTEST_MAIN(TestClockWindow)
+#include "tst_clockwindow.moc"
