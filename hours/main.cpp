@@ -10,6 +10,7 @@
 #include "model/storefiles.h"
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
 
 #include <langinfo.h>
 #include <sys/ioctl.h>
@@ -21,7 +22,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <optional>
 #include <thread>
 
 using namespace Qt::StringLiterals;
@@ -74,7 +74,7 @@ Report reportOf(const Options &options, const Calendar &calendar)
     constexpr std::chrono::milliseconds pause{20};
     constexpr int mostChanges = 100;
     const std::filesystem::path path = ModelContainer::defaultPath();
-    std::optional<std::chrono::steady_clock::time_point> inUseSince;
+    QElapsedTimer inUse;
     for (int changes = 0; changes < mostChanges;) {
         try {
             Report report(options.keys);
@@ -85,13 +85,13 @@ Report reportOf(const Options &options, const Calendar &calendar)
         } catch (const TasksChanged &) {
             // Whoever has changed it may hold it now, which the next turn tells.
             ++changes;
-            inUseSince.reset();
+            inUse.invalidate();
         } catch (const StoreInUseError &) {
             // A program that is just starting or ending cannot be asked.
-            const auto now = std::chrono::steady_clock::now();
-            if (now - inUseSince.value_or(now) >= std::chrono::milliseconds(busyMilliseconds))
+            if (!inUse.isValid())
+                inUse.start();
+            else if (inUse.hasExpired(busyMilliseconds))
                 throw;
-            inUseSince = inUseSince.value_or(now);
         }
         std::this_thread::sleep_for(pause);
     }
