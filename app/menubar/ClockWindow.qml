@@ -7,25 +7,35 @@ import TimeTracker.Views.Controls
 import TimeTracker.Views.MenuBar
 
 /// The clock where the desktop has no place for an item of ours: a click opens the panel, a drag
-/// moves it.
+/// moves it. The panel may be a part of this window.
 Window {
     id: window
 
     required property MenuBarLabelViewModel viewModel
 
+    // There is a view-model while the panel is open, and a moment longer.
+    property MenuBarViewModel panelViewModel: null
+    property bool isPanelOpen: false
+
     signal activated
+    signal openMainWindow
+    signal quit
+    signal closePanel
 
     flags: Qt.Window | Qt.FramelessWindowHint | Qt.WindowStaysOnTopHint
-    title: "Ur"
+    title: isPanelOpen ? "I dag" : "Ur"
     color: Theme.windowBackground
 
     FixedSize {
-        size: Qt.size(Math.max(120, label.implicitWidth + 2 * 10), 28)
+        size: Qt.size(Math.max(120, label.implicitWidth + 2 * 10, (panel.item as MenuBarView)?.implicitWidth ?? 0), clock.height + panel.height)
     }
 
     // Space is left to the button itself.
     FocusScope {
-        anchors.fill: parent
+        id: clock
+
+        width: parent.width
+        height: 28
         focus: true
         Keys.onReturnPressed: window.activated()
         Keys.onEnterPressed: window.activated()
@@ -34,6 +44,8 @@ Window {
             objectName: "clockButton"
             anchors.fill: parent
             focus: true
+            // The panel's own parts are reached in a ring, as in its own window.
+            activeFocusOnTab: !window.isPanelOpen
             label: "Vis dagens opgaver"
             leftInset: 2
             rightInset: 2
@@ -47,13 +59,34 @@ Window {
                     window.startSystemMove()
             }
         }
+
+        MenuBarLabel {
+            id: label
+
+            anchors.centerIn: parent
+            viewModel: window.viewModel
+        }
     }
 
-    MenuBarLabel {
-        id: label
+    OnDemand {
+        id: panel
 
-        anchors.centerIn: parent
-        viewModel: window.viewModel
+        anchors.top: clock.bottom
+        active: window.isPanelOpen
+
+        MenuBarView {
+            width: window.width
+            height: implicitHeight
+            viewModel: window.panelViewModel
+            onOpenMainWindow: window.openMainWindow()
+            onQuit: window.quit()
+            onCloseRequested: window.closePanel()
+            Component.onCompleted: forceActiveFocus()
+
+            Divider {
+                width: parent.width
+            }
+        }
     }
 
     WindowBorder {

@@ -13,13 +13,23 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-ClockWindow::ClockWindow(QQmlEngine &engine, const TimerManager &timerManager,
-                         ModelContext &modelContext, std::optional<std::chrono::milliseconds> quiet)
-    : m_viewModel(timerManager, modelContext)
+ClockWindow::ClockWindow(QQmlEngine &engine, TimerManager &timerManager, ModelContext &modelContext,
+                         std::optional<std::chrono::milliseconds> quiet)
+    : m_timerManager(timerManager)
+    , m_modelContext(modelContext)
+    , m_viewModel(timerManager, modelContext)
 {
     m_window = makeWindow(engine, QUrl(u"qrc:/qt/qml/TimeTracker/App/MenuBar/ClockWindow.qml"_s),
                           {{u"viewModel"_s, QVariant::fromValue(&m_viewModel)}});
     connect(m_window.get(), SIGNAL(activated()), this, SIGNAL(activated()));
+    connect(m_window.get(), SIGNAL(openMainWindow()), this, SLOT(closePanel()));
+    connect(m_window.get(), SIGNAL(openMainWindow()), this, SIGNAL(openMainWindow()));
+    connect(m_window.get(), SIGNAL(quit()), this, SIGNAL(quit()));
+    connect(m_window.get(), SIGNAL(closePanel()), this, SLOT(closePanel()));
+    connect(m_window.get(), &QWindow::activeChanged, this, [this] {
+        if (!m_window->isActive())
+            closePanel();
+    });
     m_window->installEventFilter(this);
     // It opens by itself, maybe while the user types into another window.
     m_window->setProperty("_q_showWithoutActivating", true);
@@ -46,6 +56,8 @@ ClockWindow::ClockWindow(QQmlEngine &engine, const TimerManager &timerManager,
 ClockWindow::~ClockWindow()
 {
     qGuiApp->disconnect(this);
+    m_window->disconnect(this);
+    closePanel();
     if (m_restTimer.isActive())
         m_place.keep(m_window->position());
 }
@@ -69,6 +81,26 @@ void ClockWindow::show()
         m_quietMoment->stop();
     m_lender = nullptr;
     appear();
+}
+
+void ClockWindow::togglePanel()
+{
+    if (m_panelViewModel) {
+        closePanel();
+        return;
+    }
+    m_panelViewModel = std::make_unique<MenuBarViewModel>(m_timerManager, m_modelContext);
+    m_window->setProperty("panelViewModel", QVariant::fromValue(m_panelViewModel.get()));
+    m_window->setProperty("isPanelOpen", true);
+}
+
+void ClockWindow::closePanel()
+{
+    if (!m_panelViewModel)
+        return;
+    m_window->setProperty("isPanelOpen", false);
+    // The panel itself goes later, too, as one of its buttons may have been pressed.
+    m_panelViewModel.release()->deleteLater();
 }
 
 bool ClockWindow::eventFilter(QObject *, QEvent *event)

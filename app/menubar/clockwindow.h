@@ -3,6 +3,7 @@
 #include "app/menubar/clockplace.h"
 #include "app/windows/quietmoment.h"
 #include "views/menubar/menubarlabelviewmodel.h"
+#include "views/menubar/menubarviewmodel.h"
 
 #include <QObject>
 #include <QPointer>
@@ -24,7 +25,7 @@ class ClockWindow : public QObject
 public:
     /// All collaborators outlive it. @p quiet is for desktops that give the keyboard to each new
     /// window: how long nothing may have been pressed before this one may appear by itself.
-    ClockWindow(QQmlEngine &engine, const TimerManager &timerManager, ModelContext &modelContext,
+    ClockWindow(QQmlEngine &engine, TimerManager &timerManager, ModelContext &modelContext,
                 std::optional<std::chrono::milliseconds> quiet = quietTime());
     ~ClockWindow() override;
 
@@ -35,6 +36,10 @@ public:
     void showBeside();
     /// Shows it at once, as the only way to the program.
     void show();
+    /// Opens the panel inside this window, which grows by it, or closes it. For desktops that place
+    /// windows as they like: one of its own might cover the clock, and a second click would press
+    /// what it shows there. It closes by Escape, too, and when the keyboard goes elsewhere.
+    void togglePanel();
     QQuickWindow *window() const { return m_window.get(); }
 
 Q_SIGNALS:
@@ -42,9 +47,15 @@ Q_SIGNALS:
     void activated();
     /// The user has closed it.
     void closed();
+    /// Asked for in the panel inside this window.
+    void openMainWindow();
+    void quit();
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
+
+private Q_SLOTS:
+    void closePanel();
 
 private:
     static std::optional<std::chrono::milliseconds> quietTime();
@@ -54,7 +65,11 @@ private:
     void onFocusWindowChanged(QWindow *focus);
     void onMoved();
 
+    TimerManager &m_timerManager;
+    ModelContext &m_modelContext;
     MenuBarLabelViewModel m_viewModel;
+    // Null while the panel inside the window is closed.
+    std::unique_ptr<MenuBarViewModel> m_panelViewModel;
     std::unique_ptr<QQuickWindow> m_window;
     ClockPlace m_place;
     // It goes off once the window has come to rest after a move.

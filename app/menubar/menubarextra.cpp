@@ -1,6 +1,7 @@
 #include "app/menubar/menubarextra.h"
 
 #include "app/windows/bringforward.h"
+#include "app/windows/platform.h"
 
 #include <utility>
 
@@ -151,8 +152,14 @@ void MenuBarExtra::makeClockWindow()
     m_clockWindow = std::make_unique<ClockWindow>(m_engine, m_timerManager, m_modelContext);
     connect(m_clockWindow.get(), &ClockWindow::activated, this, [this] {
         QWindow &window = *m_clockWindow->window();
-        m_panel.toggleAt(window.geometry(), &window);
+        if (isWayland())
+            m_clockWindow->togglePanel();
+        else
+            m_panel.toggleAt(window.geometry(), &window);
     });
+    connect(m_clockWindow.get(), &ClockWindow::openMainWindow, this,
+            &MenuBarExtra::requestMainWindow);
+    connect(m_clockWindow.get(), &ClockWindow::quit, this, &MenuBarExtra::quit);
     connect(m_clockWindow.get(), &ClockWindow::closed, this, [this] {
         if (!m_isMainWindowOpen)
             Q_EMIT quit();

@@ -21,6 +21,8 @@ private:
         explicit Fixture(std::optional<std::chrono::milliseconds> quiet)
             : clockWindow(engineWithTypes(), timer, store.context(), quiet)
         {
+            QObject::connect(&clockWindow, &ClockWindow::activated, &clockWindow,
+                             &ClockWindow::togglePanel);
         }
 
         QQmlEngine &engineWithTypes()
@@ -32,6 +34,26 @@ private:
         bool isMainActive() { return QTest::qWaitForWindowActive(&main, 30'000); }
         QQuickWindow &window() { return *clockWindow.window(); }
         bool hasClockKeyboard() { return QGuiApplication::focusWindow() == &window(); }
+        bool isClockActive()
+        {
+            clockWindow.show();
+            window().requestActivate();
+            return QTest::qWaitForWindowActive(&window(), 30'000);
+        }
+        QQuickItem *item(const char *name)
+        {
+            return qmltest::findItem(window().contentItem(), QString::fromLatin1(name));
+        }
+        void click(const char *name)
+        {
+            QTest::mouseClick(&window(), Qt::LeftButton, {}, qmltest::centre(item(name)));
+        }
+        int panelHeight()
+        {
+            const QQuickItem *const last = item("quitButton");
+            return qRound(last->mapToScene({0, last->height()}).y() -
+                          item("panelHeader")->mapToScene({0, 0}).y());
+        }
         QString typed() { return main.item(u"keys"_s)->property("typed").toString(); }
 
         qmltest::WarningsAreFailures guard;
@@ -180,6 +202,106 @@ private Q_SLOTS:
         QVERIFY(f.hasClockKeyboard());
         QVERIFY(f.window().isVisible());
         QCOMPARE(f.typed(), u""_s);
+    }
+
+    void shouldOpenThePanelInsideTheWindow()
+    {
+        // given
+        Fixture f(std::nullopt);
+        f.store.insertTask(u"A"_s);
+        const QSize size = f.window().size();
+        QVERIFY(f.isClockActive());
+
+        // when
+        f.click("clockButton");
+
+        // then
+        QCOMPARE(f.window().title(), u"I dag"_s);
+        QVERIFY(f.item("panelTasks")->isVisible());
+        QTRY_COMPARE(f.window().height(), size.height() + f.panelHeight());
+        QCOMPARE(f.window().width(), 240);
+
+        // when
+        f.click("clockButton");
+
+        // then
+        QCOMPARE(f.window().title(), u"Ur"_s);
+        QTRY_COMPARE(f.window().size(), size);
+        QVERIFY(!f.item("panelTasks"));
+    }
+
+    void shouldUseThePanelByKeys()
+    {
+        // given
+        Fixture f(std::nullopt);
+        Task *const task = f.store.insertTask(u"A"_s);
+        QVERIFY(f.isClockActive());
+        QTest::keyClick(&f.window(), Qt::Key_Return);
+        QVERIFY(f.item("panelTasks"));
+
+        // when
+        QTest::keyClick(&f.window(), Qt::Key_Down);
+        QTest::keyClick(&f.window(), Qt::Key_Return);
+
+        // then
+        QVERIFY(task->isRunning());
+
+        // when
+        QTest::keyClick(&f.window(), Qt::Key_Up);
+
+        // then
+        QVERIFY(f.item("quitButton")->hasActiveFocus());
+
+        // when
+        QTest::keyClick(&f.window(), Qt::Key_Escape);
+
+        // then
+        QTRY_VERIFY(!f.item("panelTasks"));
+
+        // when
+        QTest::keyClick(&f.window(), Qt::Key_Space);
+
+        // then
+        QVERIFY(f.item("panelTasks"));
+    }
+
+    void shouldCloseThePanelWhenTheKeyboardGoesElsewhere()
+    {
+        // given
+        Fixture f(std::nullopt);
+        QVERIFY(f.isClockActive());
+        f.click("clockButton");
+        QVERIFY(f.item("panelTasks"));
+
+        // when
+        f.main.requestActivate();
+
+        // then
+        QVERIFY(f.isMainActive());
+        QTRY_VERIFY(!f.item("panelTasks"));
+    }
+
+    void shouldPassOnWhatIsAskedForInThePanel()
+    {
+        // given
+        Fixture f(std::nullopt);
+        QVERIFY(f.isClockActive());
+        f.click("clockButton");
+        QSignalSpy asked(&f.clockWindow, &ClockWindow::openMainWindow);
+        QSignalSpy quit(&f.clockWindow, &ClockWindow::quit);
+
+        // when
+        f.click("quitButton");
+
+        // then
+        QCOMPARE(quit.size(), 1);
+
+        // when
+        f.click("openButton");
+
+        // then
+        QCOMPARE(asked.size(), 1);
+        QTRY_VERIFY(!f.item("panelTasks"));
     }
 
     void shouldStandWhereItStoodTheLastTime()
