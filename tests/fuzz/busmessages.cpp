@@ -317,7 +317,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
 
     expect(layout.type() == QDBusMessage::ReplyMessage, "the program still answers");
     const auto root = qdbus_cast<DBusMenuLayout>(layout.arguments().value(1));
-    expect(layout.arguments().value(0).toUInt() == 2 && root.children.size() == 4,
+    // Its first opening tells of it once.
+    expect(layout.arguments().value(0).toUInt() <= 2 && root.children.size() == 4,
            "calls do not change the menu");
     for (const QDBusPendingCall &call : std::as_const(calls))
         expect(call.isFinished(), "each call is answered, and in its turn");
