@@ -4,12 +4,16 @@
 
 #include <QBuffer>
 #include <QDir>
+#include <QFont>
+#include <QFontMetricsF>
 #include <QImage>
 #include <QPainter>
 #include <QRegularExpression>
 #include <QSaveFile>
 #include <QStandardPaths>
 #include <QSvgRenderer>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -29,11 +33,43 @@ QImage picture(int side)
     return image;
 }
 
-QList<IconPixmap> pixmaps()
+/// Two lines, as large as they fit.
+QImage clockPicture(int side, const QString &hours, const QString &minutes)
+{
+    QImage image(side, side, QImage::Format_ARGB32);
+    image.fill(Qt::transparent);
+    QFont font(u"monospace"_s);
+    font.setBold(true);
+    font.setStyleStrategy(QFont::NoSubpixelAntialias);
+    // What is drawn counts, as digits are lower than a font's line.
+    font.setPixelSize(side);
+    const QFontMetricsF metrics(font);
+    const qreal height = metrics.tightBoundingRect(u"0"_s).height();
+    const qreal width = std::max(metrics.horizontalAdvance(hours), metrics.horizontalAdvance(minutes));
+    constexpr int Gap = 1;
+    const int lineHeight = (side - Gap) / 2;
+    const qreal scale = std::min(lineHeight / height, side / width);
+    font.setPixelSize(static_cast<int>(side * scale));
+
+    QPainter painter(&image);
+    painter.setFont(font);
+    painter.setPen(QColor(BrandAccent.dark));
+    const auto draw = [&](const QString &line, int bottom) {
+        const qreal left = (side - QFontMetricsF(font).horizontalAdvance(line)) / 2;
+        painter.drawText(QPointF(left, bottom), line);
+    };
+    draw(hours, lineHeight);
+    draw(minutes, side);
+    return image;
+}
+
+/// A picture in all sizes; @p draw makes it, given its side.
+template<class Draw>
+QList<IconPixmap> pixmaps(const Draw &draw)
 {
     QList<IconPixmap> pixmaps;
     for (const int side : Sizes) {
-        const QImage image = picture(side);
+        const QImage image = draw(side);
         QByteArray pixels;
         pixels.reserve(image.sizeInBytes());
         for (int y = 0; y < side; ++y) {
@@ -90,6 +126,11 @@ bool itemicon::isRecolouredBy(const QString &process)
     return recolouring.match(process).hasMatch();
 }
 
+bool itemicon::isAllOfItem(const QString &process)
+{
+    return process == u"swaybar"_s;
+}
+
 QIcon itemicon::icon()
 {
     QIcon icon;
@@ -102,5 +143,10 @@ ItemIcon itemicon::forBar(bool isRecoloured)
 {
     if (const QString name = symbolicName(); isRecoloured && !name.isEmpty())
         return {name, {}};
-    return {picturePath(), pixmaps()};
+    return {picturePath(), pixmaps(picture)};
+}
+
+ItemIcon itemicon::clock(const QString &hours, const QString &minutes)
+{
+    return {{}, pixmaps([&](int side) { return clockPicture(side, hours, minutes); })};
 }

@@ -40,11 +40,16 @@ namespace itemicon
 /// text. Others draw them in the dark grey that the file has, which cannot be seen on dark bars.
 bool isRecolouredBy(const QString &process);
 
+/// Whether bars of @p process show an item's icon alone, and neither its label nor its tooltip.
+bool isAllOfItem(const QString &process);
+
 /// The pictures in all sizes that bars use. Their colour can be seen on light and on dark bars.
 QIcon icon();
 /// For a bar that recolours icons (@p isRecoloured) the installed symbolic icon's name. For others,
 /// and where that is not installed, the picture in all sizes, and the path of one that is written
 /// to the user's cache; the path is empty if that fails.
 ItemIcon forBar(bool isRecoloured);
+/// @p hours above @p minutes, in all sizes and in the picture's colour.
+ItemIcon clock(const QString &hours, const QString &minutes);
 
 } // namespace itemicon

@@ -113,8 +113,10 @@ void MenuBarExtra::makeStatusNotifierItem()
 {
     if (!m_isItemRead)
         m_readingTimer.start();
-    const ItemIcon icon =
-        itemicon::forBar(itemicon::isRecolouredBy(m_statusNotifierLink->process()));
+    const QString process = m_statusNotifierLink->process();
+    const ItemIcon icon = itemicon::forBar(itemicon::isRecolouredBy(process));
+    m_isIconAll = itemicon::isAllOfItem(process);
+    m_clockInIcon.clear();
     if (m_item) {
         m_item->setIcon(icon);
         return;
@@ -175,6 +177,8 @@ void MenuBarExtra::showLabel()
     if (m_backend == Backend::StatusNotifier) {
         m_item->setLabel(m_label.displayText());
         m_item->setHasToolTip(!m_panel.isOpen());
+        if (m_isIconAll)
+            showClockInIcon();
     }
     if (m_backend == Backend::XEmbed) {
         const QString clock = m_label.displayText();
@@ -183,6 +187,17 @@ void MenuBarExtra::showLabel()
                                    : u"TULO Time Tracker"_s +
                                          (clock.isEmpty() ? QString() : u"\n"_s + clock));
     }
+}
+
+/// Draws and sends a new icon once a minute only.
+void MenuBarExtra::showClockInIcon()
+{
+    const QString clock = m_label.displayText().section(u':', 0, 1);
+    if (std::exchange(m_clockInIcon, clock) == clock)
+        return;
+    m_item->setIcon(clock.isEmpty()
+                        ? itemicon::forBar(false)
+                        : itemicon::clock(clock.section(u':', 0, 0), clock.section(u':', 1)));
 }
 
 void MenuBarExtra::requestMainWindow()

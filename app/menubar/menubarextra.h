@@ -50,6 +50,7 @@ private:
     void makeTrayIcon();
     void makeClockWindow();
     void showLabel();
+    void showClockInIcon();
     void requestMainWindow();
 
     QDBusConnection m_connection;
@@ -73,6 +74,9 @@ private:
     // It is kept once it is made, so that a bar that comes back finds it as it was.
     std::unique_ptr<StatusNotifierItem> m_item;
     std::unique_ptr<MenuBarMenu> m_menu;
+    // Where the icon is all that the bar shows: the hours and minutes that it says.
+    bool m_isIconAll = false;
+    QString m_clockInIcon;
     std::unique_ptr<QSystemTrayIcon> m_trayIcon;
     std::unique_ptr<ClockWindow> m_clockWindow;
 };

@@ -33,6 +33,18 @@ private:
         const double other = luminance(b) + 0.05;
         return std::max(one, other) / std::min(one, other);
     }
+    /// What of @p pixmap is drawn between two rows of it.
+    static QRect drawn(const IconPixmap &pixmap, int top, int bottom)
+    {
+        QRect rect;
+        for (int y = top; y < bottom; ++y) {
+            for (int x = 0; x < pixmap.width; ++x) {
+                if (pixmap.pixels[4 * (y * pixmap.width + x)] != 0)
+                    rect |= QRect(x, y, 1, 1);
+            }
+        }
+        return rect;
+    }
     static void install(const QTemporaryDir &data)
     {
         const QString folder = data.filePath(u"icons/hicolor/symbolic/apps"_s);
@@ -137,6 +149,42 @@ private Q_SLOTS:
         }
         QVERIFY(opaque > 100);
         QVERIFY(opaque < 48 * 48 / 2);
+    }
+
+    void shouldKnowTheBarThatShowsNothingElse()
+    {
+        QVERIFY(itemicon::isAllOfItem(u"swaybar"_s));
+        QVERIFY(!itemicon::isAllOfItem(u"waybar"_s));
+        QVERIFY(!itemicon::isAllOfItem(u""_s));
+    }
+
+    void shouldShowHoursAboveMinutes_data()
+    {
+        QTest::addColumn<QString>("hours");
+        QTest::newRow("usual") << u"01"_s;
+        QTest::newRow("many") << u"34293"_s;
+    }
+
+    void shouldShowHoursAboveMinutes()
+    {
+        // given
+        QFETCH(QString, hours);
+
+        // when
+        const ItemIcon icon = itemicon::clock(hours, u"59"_s);
+
+        // then
+        QCOMPARE(icon.name, u""_s);
+        QCOMPARE(icon.pixmaps.size(), 5);
+        QVERIFY(icon != itemicon::clock(hours, u"58"_s));
+        for (const IconPixmap &pixmap : icon.pixmaps) {
+            const QRect above = drawn(pixmap, 0, pixmap.height / 2);
+            const QRect below = drawn(pixmap, pixmap.height / 2, pixmap.height);
+            // The minutes are as high as their half allows, and many hours as wide as all of it.
+            QVERIFY(!above.isEmpty());
+            QVERIFY(hours.size() > 2 ? above.width() > pixmap.width * 3 / 4
+                                     : below.height() > pixmap.height / 2 * 3 / 4);
+        }
     }
 
     void shouldBeSeenOnLightAndOnDarkBars()

@@ -177,6 +177,50 @@ private Q_SLOTS:
         QCOMPARE(f.label(), u""_s);
     }
 
+    void shouldShowTheClockInTheIconWhereABarShowsNothingElse()
+    {
+        // given
+        Fixture f(1h, 1ms);
+        const ProcessName name("swaybar");
+        const Watcher watcher;
+        Task *const task = f.store.insertTask(u"A"_s);
+        task->setAccumulatedSeconds(3725);
+        f.start();
+        QTRY_COMPARE(watcher.items().size(), 1);
+        const QString picture = f.iconName();
+        QVERIFY(!picture.isEmpty());
+        f.host.listenTo(f.bus.baseService());
+        QStringList heard;
+        const auto newIcons = [&] {
+            heard += f.host.heard(f.bus.baseService());
+            return heard.count(u"NewIcon"_s);
+        };
+
+        // when
+        f.timer.startTask(task, AllTasks(f.store.context()), f.store.context());
+
+        // then
+        QTRY_COMPARE(newIcons(), 1);
+        QCOMPARE(f.iconName(), u""_s);
+
+        // when it comes to the end of the minute, and into the next one
+        f.clock.advance(54);
+        QTRY_COMPARE(f.label(), u"01:02:59"_s);
+        f.clock.advance(1);
+        QTRY_COMPARE(f.label(), u"01:03:00"_s);
+
+        // then
+        QTRY_VERIFY(newIcons() > 1);
+        QCOMPARE(newIcons(), 2);
+
+        // when
+        f.timer.stopTask(task, f.store.context());
+
+        // then
+        QTRY_COMPARE(newIcons(), 3);
+        QCOMPARE(f.iconName(), picture);
+    }
+
     void shouldShowATaskThatWasLeftRunningBeforeAnythingTicks()
     {
         // given
