@@ -55,6 +55,7 @@ void StatusNotifierItem::setHasToolTip(bool hasToolTip)
     if (m_hasToolTip == hasToolTip)
         return;
     m_hasToolTip = hasToolTip;
+    Q_EMIT NewTitle();
     Q_EMIT NewToolTip();
 }
 
@@ -68,9 +69,14 @@ QString StatusNotifierItem::id() const
     return u"dk.tulo.TimeTracker"_s;
 }
 
-QString StatusNotifierItem::title() const
+QString StatusNotifierItem::name() const
 {
     return u"TULO Time Tracker"_s;
+}
+
+QString StatusNotifierItem::title() const
+{
+    return m_hasToolTip ? name() : QString();
 }
 
 QString StatusNotifierItem::status() const
@@ -95,7 +101,7 @@ StatusNotifierToolTip StatusNotifierItem::toolTip() const
     if (!m_hasToolTip)
         return {};
     // All in the tooltip's title, as some bars show nothing else of it.
-    return {QString(), {}, m_label.isEmpty() ? title() : m_label + u" – "_s + title(), {}};
+    return {QString(), {}, m_label.isEmpty() ? name() : m_label + u" – "_s + name(), {}};
 }
 
 QString StatusNotifierItem::labelGuide() const

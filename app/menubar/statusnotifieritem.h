@@ -61,11 +61,13 @@ public:
     void setIcon(const ItemIcon &icon);
     /// The clock, or empty.
     void setLabel(const QString &label);
-    /// Whether the item has a tooltip; it would cover a panel that is open at the item.
+    /// Whether the item has a tooltip; it would cover a panel that is open at the item. Without one
+    /// the item has no title and no description either, which some bars show instead.
     void setHasToolTip(bool hasToolTip);
 
     QString category() const;
     QString id() const;
+    QString name() const;
     QString title() const;
     QString status() const;
     uint windowId() const { return 0; }

@@ -155,7 +155,9 @@ private Q_SLOTS:
         f.item.setHasToolTip(false);
 
         // then
-        QCOMPARE(f.host.heard(f.service), QStringList{u"NewToolTip"_s});
+        QCOMPARE(f.host.heard(f.service), QStringList({u"NewTitle"_s, u"NewToolTip"_s}));
+        QCOMPARE(f.property(u"Title"_s), u""_s);
+        QCOMPARE(f.property(u"IconAccessibleDesc"_s), u""_s);
         const auto tip =
             qdbus_cast<StatusNotifierToolTip>(f.property(u"ToolTip"_s).value<QDBusArgument>());
         QCOMPARE(tip.title, u""_s);
@@ -171,7 +173,7 @@ private Q_SLOTS:
         f.item.setHasToolTip(true);
 
         // then
-        QCOMPARE(f.host.heard(f.service), QStringList{u"NewToolTip"_s});
+        QCOMPARE(f.host.heard(f.service), QStringList({u"NewTitle"_s, u"NewToolTip"_s}));
     }
 
     void shouldTellOfEveryKindOfClick()
