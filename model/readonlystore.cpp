@@ -68,8 +68,9 @@ void ReadOnlyStore::open()
     // Without locks, and with the store to itself, SQLite keeps the index of a log in memory. But
     // where there is no log, it would make an empty one, unless it takes the store for one that
     // never changes.
-    const bool hasLog =
-        sizeOf(beside(m_path, logSuffix)) > 0 || sizeOf(beside(m_path, journalSuffix)) > 0;
+    const fs::path log = beside(m_path, logSuffix);
+    const fs::path journal = beside(m_path, journalSuffix);
+    const bool hasLog = sizeOf(log) > 0 || sizeOf(journal) > 0;
     m_database.emplace(address(m_path, hasLog ? "?mode=ro&vfs=unix-none" : "?mode=ro&immutable=1"),
                        SQLite::OPEN_READONLY | SQLite::OPEN_URI | SQLite::OPEN_NOFOLLOW);
     sqlite3_db_config(m_database->getHandle(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);

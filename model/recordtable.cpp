@@ -186,9 +186,13 @@ RecordTable makeTable(const std::string &table, const std::vector<RecordTable::I
     });
     std::string create =
         "CREATE TABLE " + table + " (rowid INTEGER PRIMARY KEY, " + declarations + ") STRICT;";
-    for (const RecordTable::Index &index : indexes)
-        create += "CREATE INDEX " + index.name + " ON " + table + " (" + index.column + ")" +
-                  (index.condition.empty() ? "" : " WHERE " + index.condition) + ';';
+    for (const RecordTable::Index &index : indexes) {
+        create.append("CREATE INDEX ").append(index.name).append(" ON ").append(table);
+        create.append(" (").append(index.column).append(")");
+        if (!index.condition.empty())
+            create.append(" WHERE ").append(index.condition);
+        create.append(";");
+    }
     return {
         table,
         indexes,

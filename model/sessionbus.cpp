@@ -12,9 +12,10 @@ namespace
 
 bool isOwnSocket(const QString &path)
 {
+    const QByteArray name = QFile::encodeName(path);
     struct stat status {
     };
-    return ::lstat(QFile::encodeName(path).constData(), &status) == 0 && S_ISSOCK(status.st_mode) &&
+    return ::lstat(name.constData(), &status) == 0 && S_ISSOCK(status.st_mode) &&
            status.st_uid == ::geteuid();
 }
 
@@ -26,7 +27,8 @@ void neverStartABus()
     if (!address.isEmpty() && !address.contains("autolaunch:"_L1))
         return;
     const QString folder = qEnvironmentVariable("XDG_RUNTIME_DIR");
-    if (!folder.isEmpty() && isOwnSocket(folder + "/bus"_L1))
+    const QString socket = folder + "/bus"_L1;
+    if (!folder.isEmpty() && isOwnSocket(socket))
         // Without an address, libdbus looks for the bus in that folder first.
         qunsetenv("DBUS_SESSION_BUS_ADDRESS");
     else

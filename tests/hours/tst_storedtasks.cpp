@@ -298,6 +298,30 @@ private Q_SLOTS:
         QCOMPARE(status, 0);
     }
 
+    void shouldSayOfADamagedStoreWhatTheProgramSays()
+    {
+        // given
+        Fixture f;
+        f.addTask(u"2026-11-20T12:00:00"_s, u"a"_s);
+        f.store.close();
+        QVERIFY(QFile::resize(f.store.path(), 5000));
+        const auto sentence = [](const auto &open) {
+            try {
+                open();
+            } catch (const StoreError &error) {
+                return QByteArray(error.what());
+            }
+            return QByteArray();
+        };
+
+        // when
+        const QByteArray said = sentence([&f] { f.read(f.store.path()); });
+
+        // then
+        QVERIFY(!said.isEmpty());
+        QCOMPARE(said, sentence([&f] { const ModelContainer container(f.store.path(), f.clock); }));
+    }
+
     void shouldNoticeAChangeWhileItReads()
     {
         // given

@@ -45,8 +45,12 @@ private Q_SLOTS:
     {
         const DayInterval none = FakeClock().calendar().interval({2026, 11, 2}, {2026, 11, 1});
         QVERIFY(none.start >= none.end);
+        const DayInterval back = FakeClock().calendar().interval({2026, 11, 3}, {2026, 11, 1});
+        QVERIFY(back.start >= back.end);
         const DayInterval invalid = FakeClock().calendar().interval(QDate(), {2026, 11, 1});
         QVERIFY(invalid.start >= invalid.end);
+        const DayInterval endless = FakeClock().calendar().interval({2026, 11, 1}, QDate());
+        QCOMPARE(endless.start, endless.end);
     }
 
     void shouldEndADayAtTheStartOfTheNext_data()

@@ -1,5 +1,6 @@
 #include "../support/teststore.h"
 #include "model/periodreading.h"
+#include "model/projectcode.h"
 
 #include <SQLiteCpp/Database.h>
 
@@ -137,6 +138,24 @@ private Q_SLOTS:
                  QStringList({u"2026-11-20 anders X 0"_s, u"2026-11-20 started - 90"_s,
                               u"2026-11-20 new - 0"_s}));
         QVERIFY(store.context().hasChanges());
+    }
+
+    void shouldCountNeitherOtherRecordsNorATaskThatComesAndGoes()
+    {
+        // given
+        TestStore store(m_clock, oneByOne());
+        store.insertTask(u"a"_s);
+        QVERIFY(store.context().save());
+        PeriodReading reading(store.context(), period(1));
+        while (!reading.goOn())
+            continue;
+
+        // when
+        store.context().remove(store.insert<ProjectCode>(u"X"_s, u"x"_s));
+        store.context().remove(store.insertTask(u"b"_s));
+
+        // then
+        QCOMPARE(linesOf(reading.take()), QStringList{u"2026-11-20 a - 0"_s});
     }
 
     void shouldNotCountRowsAsRemovedThatAreGivenAgain()

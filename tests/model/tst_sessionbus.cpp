@@ -6,6 +6,12 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <cstring>
+
 using namespace Qt::StringLiterals;
 
 class TestSessionBus : public QObject
@@ -47,6 +53,39 @@ private Q_SLOTS:
         QVERIFY(!bus.isConnected());
         QCOMPARE(bus.lastError().name(), u"org.freedesktop.DBus.Error.BadAddress"_s);
         QVERIFY(file.remove());
+    }
+
+    void shouldLeaveTheBusThatIsToBeFound()
+    {
+        // given a socket of the user's own where the library looks for a bus
+        qputenv("DBUS_SESSION_BUS_ADDRESS", "autolaunch:");
+        const QByteArray path = QFile::encodeName(m_folder.filePath(u"bus"_s));
+        sockaddr_un address{};
+        address.sun_family = AF_UNIX;
+        QVERIFY(static_cast<std::size_t>(path.size()) < sizeof address.sun_path);
+        std::memcpy(address.sun_path, path.constData(), path.size());
+        const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        QCOMPARE(::bind(socket, reinterpret_cast<const sockaddr *>(&address), sizeof address), 0);
+
+        // when
+        neverStartABus();
+
+        // then
+        QVERIFY(!qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS"));
+        ::close(socket);
+        QVERIFY(QFile::remove(m_folder.filePath(u"bus"_s)));
+    }
+
+    void shouldHaveNoBusStartedWithoutAFolderForIt()
+    {
+        // given
+        qunsetenv("XDG_RUNTIME_DIR");
+
+        // when
+        neverStartABus();
+
+        // then
+        QCOMPARE(qgetenv("DBUS_SESSION_BUS_ADDRESS"), "disabled:");
     }
 
     void shouldLeaveTheBusThatIsPromised()

@@ -226,6 +226,15 @@ private Q_SLOTS:
         }
     }
 
+    void shouldTakeMomentsBeyondTheCalendarForDays()
+    {
+        const FakeClock clock;
+        QCOMPARE(daysOf(clock.calendar(), clock.now(),
+                        {stored(2, u"b"_s, 1e300), stored(1, u"a"_s, 1e300),
+                         stored(0, u"later"_s, 2e300)}),
+                 QStringList({u" a 0"_s, u" b 0"_s, u" later 0"_s}));
+    }
+
     void shouldCountRunningTasksUpToOneMoment()
     {
         // given
