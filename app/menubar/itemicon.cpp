@@ -45,7 +45,8 @@ QImage clockPicture(int side, const QString &hours, const QString &minutes)
     font.setPixelSize(side);
     const QFontMetricsF metrics(font);
     const qreal height = metrics.tightBoundingRect(u"0"_s).height();
-    const qreal width = std::max(metrics.horizontalAdvance(hours), metrics.horizontalAdvance(minutes));
+    const qreal width =
+        std::max(metrics.horizontalAdvance(hours), metrics.horizontalAdvance(minutes));
     constexpr int Gap = 1;
     const int lineHeight = (side - Gap) / 2;
     const qreal scale = std::min(lineHeight / height, side / width);
@@ -139,11 +140,15 @@ QIcon itemicon::icon()
     return icon;
 }
 
-ItemIcon itemicon::forBar(bool isRecoloured)
+ItemIcon itemicon::forBar(const QString &process)
 {
-    if (const QString name = symbolicName(); isRecoloured && !name.isEmpty())
+    if (const QString name = symbolicName(); isRecolouredBy(process) && !name.isEmpty())
         return {name, {}};
-    return {picturePath(), pixmaps(picture)};
+    const QString path = picturePath();
+    // Cinnamon's reads all of the item each second.
+    if (process == u"xapp-sn-watcher"_s && !path.isEmpty())
+        return {path, {}};
+    return {path, pixmaps(picture)};
 }
 
 ItemIcon itemicon::clock(const QString &hours, const QString &minutes)

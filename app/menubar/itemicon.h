@@ -45,10 +45,11 @@ bool isAllOfItem(const QString &process);
 
 /// The pictures in all sizes that bars use. Their colour can be seen on light and on dark bars.
 QIcon icon();
-/// For a bar that recolours icons (@p isRecoloured) the installed symbolic icon's name. For others,
-/// and where that is not installed, the picture in all sizes, and the path of one that is written
-/// to the user's cache; the path is empty if that fails.
-ItemIcon forBar(bool isRecoloured);
+/// For bars of a @p process that recolours icons the installed symbolic icon's name. For others,
+/// and where that is not installed, the path of a picture that is written to the user's cache, and,
+/// unless bars of that process are known to take the path, the picture in all sizes. The path is
+/// empty if it cannot be written.
+ItemIcon forBar(const QString &process);
 /// @p hours above @p minutes, in all sizes and in the picture's colour.
 ItemIcon clock(const QString &hours, const QString &minutes);
 

@@ -2,6 +2,7 @@
 
 #include "app/windows/bringforward.h"
 #include "app/windows/platform.h"
+#include "app/windows/x11requests.h"
 
 #include <utility>
 
@@ -114,7 +115,7 @@ void MenuBarExtra::makeStatusNotifierItem()
     if (!m_isItemRead)
         m_readingTimer.start();
     const QString process = m_statusNotifierLink->process();
-    const ItemIcon icon = itemicon::forBar(itemicon::isRecolouredBy(process));
+    const ItemIcon icon = itemicon::forBar(process);
     m_isIconAll = itemicon::isAllOfItem(process);
     m_clockInIcon.clear();
     if (m_item) {
@@ -133,7 +134,13 @@ void MenuBarExtra::makeStatusNotifierItem()
             [this](const QString &token) { m_activationToken = token; });
     m_menu = std::make_unique<MenuBarMenu>(m_connection, m_timerManager, m_modelContext);
     connect(m_menu.get(), &MenuBarMenu::openMainWindow, this, &MenuBarExtra::requestMainWindow);
-    connect(m_menu.get(), &MenuBarMenu::quit, this, &MenuBarExtra::quit);
+    // No window answers these, so the desktop is told itself.
+    connect(m_menu.get(), &MenuBarMenu::taskChosen, this,
+            [this] { endStartOnX11(std::exchange(m_activationToken, {})); });
+    connect(m_menu.get(), &MenuBarMenu::quit, this, [this] {
+        endStartOnX11(std::exchange(m_activationToken, {}));
+        Q_EMIT quit();
+    });
     m_statusNotifierLink->keepRegistered();
 }
 
@@ -196,7 +203,7 @@ void MenuBarExtra::showClockInIcon()
     if (std::exchange(m_clockInIcon, clock) == clock)
         return;
     m_item->setIcon(clock.isEmpty()
-                        ? itemicon::forBar(false)
+                        ? itemicon::forBar({})
                         : itemicon::clock(clock.section(u':', 0, 0), clock.section(u':', 1)));
 }
 

@@ -108,6 +108,7 @@ void MenuBarMenu::choose(int id)
     const QList<Task *> tasks = m_viewModel.todaysTasks();
     for (Task *task : tasks) {
         if (idOf(*task) == id) {
+            Q_EMIT taskChosen();
             m_viewModel.toggleTask(task);
             return;
         }

@@ -19,6 +19,8 @@ public:
                 ModelContext &modelContext);
 
 Q_SIGNALS:
+    /// A task is about to be started or stopped.
+    void taskChosen();
     void openMainWindow();
     void quit();
 

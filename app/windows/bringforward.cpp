@@ -1,12 +1,10 @@
 #include "app/windows/bringforward.h"
 
+#include "app/windows/platform.h"
 #include "app/windows/x11requests.h"
 
-#include <QGuiApplication>
 #include <QTimer>
 #include <QWindow>
-
-using namespace Qt::StringLiterals;
 
 void useActivationToken(const QString &activationToken)
 {
@@ -27,7 +25,7 @@ void bringForward(QWindow &window, const QString &activationToken)
     window.requestActivate();
     activateOnX11(window, activationToken);
 
-    if (QGuiApplication::platformName().startsWith(u"wayland"_s)) {
+    if (isWayland()) {
         // Some compositors raise no window but new ones.
         QTimer::singleShot(300, &window, [&window] {
             if (window.isActive() || !window.isVisible())

@@ -39,7 +39,7 @@ public:
         connect(&m_server, &QDBusServer::newConnection, this,
                 [this](const QDBusConnection &program) {
                     m_program = program;
-                    m_item = std::make_unique<StatusNotifierItem>(program, itemicon::forBar(false));
+                    m_item = std::make_unique<StatusNotifierItem>(program, itemicon::forBar({}));
                     new TasksInterface(program, &m_application);
                     m_program->registerObject(u"/dk/tulo/TimeTracker"_s, &m_application,
                                               QDBusConnection::ExportAllSlots |

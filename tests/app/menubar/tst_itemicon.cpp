@@ -85,7 +85,7 @@ private Q_SLOTS:
         install(*m_data);
 
         // when
-        const ItemIcon icon = itemicon::forBar(true);
+        const ItemIcon icon = itemicon::forBar(u"plasmashell"_s);
 
         // then
         QCOMPARE(icon.name, u"dk.tulo.TimeTracker-symbolic"_s);
@@ -98,7 +98,7 @@ private Q_SLOTS:
         install(*m_data);
 
         // when
-        const ItemIcon icon = itemicon::forBar(false);
+        const ItemIcon icon = itemicon::forBar(u"lxqt-panel"_s);
 
         // then
         QVERIFY(QFileInfo(icon.name).isAbsolute());
@@ -107,9 +107,25 @@ private Q_SLOTS:
         QVERIFY(!icon.pixmaps.isEmpty());
     }
 
+    void shouldBeThePicturesPathAloneWhereTheBarTakesIt()
+    {
+        // when
+        const ItemIcon icon = itemicon::forBar(u"xapp-sn-watcher"_s);
+
+        // then
+        QCOMPARE(icon.name, itemicon::forBar(u"lxqt-panel"_s).name);
+        QVERIFY(icon.pixmaps.isEmpty());
+
+        // when there is none
+        qputenv("XDG_CACHE_HOME", "/proc/nowhere");
+
+        // then
+        QVERIFY(!itemicon::forBar(u"xapp-sn-watcher"_s).pixmaps.isEmpty());
+    }
+
     void shouldBeAPictureWhereTheSymbolicIconIsNotInstalled()
     {
-        QCOMPARE(itemicon::forBar(true), itemicon::forBar(false));
+        QCOMPARE(itemicon::forBar(u"plasmashell"_s), itemicon::forBar(u"lxqt-panel"_s));
     }
 
     void shouldNameNoPictureWhereNoneCanBeWritten()
@@ -118,7 +134,7 @@ private Q_SLOTS:
         qputenv("XDG_CACHE_HOME", "/proc/nowhere");
 
         // when
-        const ItemIcon icon = itemicon::forBar(false);
+        const ItemIcon icon = itemicon::forBar(u"lxqt-panel"_s);
 
         // then
         QCOMPARE(icon.name, u""_s);
@@ -128,7 +144,7 @@ private Q_SLOTS:
     void shouldGiveItsPicturesInNetworkByteOrder()
     {
         // given
-        const QList<IconPixmap> pixmaps = itemicon::forBar(false).pixmaps;
+        const QList<IconPixmap> pixmaps = itemicon::forBar(u"lxqt-panel"_s).pixmaps;
 
         // then
         QList<int> sizes;
@@ -190,7 +206,7 @@ private Q_SLOTS:
     void shouldBeSeenOnLightAndOnDarkBars()
     {
         // given the picture's own colour
-        const QImage picture(itemicon::forBar(false).name);
+        const QImage picture(itemicon::forBar(u"lxqt-panel"_s).name);
         QColor colour;
         for (int y = 0; y < picture.height(); ++y) {
             for (int x = 0; x < picture.width(); ++x) {

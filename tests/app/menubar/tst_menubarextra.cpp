@@ -330,6 +330,27 @@ private Q_SLOTS:
         QVERIFY(!f.extra->panel().isOpen());
     }
 
+    void shouldUseUpTheActivationTokenForATaskOfTheMenu()
+    {
+        // given
+        Fixture f;
+        const Watcher watcher;
+        Task *const task = f.store.insertTask(u"A"_s);
+        f.start();
+        QTRY_COMPARE(watcher.items().size(), 1);
+        QSignalSpy open(f.extra.get(), &MenuBarExtra::openMainWindow);
+        f.callItem(u"ProvideXdgActivationToken"_s, {u"token"_s});
+
+        // when
+        f.chooseInMenu(u"00:00:00"_s);
+        QVERIFY(task->isRunning());
+        f.chooseInMenu(u"Åbn"_s);
+
+        // then the window that opens later does not get it
+        QCOMPARE(open.size(), 1);
+        QCOMPARE(open.takeFirst().at(0), QString());
+    }
+
     void shouldPassTheActivationTokenOfTheMenuToTheMainWindowOnce()
     {
         // given
