@@ -181,24 +181,27 @@ private Q_SLOTS:
         QFETCH(bool, isPressed);
         Fixture f(1ms);
         QVERIFY(f.isMainActive());
-        QQuickWindow other;
-        const auto putsKeyboard = [&] {
-            if (isPressed)
-                QTest::mousePress(&f.window(), Qt::LeftButton, {}, {60, 14});
-            else
-                other.show();
-            f.window().requestActivate();
-        };
-        connect(&f.window(), &QWindow::activeChanged, &f.window(), putsKeyboard,
-                Qt::SingleShotConnection);
+        connect(
+            &f.window(), &QWindow::visibleChanged, &f.window(),
+            [&f] { f.main.setFlag(Qt::WindowDoesNotAcceptFocus); }, Qt::SingleShotConnection);
+        f.clockWindow.showBeside();
+        QVERIFY(QTest::qWaitForWindowExposed(&f.window(), 30'000));
+        QVERIFY(QTest::qWaitForWindowActive(&f.window(), 30'000));
+        QCOMPARE(f.guard.expected().size(), 1);
 
         // when
-        f.clockWindow.showBeside();
+        QQuickWindow other;
+        if (isPressed) {
+            QTest::mousePress(&f.window(), Qt::LeftButton, {}, {60, 14});
+        } else {
+            other.show();
+            QVERIFY(QTest::qWaitForWindowActive(&other, 30'000));
+            f.window().requestActivate();
+            QVERIFY(QTest::qWaitForWindowActive(&f.window(), 30'000));
+        }
+        QTest::keyClick(&f.window(), Qt::Key_A);
 
         // then
-        QTRY_VERIFY(f.window().isVisible());
-        QVERIFY(QTest::qWaitForWindowActive(&f.window(), 30'000));
-        QTest::keyClick(&f.window(), Qt::Key_A);
         QVERIFY(f.hasClockKeyboard());
         QVERIFY(f.window().isVisible());
         QCOMPARE(f.typed(), u""_s);
