@@ -27,8 +27,11 @@ void bringForward(QWindow &window, const QString &activationToken)
 
     if (isWayland()) {
         // Some compositors raise no window but new ones.
-        QTimer::singleShot(300, &window, [&window] {
-            if (window.isActive() || !window.isVisible())
+        const QWindow *const before = QGuiApplication::focusWindow();
+        QTimer::singleShot(300, &window, [&window, before] {
+            // The user may have gone on to another window of the program.
+            const QWindow *const now = QGuiApplication::focusWindow();
+            if (window.isActive() || !window.isVisible() || (now && now != before))
                 return;
             window.setVisible(false);
             window.setVisible(true);
