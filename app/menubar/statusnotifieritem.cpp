@@ -4,6 +4,11 @@
 
 using namespace Qt::StringLiterals;
 
+namespace
+{
+const QString Name = u"TULO Time Tracker"_s;
+} // namespace
+
 QString StatusNotifierItem::path()
 {
     return u"/StatusNotifierItem"_s;
@@ -69,14 +74,16 @@ QString StatusNotifierItem::id() const
     return u"dk.tulo.TimeTracker"_s;
 }
 
-QString StatusNotifierItem::name() const
-{
-    return u"TULO Time Tracker"_s;
-}
-
 QString StatusNotifierItem::title() const
 {
-    return m_hasToolTip ? name() : QString();
+    return m_hasToolTip ? Name : QString();
+}
+
+QString StatusNotifierItem::description() const
+{
+    if (!m_hasToolTip)
+        return {};
+    return m_label.isEmpty() ? Name : m_label + u" – "_s + Name;
 }
 
 QString StatusNotifierItem::status() const
@@ -98,10 +105,8 @@ QList<IconPixmap> StatusNotifierItem::iconPixmap() const
 
 StatusNotifierToolTip StatusNotifierItem::toolTip() const
 {
-    if (!m_hasToolTip)
-        return {};
     // All in the tooltip's title, as some bars show nothing else of it.
-    return {QString(), {}, m_label.isEmpty() ? name() : m_label + u" – "_s + name(), {}};
+    return {QString(), {}, description(), {}};
 }
 
 QString StatusNotifierItem::labelGuide() const

@@ -38,7 +38,7 @@ class StatusNotifierItem : public QObject
     Q_PROPERTY(bool ItemIsMenu READ itemIsMenu)
     Q_PROPERTY(QString IconName READ iconName)
     Q_PROPERTY(QList<IconPixmap> IconPixmap READ iconPixmap)
-    Q_PROPERTY(QString IconAccessibleDesc READ title)
+    Q_PROPERTY(QString IconAccessibleDesc READ description)
     Q_PROPERTY(QString OverlayIconName READ empty)
     Q_PROPERTY(QList<IconPixmap> OverlayIconPixmap READ noPixmap)
     Q_PROPERTY(QString AttentionIconName READ empty)
@@ -67,8 +67,9 @@ public:
 
     QString category() const;
     QString id() const;
-    QString name() const;
     QString title() const;
+    /// What the tooltip says; Xfce shows it below, unless it is the same.
+    QString description() const;
     QString status() const;
     uint windowId() const { return 0; }
     QDBusObjectPath menu() const { return QDBusObjectPath(menuPath()); }

@@ -39,7 +39,8 @@ private:
         QRect rect;
         for (int y = top; y < bottom; ++y) {
             for (int x = 0; x < pixmap.width; ++x) {
-                if (pixmap.pixels[4 * (y * pixmap.width + x)] != 0)
+                const int alpha = 4 * (y * pixmap.width + x);
+                if (pixmap.pixels[alpha] != 0)
                     rect |= QRect(x, y, 1, 1);
             }
         }

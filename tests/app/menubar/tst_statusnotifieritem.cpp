@@ -151,6 +151,8 @@ private Q_SLOTS:
         f.item.setLabel(u"01:02:05"_s);
         f.host.listenTo(f.service);
 
+        QCOMPARE(f.property(u"IconAccessibleDesc"_s), u"01:02:05 – TULO Time Tracker"_s);
+
         // when
         f.item.setHasToolTip(false);
 
