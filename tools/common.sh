@@ -25,6 +25,10 @@ test_packages=(
   dpkg-dev file man-db desktop-file-utils appstream lintian
 )
 lint_packages=(shellcheck)
+# With these, a Wayland compositor places the panel. Debian 12 has the first one for Qt 5 alone.
+if grep -qx 'VERSION_CODENAME=trixie' /etc/os-release 2>/dev/null; then
+  build_packages+=(liblayershellqtinterface-dev libwayland-dev)
+fi
 fuzz_packages=(clang libclang-rt-dev)
 coverage_packages=(gcovr)
 # The layout and the checks of C++ are a gate with this one version, which Debian 13 has no more.

@@ -55,11 +55,10 @@ void MenuBarPanel::toggle(const QPoint &reported)
 {
     if (closesInstead())
         return;
-    // On Wayland a program knows no positions, and the compositor places the panel.
-    PanelClick click{reported, std::nullopt};
-    if (!isWayland())
-        click.pointer = QCursor::pos();
-    open(panelAnchor(click, panelScreens()), nullptr);
+    // On Wayland a program does not know where the pointer is.
+    open(isWayland() ? reportedAnchor(reported, panelScreens())
+                     : panelAnchor({reported, QCursor::pos()}, panelScreens()),
+         nullptr);
 }
 
 void MenuBarPanel::toggleAt(const QRect &anchor, QWindow *item)
@@ -100,6 +99,10 @@ void MenuBarPanel::open(const QRect &anchor, QWindow *item)
     m_window->setTransientParent(item);
     m_anchor = anchor;
     m_hadFocus = false;
+    if (!item && LayerSurface::isPossible()) {
+        m_layerSurface = new LayerSurface(*m_window, edges());
+        connect(m_layerSurface, &LayerSurface::keyboardLeft, this, &MenuBarPanel::closeForAnother);
+    }
 
     connect(m_window.get(), SIGNAL(openMainWindow()), this, SIGNAL(openMainWindow()));
     connect(m_window.get(), SIGNAL(quit()), this, SIGNAL(quit()));
@@ -119,15 +122,32 @@ void MenuBarPanel::open(const QRect &anchor, QWindow *item)
 
 void MenuBarPanel::place()
 {
-    const QSize size = m_window->property("contentSize").toSizeF().toSize();
+    const QSize size = contentSize();
     limitSize(*m_window, size);
+    if (m_layerSurface) {
+        m_window->resize(size);
+        m_layerSurface->move(edges());
+        return;
+    }
     // Both in one request: some window managers answer a place alone with the size that was before.
     m_window->setGeometry({panelPosition(size, m_anchor, panelScreens()), size});
 }
 
+QSize MenuBarPanel::contentSize() const
+{
+    return m_window->property("contentSize").toSizeF().toSize();
+}
+
+PanelEdges MenuBarPanel::edges() const
+{
+    return panelEdges(contentSize(), m_anchor, panelScreens());
+}
+
 void MenuBarPanel::onFocusWindowChanged(QWindow *focus)
 {
-    if (!m_window)
+    // Of a layer surface, Qt knows less than the compositor tells: its own windows' states come
+    // late.
+    if (!m_window || m_layerSurface)
         return;
     // Qt tells a while later that a window has lost the keyboard to none of the program's. If that
     // was the panel that has just been closed, this one has it by now.
@@ -137,9 +157,14 @@ void MenuBarPanel::onFocusWindowChanged(QWindow *focus)
         m_hadFocus = true;
     } else if (m_hadFocus) {
         m_hadFocus = false;
-        m_sinceClosing.start();
-        m_window->close();
+        closeForAnother();
     }
+}
+
+void MenuBarPanel::closeForAnother()
+{
+    m_sinceClosing.start();
+    m_window->close();
 }
 
 void MenuBarPanel::onPressed()
@@ -161,6 +186,8 @@ void MenuBarPanel::onReleased()
 void MenuBarPanel::drop()
 {
     m_window->disconnect(this);
+    if (m_layerSurface)
+        std::exchange(m_layerSurface, nullptr)->disconnect(this);
     // This may be a part of the window's own closing. Its view-model lives as long as it.
     m_viewModel.release()->setParent(m_window.get());
     m_window.release()->deleteLater();

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/menubar/panelplacement.h"
+#include "app/menubar/layersurface.h"
 #include "app/windows/pointerpresses.h"
 #include "views/menubar/menubarviewmodel.h"
 
@@ -50,6 +50,10 @@ private Q_SLOTS:
 private:
     bool closesInstead();
     void open(const QRect &anchor, QWindow *item);
+    QSize contentSize() const;
+    PanelEdges edges() const;
+    /// For another window's sake, which gets the keyboard.
+    void closeForAnother();
     void onFocusWindowChanged(QWindow *focus);
     void onPressed();
     void onReleased();
@@ -62,6 +66,8 @@ private:
     std::unique_ptr<MenuBarViewModel> m_viewModel;
     std::unique_ptr<QQuickWindow> m_window;
     QRect m_anchor;
+    /// The window's, where the compositor places it; else null.
+    LayerSurface *m_layerSurface = nullptr;
     bool m_hadFocus = false;
     PointerPresses m_presses;
     /// Whether the press that has closed it goes on.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QList>
+#include <QMargins>
 #include <QPoint>
 #include <QRect>
 #include <QSize>
@@ -33,3 +34,24 @@ QRect panelAnchor(const PanelClick &click, const QList<PanelScreen> &screens);
 /// Where the top left corner of a panel of @p size goes that belongs to @p anchor: below it in the
 /// upper half of its screen, above it in the lower one, and inside what is available there.
 QPoint panelPosition(const QSize &size, const QRect &anchor, const QList<PanelScreen> &screens);
+
+/// Where a panel stands that the compositor places by the edges of a screen.
+struct PanelEdges {
+    /// Its index.
+    qsizetype screen = 0;
+    /// A horizontal and a vertical one.
+    Qt::Edges edges;
+    /// How far it is from these two, in logical pixels; the other two are 0.
+    QMargins margins;
+    /// Whether that is measured from the desktop's own bars, or from the screen's own edges.
+    bool isBesideBars = true;
+};
+
+/// The place of the item by what the desktop's bar says, on Wayland, where a program knows of no
+/// pointer: in logical pixels, as most bars have it, else in physical ones; else the first screen's
+/// top right corner.
+QRect reportedAnchor(const QPoint &reported, const QList<PanelScreen> &screens);
+
+/// Where a panel of @p size stands that belongs to @p anchor: beside the bar at the edge that the
+/// anchor is near to, else below or above the anchor itself; always inside of its screen.
+PanelEdges panelEdges(const QSize &size, const QRect &anchor, const QList<PanelScreen> &screens);

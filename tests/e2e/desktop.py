@@ -82,6 +82,15 @@ def status_notifier_host():
 
 
 @contextlib.contextmanager
+def wayland_bar(name):
+    """One of the bars of the Wayland session, "top" or "bottom"; it shows status notifier items."""
+    with _running("swaybar", "-b", name):
+        wait_until(has_watcher, "the bar is there", 60)
+        yield
+    wait_until(lambda: not has_watcher(), "the bar is gone")
+
+
+@contextlib.contextmanager
 def xembed_tray():
     """A tray of the old kind."""
     with _running("trayer", "--edge", "top", "--align", "right", "--width", "20", "--height",
@@ -121,10 +130,10 @@ def item_label():
                      "XAyatanaLabel")
 
 
-def activate_item():
-    """What a bar does whose user presses the item by keyboard."""
+def activate_item(x=0, y=0):
+    """What a bar does whose user clicks the item there, or presses it by keyboard."""
     _call(_items()[0], "/StatusNotifierItem", "org.kde.StatusNotifierItem", "Activate",
-          GLib.Variant("(ii)", (0, 0)), "()")
+          GLib.Variant("(ii)", (x, y)), "()")
 
 
 def item_seconds():

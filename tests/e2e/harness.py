@@ -425,7 +425,8 @@ class Story(unittest.TestCase):
 
     def environment(self):
         kept = ("PATH", "DISPLAY", "WAYLAND_DISPLAY", "DBUS_SESSION_BUS_ADDRESS",
-                "XDG_RUNTIME_DIR", "XDG_SESSION_TYPE", "TZ", "ASAN_OPTIONS", "UBSAN_OPTIONS")
+                "XDG_RUNTIME_DIR", "XDG_SESSION_TYPE", "SWAYSOCK", "TZ", "ASAN_OPTIONS",
+                "UBSAN_OPTIONS")
         return {name: os.environ[name] for name in kept if name in os.environ} | {
             "HOME": str(self.home), "LC_ALL": "C.UTF-8", "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
             "QT_MESSAGE_PATTERN": MESSAGES}

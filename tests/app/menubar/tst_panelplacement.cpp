@@ -19,6 +19,17 @@ private:
         return panelPosition(panel, panelAnchor(click, screens), screens);
     }
 
+    /// On a screen of 1000 × 800.
+    static void shouldStandAt(const QPoint &point, const PanelEdges &expected)
+    {
+        const PanelEdges found = panelEdges(panel, QRect(point, QSize(1, 1)),
+                                            {{{0, 0, 1000, 800}, {0, 0, 1000, 800}, 1}});
+        QCOMPARE(found.screen, expected.screen);
+        QCOMPARE(found.edges, expected.edges);
+        QCOMPARE(found.margins, expected.margins);
+        QCOMPARE(found.isBesideBars, expected.isBesideBars);
+    }
+
 private Q_SLOTS:
     void shouldHangBelowATopPanelCentredUnderTheItem()
     {
@@ -114,6 +125,71 @@ private Q_SLOTS:
         const QList<PanelScreen> screens{withTopBar()};
         QCOMPARE(panelPosition(panel, {400, 100, 120, 28}, screens), QPoint(459 - 120, 128));
         QCOMPARE(panelPosition(panel, {400, 600, 120, 28}, screens), QPoint(459 - 120, 400));
+    }
+
+    void shouldStandAtTheEdgeThatHoldsTheBar()
+    {
+        shouldStandAt({520, 15}, {0, Qt::TopEdge | Qt::RightEdge, {0, 0, 360, 0}, true});
+        shouldStandAt({400, 785}, {0, Qt::BottomEdge | Qt::LeftEdge, {280, 0, 0, 0}, true});
+        shouldStandAt({15, 300}, {0, Qt::LeftEdge | Qt::TopEdge, {0, 200, 0, 0}, true});
+        shouldStandAt({985, 500}, {0, Qt::RightEdge | Qt::BottomEdge, {0, 0, 0, 200}, true});
+    }
+
+    void shouldStandInTheCornerWhereTheItemIsNearToTwoEdges()
+    {
+        shouldStandAt({5, 15}, {0, Qt::TopEdge | Qt::LeftEdge, {}, true});
+        shouldStandAt({995, 15}, {0, Qt::TopEdge | Qt::RightEdge, {}, true});
+        shouldStandAt({5, 785}, {0, Qt::BottomEdge | Qt::LeftEdge, {}, true});
+        shouldStandAt({995, 785}, {0, Qt::BottomEdge | Qt::RightEdge, {}, true});
+    }
+
+    void shouldStandAtTheItemItselfWhereThatIsNotInABar()
+    {
+        shouldStandAt({400, 300}, {0, Qt::TopEdge | Qt::LeftEdge, {280, 301, 0, 0}, false});
+        shouldStandAt({600, 500}, {0, Qt::BottomEdge | Qt::RightEdge, {0, 0, 280, 300}, false});
+    }
+
+    void shouldStandAtTheEdgeOfTheScreenThatWasClicked()
+    {
+        // given
+        const QList<PanelScreen> screens{withTopBar(), {{1000, 100, 640, 480}, {}, 1}};
+
+        // when
+        const PanelEdges found = panelEdges(panel, reportedAnchor({1300, 575}, screens), screens);
+
+        // then
+        QCOMPARE(found.screen, 1);
+        QCOMPARE(found.edges, Qt::BottomEdge | Qt::LeftEdge);
+        QCOMPARE(found.margins, QMargins(180, 0, 0, 0));
+    }
+
+    void shouldShowItsUpperLeftPartAtAnEdgeWhereItDoesNotFit()
+    {
+        const QList<PanelScreen> screens{{{0, 0, 200, 100}, {}, 1}};
+        for (const QPoint &point : {QPoint(100, 5), QPoint(190, 95), QPoint(100, 50)}) {
+            const PanelEdges found = panelEdges(panel, QRect(point, QSize(1, 1)), screens);
+            QCOMPARE(found.edges, Qt::TopEdge | Qt::LeftEdge);
+            QCOMPARE(found.margins, QMargins());
+        }
+    }
+
+    void shouldTakeWhatIsReportedOnWaylandForLogicalPixelsWhereItCanBe()
+    {
+        const QList<PanelScreen> screens{{{0, 0, 1000, 800}, {}, 2}};
+        QCOMPARE(reportedAnchor({600, 15}, screens), QRect(600, 15, 1, 1));
+        QCOMPARE(reportedAnchor({1900, 30}, screens), QRect(950, 15, 1, 1));
+        QCOMPARE(reportedAnchor({600, 1580}, screens), QRect(300, 790, 1, 1));
+    }
+
+    void shouldStandInTheTopRightCornerWhereNothingUsefulIsReportedOnWayland()
+    {
+        for (const QPoint &point : {QPoint(), QPoint(5000, 5000)}) {
+            const QList<PanelScreen> screens{{{0, 0, 1000, 800}, {0, 0, 1000, 800}, 1}};
+            const PanelEdges found = panelEdges(panel, reportedAnchor(point, screens), screens);
+            QCOMPARE(found.edges, Qt::TopEdge | Qt::RightEdge);
+            QCOMPARE(found.margins, QMargins());
+            QVERIFY(found.isBesideBars);
+        }
     }
 };
 
