@@ -29,6 +29,11 @@ QPalette darkPalette()
     return palette;
 }
 
+QPalette lightPalette()
+{
+    return QPalette(QColor(0xef, 0xef, 0xef));
+}
+
 Appearance::Appearance(const QDBusConnection &connection)
     : m_connection(connection)
     , m_portalWatcher(Service, connection, QDBusServiceWatcher::WatchForRegistration)
@@ -47,7 +52,11 @@ Appearance::Appearance(const QDBusConnection &connection)
 
 bool Appearance::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched == qGuiApp && event->type() == QEvent::ApplicationPaletteChange)
+    // While the application has a palette of its own, no event tells of the platform's; but each
+    // window hears that the platform's theme has changed.
+    const bool isPlatformPalette =
+        watched == qGuiApp && !m_hasOwnPalette && event->type() == QEvent::ApplicationPaletteChange;
+    if (isPlatformPalette || event->type() == QEvent::ThemeChange)
         update();
     return false;
 }
@@ -77,17 +86,17 @@ void Appearance::setColorScheme(const QVariant &value)
     const bool isNested = value.userType() == qMetaTypeId<QDBusVariant>();
     const QVariant scheme = isNested ? value.value<QDBusVariant>().variant() : value;
     m_wantsDark = scheme.toUInt() == PrefersDark;
+    m_hasWantedDark = m_hasWantedDark || m_wantsDark;
     update();
 }
 
 void Appearance::update()
 {
-    if (m_wantsDark && !m_hasOwnPalette && !isDarkPalette(QGuiApplication::palette())) {
-        m_hasOwnPalette = true;
-        QGuiApplication::setPalette(darkPalette());
-    } else if (!m_wantsDark && m_hasOwnPalette) {
-        m_hasOwnPalette = false;
-        // An empty palette restores the platform's own.
+    // An empty palette restores the platform's own.
+    if (m_hasOwnPalette)
         QGuiApplication::setPalette(QPalette());
-    }
+    const bool isDark = isDarkPalette(QGuiApplication::palette());
+    m_hasOwnPalette = m_wantsDark ? !isDark : isDark && m_hasWantedDark;
+    if (m_hasOwnPalette)
+        QGuiApplication::setPalette(m_wantsDark ? darkPalette() : lightPalette());
 }

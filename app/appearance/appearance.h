@@ -7,8 +7,10 @@
 #include <QPalette>
 
 /// Makes the application dark where the desktop wants that and the platform's palette does not know
-/// it. The wish comes from the desktop's settings portal, also while the program runs; a palette
-/// that is dark already stays as it is. Waits for nothing, and has no service started.
+/// it, and light again where the palette does not come along with that. The wish comes from the
+/// desktop's settings portal, also while the program runs; a palette that fits it stays as it is,
+/// and so does one that is dark where the desktop has never wanted that. Waits for nothing, and has
+/// no service started.
 class Appearance : public QObject
 {
     Q_OBJECT
@@ -30,9 +32,15 @@ private:
     QDBusConnection m_connection;
     QDBusServiceWatcher m_portalWatcher;
     bool m_wantsDark = false;
+    /// Now or earlier.
+    bool m_hasWantedDark = false;
     bool m_hasOwnPalette = false;
 };
 
 /// What the application looks like where the desktop wants it dark and the platform's palette is
 /// light.
 QPalette darkPalette();
+
+/// What the application looks like where the desktop wants it dark no more and the platform's
+/// palette remains dark.
+QPalette lightPalette();

@@ -216,12 +216,23 @@ private Q_SLOTS:
         QTRY_VERIFY(!isDark());
     }
 
+    void shouldLeaveADarkPaletteOfThePlatformAsItIs_data()
+    {
+        QTest::addColumn<uint>("scheme");
+        QTest::newRow("no preference") << 0U;
+        QTest::newRow("dark") << 1U;
+        QTest::newRow("light") << 2U;
+    }
+
     void shouldLeaveADarkPaletteOfThePlatformAsItIs()
     {
+        QFETCH(uint, scheme);
+
         // given
-        const QPalette dark(QColor(0x50, 0x40, 0x40), QColor(0x30, 0x20, 0x20));
-        QGuiApplication::setPalette(dark);
-        Portal portal(1U);
+        QGuiApplication::setPalette(QPalette(QColor(0x50, 0x40, 0x40), QColor(0x30, 0x20, 0x20)));
+        const QPalette before = QGuiApplication::palette();
+        QVERIFY(isDark());
+        Portal portal(scheme);
 
         // when
         const Appearance appearance(m_bus);
@@ -229,15 +240,36 @@ private Q_SLOTS:
         portal.settle();
 
         // then
-        const auto window = [] { return QGuiApplication::palette().color(QPalette::Window); };
-        QCOMPARE(window(), QColor(0x30, 0x20, 0x20));
+        QCOMPARE(QGuiApplication::palette(), before);
 
         // when
-        portal.setColorScheme(2);
+        portal.setColorScheme(scheme);
         portal.settle();
 
         // then
-        QCOMPARE(window(), QColor(0x30, 0x20, 0x20));
+        QCOMPARE(QGuiApplication::palette(), before);
+    }
+
+    void shouldBecomeLightWithTheDesktopWhereThePlatformsPaletteRemainsDark()
+    {
+        for (const uint light : {2U, 0U}) {
+            // given
+            QGuiApplication::setPalette(
+                QPalette(QColor(0x50, 0x40, 0x40), QColor(0x30, 0x20, 0x20)));
+            Portal portal(1U);
+            const Appearance appearance(m_bus);
+            QTRY_COMPARE(portal.questions(), 1);
+            portal.settle();
+            QVERIFY(isDark());
+
+            // when
+            portal.setColorScheme(light);
+
+            // then
+            QTRY_VERIFY(!isDark());
+            QCOMPARE(QGuiApplication::palette().color(QPalette::Window),
+                     lightPalette().color(QPalette::Window));
+        }
     }
 
     void shouldBecomeDarkWhenThePlatformsPaletteTurnsLight()
