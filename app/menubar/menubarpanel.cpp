@@ -17,12 +17,18 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
+/// Plasma's bars float from version 6 on, and take the room that they would if they did not.
+int barOverhang()
+{
+    return qEnvironmentVariableIntValue("KDE_SESSION_VERSION") >= 6 ? 8 : 0;
+}
+
 QList<PanelScreen> panelScreens()
 {
     QList<PanelScreen> screens;
     for (const QScreen *screen : QGuiApplication::screens())
-        screens.append(
-            {screen->geometry(), screen->availableGeometry(), screen->devicePixelRatio()});
+        screens.append({screen->geometry(), screen->availableGeometry(), screen->devicePixelRatio(),
+                        barOverhang()});
     return screens;
 }
 

@@ -39,6 +39,17 @@ bool isWhereBarsAre(const QPoint &point, const PanelScreen &screen)
            (!screen.available.contains(point) || !inner.contains(point));
 }
 
+/// What the bars leave free that overhang.
+QRect freeRoom(const PanelScreen &screen)
+{
+    const QRect &whole = screen.geometry;
+    const QRect &room = screen.available;
+    const auto beyond = [&screen](int depth) { return depth > 0 ? screen.overhang : 0; };
+    return room.adjusted(beyond(room.left() - whole.left()), beyond(room.top() - whole.top()),
+                         -beyond(whole.right() - room.right()),
+                         -beyond(whole.bottom() - room.bottom()));
+}
+
 } // namespace
 
 QRect panelAnchor(const PanelClick &click, const QList<PanelScreen> &screens)
@@ -64,7 +75,7 @@ QRect panelAnchor(const PanelClick &click, const QList<PanelScreen> &screens)
 QPoint panelPosition(const QSize &size, const QRect &anchor, const QList<PanelScreen> &screens)
 {
     const PanelScreen &screen = screens.at(screenOf(anchor, screens));
-    const QRect &room = screen.available;
+    const QRect room = freeRoom(screen);
     const bool isDownward = anchor.center().y() <= screen.geometry.center().y();
     const QPoint wanted(anchor.center().x() - size.width() / 2,
                         isDownward ? anchor.bottom() + 1 : anchor.top() - size.height());
@@ -85,7 +96,8 @@ PanelEdges panelEdges(const QSize &size, const QRect &anchor, const QList<PanelS
 {
     PanelEdges found;
     found.screen = screenOf(anchor, screens);
-    const QRect &whole = screens.at(found.screen).geometry;
+    const PanelScreen &screen = screens.at(found.screen);
+    const QRect &whole = screen.geometry;
     const QRect item = anchor.translated(-whole.topLeft());
     const QSize room = whole.size() - size;
     const bool isRight = item.center().x() > whole.width() / 2 && room.width() > 0;
@@ -101,9 +113,9 @@ PanelEdges panelEdges(const QSize &size, const QRect &anchor, const QList<PanelS
 
     QPoint wanted = item.center() - QPoint(size.width(), size.height()) / 2;
     if (isInColumn)
-        wanted.setX(isRight ? room.width() : 0);
+        wanted.setX(isRight ? room.width() - screen.overhang : screen.overhang);
     else if (isInRow)
-        wanted.setY(isBottom ? room.height() : 0);
+        wanted.setY(isBottom ? room.height() - screen.overhang : screen.overhang);
     else
         wanted.setY(isBottom ? item.top() - size.height() : item.bottom() + 1);
     const int left = within(wanted.x(), size.width(), 0, whole.width());

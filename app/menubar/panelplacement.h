@@ -15,6 +15,8 @@ struct PanelScreen {
     QRect available;
     /// Physical pixels for each logical one.
     double scale = 1;
+    /// How far a bar may reach beyond the room that it takes.
+    int overhang = 0;
 };
 
 /// Where the item was clicked, as far as it is known.

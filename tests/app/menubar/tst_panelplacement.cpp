@@ -135,6 +135,30 @@ private Q_SLOTS:
         shouldStandAt({985, 500}, {0, Qt::RightEdge | Qt::BottomEdge, {0, 0, 0, 200}, true});
     }
 
+    void shouldKeepClearOfABarThatReachesBeyondItsRoom()
+    {
+        // given: 40 pixels of room are taken by a bar that ends 8 pixels farther in
+        const QList<PanelScreen> below{{{0, 0, 1000, 800}, {0, 0, 1000, 760}, 1, 8}};
+        const QList<PanelScreen> above{{{0, 0, 1000, 800}, {0, 40, 1000, 760}, 1, 8}};
+        const QList<PanelScreen> left{{{0, 0, 1000, 800}, {40, 0, 960, 800}, 1, 8}};
+        const QList<PanelScreen> right{{{0, 0, 1000, 800}, {0, 0, 960, 800}, 1, 8}};
+
+        // then
+        QCOMPARE(place({{}, QPoint(500, 770)}, below), QPoint(380, 752 - 200));
+        QCOMPARE(place({{}, QPoint(500, 20)}, above), QPoint(380, 48));
+        QCOMPARE(place({{}, QPoint(20, 300)}, left), QPoint(48, 301));
+        QCOMPARE(place({{}, QPoint(980, 300)}, right), QPoint(952 - 240, 301));
+        QCOMPARE(place({{}, QPoint(990, 20)}, above), QPoint(760, 48));
+        const auto margins = [&below](const QPoint &point) {
+            return panelEdges(panel, QRect(point, QSize(1, 1)), below).margins;
+        };
+        QCOMPARE(margins({400, 785}), QMargins(280, 0, 0, 8));
+        QCOMPARE(margins({520, 15}), QMargins(0, 8, 360, 0));
+        QCOMPARE(margins({15, 300}), QMargins(8, 200, 0, 0));
+        QCOMPARE(margins({985, 500}), QMargins(0, 0, 8, 200));
+        QCOMPARE(margins({400, 300}), QMargins(280, 301, 0, 0));
+    }
+
     void shouldStandInTheCornerWhereTheItemIsNearToTwoEdges()
     {
         shouldStandAt({5, 15}, {0, Qt::TopEdge | Qt::LeftEdge, {}, true});
