@@ -32,7 +32,7 @@ private:
     QDBusConnection m_connection;
     QDBusServiceWatcher m_portalWatcher;
     bool m_wantsDark = false;
-    /// Now or earlier.
+    /// Whether it does now or has done so earlier.
     bool m_hasWantedDark = false;
     bool m_hasOwnPalette = false;
 };

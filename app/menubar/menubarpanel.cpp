@@ -17,19 +17,28 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-/// Plasma's bars float from version 6 on, and take the room that they would if they did not.
-int barOverhang()
+bool isPlasma6()
 {
-    return qEnvironmentVariableIntValue("KDE_SESSION_VERSION") >= 6 ? 8 : 0;
+    return qEnvironmentVariableIntValue("KDE_SESSION_VERSION") >= 6;
 }
 
 QList<PanelScreen> panelScreens()
 {
+    // Plasma's bars float, and take the room that they would if they did not.
+    const int overhang = isPlasma6() ? 8 : 0;
     QList<PanelScreen> screens;
     for (const QScreen *screen : QGuiApplication::screens())
         screens.append({screen->geometry(), screen->availableGeometry(), screen->devicePixelRatio(),
-                        barOverhang()});
+                        overhang});
     return screens;
+}
+
+QRect clickedAnchor(const QPoint &reported)
+{
+    if (!isWayland())
+        return panelAnchor({reported, QCursor::pos()}, panelScreens());
+    return reportedAnchor(reported, panelScreens(),
+                          isPlasma6() ? Pixels::Physical : Pixels::Logical);
 }
 
 } // namespace
@@ -61,10 +70,7 @@ void MenuBarPanel::toggle(const QPoint &reported)
 {
     if (closesInstead())
         return;
-    // On Wayland a program does not know where the pointer is.
-    open(isWayland() ? reportedAnchor(reported, panelScreens())
-                     : panelAnchor({reported, QCursor::pos()}, panelScreens()),
-         nullptr);
+    open(clickedAnchor(reported), nullptr);
 }
 
 void MenuBarPanel::toggleAt(const QRect &anchor, QWindow *item)

@@ -32,11 +32,15 @@ int within(int place, int length, int from, int roomLength)
     return std::max(from, std::min(place, from + roomLength - length));
 }
 
+bool isOn(const QPoint &point, const PanelScreen &screen)
+{
+    return screen.geometry.contains(point);
+}
+
 bool isWhereBarsAre(const QPoint &point, const PanelScreen &screen)
 {
     const QRect inner = screen.geometry.adjusted(PanelDepth, PanelDepth, -PanelDepth, -PanelDepth);
-    return screen.geometry.contains(point) &&
-           (!screen.available.contains(point) || !inner.contains(point));
+    return isOn(point, screen) && (!screen.available.contains(point) || !inner.contains(point));
 }
 
 /// What the bars leave free that overhang.
@@ -83,13 +87,22 @@ QPoint panelPosition(const QSize &size, const QRect &anchor, const QList<PanelSc
             within(wanted.y(), size.height(), room.top(), room.height())};
 }
 
-QRect reportedAnchor(const QPoint &reported, const QList<PanelScreen> &screens)
+QRect reportedAnchor(const QPoint &reported, const QList<PanelScreen> &screens, Pixels expected)
 {
-    for (const PanelScreen &screen : screens) {
-        if (!reported.isNull() && screen.geometry.contains(reported))
-            return {reported, QSize(1, 1)};
+    if (reported.isNull())
+        return panelAnchor({}, screens);
+    const Pixels other = expected == Pixels::Logical ? Pixels::Physical : Pixels::Logical;
+    for (const auto isPossible : {isWhereBarsAre, isOn}) {
+        for (const Pixels pixels : {expected, other}) {
+            for (const PanelScreen &screen : screens) {
+                const QPoint point =
+                    pixels == Pixels::Physical ? toLogical(reported, screen) : reported;
+                if (isPossible(point, screen))
+                    return {point, QSize(1, 1)};
+            }
+        }
     }
-    return panelAnchor({reported, std::nullopt}, screens);
+    return panelAnchor({}, screens);
 }
 
 PanelEdges panelEdges(const QSize &size, const QRect &anchor, const QList<PanelScreen> &screens)

@@ -49,10 +49,14 @@ struct PanelEdges {
     bool isBesideBars = true;
 };
 
-/// The place of the item by what the desktop's bar says, on Wayland, where a program knows of no
-/// pointer: in logical pixels, as most bars have it, else in physical ones; else the first screen's
-/// top right corner.
-QRect reportedAnchor(const QPoint &reported, const QList<PanelScreen> &screens);
+/// What a desktop's bar counts in.
+enum class Pixels { Logical, Physical };
+
+/// The place of the item, in logical pixels, by what the desktop's bar says alone: on Wayland a
+/// program does not know where the pointer is. Bars say it in pixels of either kind. Where bars are
+/// comes before elsewhere on a screen, then the pixels that are @p expected before the others; what
+/// leads nowhere is taken for the first screen's top right corner.
+QRect reportedAnchor(const QPoint &reported, const QList<PanelScreen> &screens, Pixels expected);
 
 /// Where a panel of @p size stands that belongs to @p anchor: beside the bar at the edge that the
 /// anchor is near to, else below or above the anchor itself; always inside of its screen.

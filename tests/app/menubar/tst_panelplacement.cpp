@@ -179,7 +179,8 @@ private Q_SLOTS:
         const QList<PanelScreen> screens{withTopBar(), {{1000, 100, 640, 480}, {}, 1}};
 
         // when
-        const PanelEdges found = panelEdges(panel, reportedAnchor({1300, 575}, screens), screens);
+        const PanelEdges found =
+            panelEdges(panel, reportedAnchor({1300, 575}, screens, Pixels::Logical), screens);
 
         // then
         QCOMPARE(found.screen, 1);
@@ -197,19 +198,41 @@ private Q_SLOTS:
         }
     }
 
-    void shouldTakeWhatIsReportedOnWaylandForLogicalPixelsWhereItCanBe()
+    void shouldTakeWhatIsReportedOnWaylandForThePixelsThatLeadToABar()
     {
-        const QList<PanelScreen> screens{{{0, 0, 1000, 800}, {}, 2}};
-        QCOMPARE(reportedAnchor({600, 15}, screens), QRect(600, 15, 1, 1));
-        QCOMPARE(reportedAnchor({1900, 30}, screens), QRect(950, 15, 1, 1));
-        QCOMPARE(reportedAnchor({600, 1580}, screens), QRect(300, 790, 1, 1));
+        // given
+        const QList<PanelScreen> screens{{{0, 0, 1000, 800}, {0, 0, 1000, 800}, 2}};
+        const auto place = [&screens](const QPoint &reported, Pixels expected) {
+            return reportedAnchor(reported, screens, expected);
+        };
+
+        // then
+        QCOMPARE(place({600, 15}, Pixels::Logical), QRect(600, 15, 1, 1));
+        QCOMPARE(place({600, 30}, Pixels::Physical), QRect(300, 15, 1, 1));
+        QCOMPARE(place({1900, 30}, Pixels::Logical), QRect(950, 15, 1, 1));
+        QCOMPARE(place({600, 1580}, Pixels::Logical), QRect(300, 790, 1, 1));
+        QCOMPARE(place({600, 790}, Pixels::Physical), QRect(600, 790, 1, 1));
+        QCOMPARE(place({600, 400}, Pixels::Logical), QRect(600, 400, 1, 1));
+        QCOMPARE(place({600, 400}, Pixels::Physical), QRect(300, 200, 1, 1));
+    }
+
+    void shouldTakeWhatIsReportedOnWaylandForTheScreenWhereItLeadsToABar()
+    {
+        // given
+        const QList<PanelScreen> screens{{{0, 0, 1000, 800}, {0, 0, 1000, 800}, 2},
+                                         {{1000, 0, 1000, 800}, {1000, 0, 1000, 800}, 2}};
+
+        // then
+        QCOMPARE(reportedAnchor({1500, 15}, screens, Pixels::Logical), QRect(1500, 15, 1, 1));
+        QCOMPARE(reportedAnchor({1500, 30}, screens, Pixels::Physical), QRect(750, 15, 1, 1));
     }
 
     void shouldStandInTheTopRightCornerWhereNothingUsefulIsReportedOnWayland()
     {
         for (const QPoint &point : {QPoint(), QPoint(5000, 5000)}) {
             const QList<PanelScreen> screens{{{0, 0, 1000, 800}, {0, 0, 1000, 800}, 1}};
-            const PanelEdges found = panelEdges(panel, reportedAnchor(point, screens), screens);
+            const PanelEdges found =
+                panelEdges(panel, reportedAnchor(point, screens, Pixels::Logical), screens);
             QCOMPARE(found.edges, Qt::TopEdge | Qt::RightEdge);
             QCOMPARE(found.margins, QMargins());
             QVERIFY(found.isBesideBars);
