@@ -121,9 +121,10 @@ QString picturePath()
 
 bool itemicon::isRecolouredBy(const QString &process)
 {
-    // The system cuts names after 15 characters, which is why Xfce's may lack its last letters.
+    // Xfce's has the plugin's name up to 4.18, of which the system keeps 15 characters, and the
+    // name of its wrapper later.
     static const QRegularExpression recolouring(
-        u"^(gnome-shell|plasmashell|kded[56]|xfce4-panel|panel-[0-9]+-systr.*)$"_s);
+        u"^(gnome-shell|plasmashell|kded[56]|xfce4-panel|panel-[0-9]+-systr.*|wrapper-2\\.0)$"_s);
     return recolouring.match(process).hasMatch();
 }
 

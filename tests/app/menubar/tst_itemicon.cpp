@@ -66,8 +66,9 @@ private Q_SLOTS:
     void shouldKnowWhichBarsRecolourIcons_data()
     {
         QTest::addColumn<bool>("isRecoloured");
-        for (const char *process : {"gnome-shell", "plasmashell", "kded5", "kded6", "xfce4-panel",
-                                    "panel-2-systray", "panel-10-systra", "panel-100-systr"})
+        for (const char *process :
+             {"gnome-shell", "plasmashell", "kded5", "kded6", "xfce4-panel", "panel-2-systray",
+              "panel-10-systra", "panel-100-systr", "wrapper-2.0"})
             QTest::newRow(process) << true;
         for (const char *process : {"lxqt-panel", "waybar", "swaybar", "notification-ar",
                                     "ayatana-indicat", "kded", "panel-3-clock", ""})
