@@ -72,14 +72,15 @@ void DBusMenu::setLines(const QList<MenuLine> &lines)
 {
     if (lines == m_lines)
         return;
-    if (!isOpen()) {
+    const auto sameID = [](const MenuLine &a, const MenuLine &b) { return a.id == b.id; };
+    const bool isSameLayout =
+        std::equal(lines.cbegin(), lines.cend(), m_lines.cbegin(), m_lines.cend(), sameID);
+    // Some bars size the menu by the lines that they know before they say that it opens.
+    if (isSameLayout && !isOpen()) {
         m_lines = lines;
         m_isUntold = true;
         return;
     }
-    const auto sameID = [](const MenuLine &a, const MenuLine &b) { return a.id == b.id; };
-    const bool isSameLayout =
-        std::equal(lines.cbegin(), lines.cend(), m_lines.cbegin(), m_lines.cend(), sameID);
     QList<DBusMenuProperties> updated;
     if (isSameLayout) {
         for (qsizetype i = 0; i < lines.size(); ++i) {

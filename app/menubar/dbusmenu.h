@@ -80,9 +80,9 @@ struct DBusMenuEvent {
     }
 };
 
-/// A flat menu that the desktop's bars show in their own style. While one of them may have it open
-/// it tells of what differs, and of nothing else; what has changed meanwhile it tells when the menu
-/// is about to be seen. Its names on the bus are fixed by the protocol.
+/// A flat menu that the desktop's bars show in their own style. It tells at once of lines that come
+/// or go; of what differs in a line while some bar may have it open, and of what has differed in
+/// the meantime when it is about to be seen. Its names on the bus are fixed by the protocol.
 class DBusMenu : public QObject, protected QDBusContext
 {
     Q_OBJECT

@@ -253,7 +253,22 @@ private Q_SLOTS:
         QVERIFY(!f.menu.isOpen());
     }
 
-    void shouldTellNothingWhileItIsClosedAndEverythingWhenItOpens()
+    void shouldTellOfLinesThatComeOrGoAlsoWhileItIsClosed()
+    {
+        // given
+        Fixture f;
+        f.menu.setLines({line(1, u"A"_s)});
+        f.host.listenTo(f.service);
+
+        // when
+        f.menu.setLines({line(1, u"A"_s), line(2, u"B"_s)});
+
+        // then a bar that sizes the menu before it says that it opens knows of them
+        QCOMPARE(f.host.heard(f.service), QStringList{u"LayoutUpdated"_s});
+        QVERIFY(!f.aboutToShow());
+    }
+
+    void shouldTellOfThoseLinesThatDifferOnlyOnceItOpens()
     {
         for (const QString &sign : {u"AboutToShow"_s, u"AboutToShowGroup"_s, u"opened"_s}) {
             // given

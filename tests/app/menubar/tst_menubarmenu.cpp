@@ -339,7 +339,7 @@ private Q_SLOTS:
         f.event(0, u"opened"_s);
 
         // then
-        QCOMPARE(f.host.heard(f.service), QStringList{u"LayoutUpdated"_s});
+        QCOMPARE(f.host.heard(f.service), QStringList{u"ItemsPropertiesUpdated"_s});
 
         // when
         QVERIFY(aTickWithANewSecond());
