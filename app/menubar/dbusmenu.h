@@ -81,8 +81,8 @@ struct DBusMenuEvent {
 };
 
 /// A flat menu that the desktop's bars show in their own style. It tells at once of lines that come
-/// or go; of what differs in a line while some bar may have it open, and of what has differed in
-/// the meantime when it is about to be seen. Its names on the bus are fixed by the protocol.
+/// or go. What differs in a line it tells while some bar may have the menu open, and otherwise once
+/// the menu is about to be seen. Its names on the bus are fixed by the protocol.
 class DBusMenu : public QObject, protected QDBusContext
 {
     Q_OBJECT
