@@ -299,6 +299,24 @@ private Q_SLOTS:
         }
     }
 
+    void shouldTellOnlyOnceOfWhatHasDifferedBeforeAndAsItOpens()
+    {
+        // given
+        Fixture f;
+        f.menu.setLines({line(1, u"A"_s), line(2, u"A"_s)});
+        connect(&f.menu, &DBusMenu::aboutToShow, &f.menu, [&f] {
+            f.menu.setLines({line(1, u"B"_s), line(2, u"B"_s)});
+        });
+        f.host.listenTo(f.service);
+        f.menu.setLines({line(1, u"B"_s), line(2, u"A"_s)});
+
+        // when
+        QVERIFY(f.aboutToShow());
+
+        // then
+        QCOMPARE(f.host.heard(f.service), QStringList{u"LayoutUpdated"_s});
+    }
+
     void shouldCountAsOpenOnceItIsAboutToShow()
     {
         for (const bool isInGroup : {false, true}) {

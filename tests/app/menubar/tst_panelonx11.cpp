@@ -7,11 +7,13 @@
 #include <QGuiApplication>
 #include <QProcess>
 #include <QQuickItem>
+#include <QScopeGuard>
 #include <QScreen>
 #include <QSignalSpy>
 #include <QTest>
 
 #include <algorithm>
+#include <array>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -65,6 +67,24 @@ protected:
 private:
     int m_presses = 0;
     int m_turns = 0;
+};
+
+/// A desktop's bar at the bottom edge. Other windows leave its room free.
+class Bar : public QWindow
+{
+public:
+    explicit Bar(int depth)
+    {
+        const QRect screen = QGuiApplication::primaryScreen()->geometry();
+        setGeometry(0, screen.height() - depth, screen.width(), depth);
+        setFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus);
+        xcb_connection_t *const connection = x11::connection();
+        const std::array<uint32_t, 4> strut{0, 0, 0, static_cast<uint32_t>(depth)};
+        xcb_change_property(connection, XCB_PROP_MODE_REPLACE, static_cast<xcb_window_t>(winId()),
+                            x11::atom(connection, "_NET_WM_STRUT"), XCB_ATOM_CARDINAL, 32,
+                            strut.size(), strut.data());
+        show();
+    }
 };
 
 } // namespace
@@ -193,6 +213,38 @@ private Q_SLOTS:
         // then
         QTRY_COMPARE(f.shown().height(), height);
         QTRY_COMPARE(f.shown().bottom(), anchor.top() - 1);
+    }
+
+    void shouldKeepClearOfABarThatFloats_data()
+    {
+        QTest::addColumn<QByteArray>("plasma");
+        QTest::addColumn<int>("distance");
+        QTest::newRow("no Plasma") << QByteArray() << 0;
+        QTest::newRow("Plasma 5, whose bars do not float") << QByteArray("5") << 0;
+        QTest::newRow("Plasma 6") << QByteArray("6") << 8;
+    }
+
+    void shouldKeepClearOfABarThatFloats()
+    {
+        // given
+        QFETCH(const QByteArray, plasma);
+        QFETCH(const int, distance);
+        const QByteArray before = qgetenv("KDE_SESSION_VERSION");
+        const auto restore = qScopeGuard([&before] { qputenv("KDE_SESSION_VERSION", before); });
+        qputenv("KDE_SESSION_VERSION", plasma);
+        const QScreen *const screen = QGuiApplication::primaryScreen();
+        {
+            const Bar bar(40);
+            QTRY_COMPARE(screen->availableGeometry().height(), screen->geometry().height() - 40);
+            Fixture f;
+
+            // when
+            QVERIFY(f.open(item(Qt::BottomEdge)));
+
+            // then
+            QTRY_COMPARE(f.shown().bottom(), screen->availableGeometry().bottom() - distance);
+        }
+        QTRY_COMPARE(screen->availableGeometry(), screen->geometry());
     }
 
     void shouldCloseWhenTheWallpaperIsPressed()
