@@ -45,7 +45,7 @@ class Picture:
         return place if len(place) == 4 and place[0] >= 0 else None
 
 
-class LayerShell(harness.Story):
+class PanelStory(harness.Story):
     program = HeardProgram
 
     def see_panel(self, program):
@@ -84,6 +84,8 @@ class LayerShell(harness.Story):
         program.see_no_window_called(TITLE)
         wait_until(lambda: titles() == [], "there is no window")
 
+
+class LayerShell(PanelStory):
     def stand_at(self, bar, y):
         """Opens the panel at the middle of the bar and in its corner, and uses it by keys."""
         with desktop.wayland_bar(bar), self.running() as program:
@@ -178,6 +180,36 @@ class LayerShell(harness.Story):
             desktop.activate_item(600, HEIGHT - 5)
             program.see_window_called(PANEL)
             desktop.activate_item(600, HEIGHT - 5)
+            program.see_no_window_called(PANEL)
+            program.quit()
+            program.ends_well()
+
+
+class Plasma(PanelStory):
+    """Its bars float, and count physical pixels."""
+
+    def environment(self):
+        return super().environment() | {"KDE_SESSION_VERSION": "6"}
+
+    def shouldKeepClearOfABarThatFloatsAtThePhysicalPlaceThatItReports(self):
+        self.addCleanup(compositor, "output", "*", "scale", "1")
+        compositor("output", "*", "scale", "2")
+        with desktop.wayland_bar("top"), self.running() as program:
+            self.see_item()
+            press("ctrl+Return")
+            program.row(UNNAMED)
+            self.close_main_window(program)
+            _, top, width, _ = room()
+            self.assertEqual(width, WIDTH // 2)
+            before = Picture()
+
+            # As logical pixels, these would lead to the bar, too.
+            panel = self.open_panel(program, 600, 10)
+            panel_height = panel.get_extents()[3]
+            self.see_at((600 - PANEL_WIDTH, (top + 8) * 2, PANEL_WIDTH * 2, panel_height * 2),
+                        before)
+
+            press("Escape")
             program.see_no_window_called(PANEL)
             program.quit()
             program.ends_well()
