@@ -69,7 +69,7 @@ QRect panelAnchor(const PanelClick &click, const QList<PanelScreen> &screens)
     if (!click.reported.isNull()) {
         for (const PanelScreen &screen : screens) {
             const QPoint logical = toLogical(click.reported, screen);
-            if (screen.geometry.contains(logical))
+            if (isOn(logical, screen))
                 return point(logical);
         }
     }
