@@ -47,6 +47,9 @@ ClockWindow::ClockWindow(QQmlEngine &engine, TimerManager &timerManager, ModelCo
 
     if (!quiet)
         return;
+    m_pauseTimer.setSingleShot(true);
+    m_pauseTimer.setInterval(200ms);
+    connect(&m_pauseTimer, &QTimer::timeout, m_window.get(), &QWindow::hide);
     m_quietMoment = std::make_unique<QuietMoment>(*quiet);
     connect(m_quietMoment.get(), &QuietMoment::came, this, &ClockWindow::borrowKeyboard);
     connect(qGuiApp, &QGuiApplication::focusWindowChanged, this,
@@ -79,6 +82,7 @@ void ClockWindow::show()
 {
     if (m_quietMoment)
         m_quietMoment->stop();
+    m_pauseTimer.stop();
     m_lender = nullptr;
     appear();
 }
@@ -111,7 +115,8 @@ bool ClockWindow::eventFilter(QObject *, QEvent *event)
         break;
     case QEvent::MouseButtonPress:
     case QEvent::TouchBegin:
-        m_lender = nullptr;
+        if (m_typed.empty())
+            m_lender = nullptr;
         break;
     case QEvent::KeyPress:
     case QEvent::KeyRelease:
@@ -141,12 +146,13 @@ void ClockWindow::borrowKeyboard()
 }
 
 /// Keeps @p key until the lender has the keyboard. That of a window that goes falls to the one that
-/// had it before, on each desktop; not each one gives it back for the asking.
+/// had it before, on each desktop; not each one gives it back for the asking. It goes in a pause of
+/// the typing, as Qt drops the keys that the compositor sends before it knows that the window is
+/// gone.
 void ClockWindow::passOn(const QEvent &key)
 {
     m_typed.emplace_back(key.clone());
-    if (m_window->isVisible())
-        m_window->hide();
+    m_pauseTimer.start();
 }
 
 void ClockWindow::onFocusWindowChanged(QWindow *focus)
@@ -157,6 +163,7 @@ void ClockWindow::onFocusWindowChanged(QWindow *focus)
         m_hasBorrowed = true;
         m_lender->requestActivate();
     } else if (m_hasBorrowed && focus == m_lender) {
+        m_pauseTimer.stop();
         const QPointer<QWindow> lender = std::exchange(m_lender, nullptr);
         for (const auto &key : std::exchange(m_typed, {})) {
             if (lender)
@@ -164,7 +171,7 @@ void ClockWindow::onFocusWindowChanged(QWindow *focus)
         }
         if (!m_window->isVisible())
             m_quietMoment->await();
-    } else if (m_hasBorrowed && m_window->isVisible()) {
+    } else if (m_hasBorrowed && m_typed.empty()) {
         m_lender = nullptr;
     }
 }

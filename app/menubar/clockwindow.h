@@ -30,9 +30,9 @@ public:
     ~ClockWindow() override;
 
     /// Shows it beside another window of the program, which keeps the keyboard. Where this one gets
-    /// it all the same, it waits for a quiet moment and hands the keyboard back; a key that is
-    /// pressed before the other one has it hides this one until the next quiet moment, and is
-    /// passed on.
+    /// it all the same, it waits for a quiet moment and hands the keyboard back. What is typed
+    /// before the other one has it is passed on; it hides this one, as soon as the typing pauses,
+    /// until the next quiet moment.
     void showBeside();
     /// Shows it at once, as the only way to the program.
     void show();
@@ -81,4 +81,6 @@ private:
     QPointer<QWindow> m_lender;
     bool m_hasBorrowed = false;
     std::vector<std::unique_ptr<QEvent>> m_typed;
+    // It goes off once nothing more is typed.
+    QTimer m_pauseTimer;
 };

@@ -54,6 +54,15 @@ private:
             return qRound(last->mapToScene({0, last->height()}).y() -
                           item("panelHeader")->mapToScene({0, 0}).y());
         }
+        void typeIntoClock(const QStringList &texts)
+        {
+            for (const QString &text : texts) {
+                for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+                    QKeyEvent key(type, Qt::Key_1, {}, text);
+                    QCoreApplication::sendEvent(&window(), &key);
+                }
+            }
+        }
         QString typed() { return main.item(u"keys"_s)->property("typed").toString(); }
 
         qmltest::WarningsAreFailures guard;
@@ -143,16 +152,10 @@ private Q_SLOTS:
         // given
         Fixture f(1ms);
         QVERIFY(f.isMainActive());
-        QSignalSpy shown(&f.window(), &QWindow::visibleChanged);
         connect(
             &f.window(), &QWindow::activeChanged, &f.window(),
             [&f] {
-                for (const QString &text : {u"1"_s, u"2"_s}) {
-                    for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
-                        QKeyEvent key(type, Qt::Key_1, {}, text);
-                        QCoreApplication::sendEvent(&f.window(), &key);
-                    }
-                }
+                f.typeIntoClock({u"1"_s, u"2"_s});
             },
             Qt::SingleShotConnection);
 
@@ -162,8 +165,37 @@ private Q_SLOTS:
         // then
         QTRY_COMPARE(f.typed(), u"12"_s);
         QVERIFY(f.isMainActive());
+        QVERIFY(f.window().isVisible());
+    }
 
-        // and it comes again in the next quiet moment
+    void shouldHideInAPauseOfTheTypingWhereTheKeyboardIsNotHandedBack()
+    {
+        // given
+        Fixture f(1ms);
+        QVERIFY(f.isMainActive());
+        QSignalSpy shown(&f.window(), &QWindow::visibleChanged);
+        connect(
+            &f.window(), &QWindow::visibleChanged, &f.window(),
+            [&f] { f.main.setFlag(Qt::WindowDoesNotAcceptFocus); }, Qt::SingleShotConnection);
+        f.clockWindow.showBeside();
+        QVERIFY(QTest::qWaitForWindowActive(&f.window(), 30'000));
+        QCOMPARE(f.guard.expected().size(), 1);
+
+        // when
+        f.typeIntoClock({u"1"_s, u"2"_s});
+
+        // then it takes what follows at once, too
+        QVERIFY(f.window().isVisible());
+        f.typeIntoClock({u"3"_s});
+        QTRY_VERIFY(!f.window().isVisible());
+        QCOMPARE(f.typed(), u""_s);
+
+        // when the keyboard falls to the one that had it before
+        f.main.setFlag(Qt::WindowDoesNotAcceptFocus, false);
+        f.main.requestActivate();
+
+        // then it gets all of it, and the clock comes again in the next quiet moment
+        QTRY_COMPARE(f.typed(), u"123"_s);
         QTRY_COMPARE(shown.size(), 3);
         QVERIFY(f.window().isVisible());
     }
